@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the build, the tests and the demo need, when missing.
+set -euo pipefail
+PKGS=(
+  cmake make g++ pkg-config
+  qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+  libboost-thread-dev libsqlite3-dev sqlite3 liblog4cxx-dev libxml2-dev
+  libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev
+  libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
+  libsndfile1-dev libpulse-dev libgtest-dev
+  xvfb xauth fonts-wqy-microhei pulseaudio pulseaudio-utils
+)
+missing=()
+for p in "${PKGS[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+echo "Installing: ${missing[*]}"
+SUDO=""
+[ "$(id -u)" -ne 0 ] && SUDO="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -qq
+$SUDO apt-get install -y --no-install-recommends "${missing[@]}"

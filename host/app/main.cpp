@@ -1,0 +1,93 @@
+// vantordesk: the host client. Loads dashboard modules and shows their pages.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QScreen>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QTranslator>
+#include <cstdio>
+#include <memory>
+
+#include "Base/Log.h"
+#include "CHostMainWindow.h"
+#include "CModuleLoader.h"
+#include "CPageStateStore.h"
+#include "CWidgetSnapshot.h"
+#include "HostServices.h"
+#include "clientcommonlogical/CConfigMgr.h"
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("vantordesk"));
+    QApplication::setOrganizationName(QStringLiteral("VantorDesk"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("VantorDesk client"));
+    parser.addHelpOption();
+    QCommandLineOption modulesOpt(QStringLiteral("modules"), QStringLiteral("Folder of dashboard modules."),
+        QStringLiteral("DIR"), QCoreApplication::applicationDirPath() + QStringLiteral("/modules"));
+    QCommandLineOption configOpt(QStringLiteral("config"), QStringLiteral("Host configuration file (JSON)."),
+        QStringLiteral("FILE"));
+    QCommandLineOption openOpt(QStringLiteral("open"), QStringLiteral("Open this module at start."),
+        QStringLiteral("NAME"));
+    QCommandLineOption languageOpt(QStringLiteral("language"), QStringLiteral("Language: 1 Chinese, other English."),
+        QStringLiteral("N"));
+    QCommandLineOption quitOpt(QStringLiteral("quit-after"), QStringLiteral("Quit after this many seconds."),
+        QStringLiteral("SECONDS"));
+    QCommandLineOption snapshotOpt(QStringLiteral("snapshot"),
+        QStringLiteral("Before quitting, write window.png and widgets.json here."), QStringLiteral("DIR"));
+    QCommandLineOption stateOpt(QStringLiteral("state"), QStringLiteral("Page-state file."), QStringLiteral("FILE"));
+    QCommandLineOption dataOpt(QStringLiteral("data-dir"), QStringLiteral("Per-user component folder."),
+        QStringLiteral("DIR"));
+    parser.addOptions({modulesOpt, configOpt, openOpt, languageOpt, quitOpt, snapshotOpt, stateOpt, dataOpt});
+    parser.process(app);
+
+    Base::Log::Init();
+    auto* config = clientcommonlogical::CConfigMgr::Instance();
+    if (parser.isSet(configOpt))
+        config->Load(parser.value(configOpt));
+    if (parser.isSet(languageOpt))
+        config->SetLanguage(parser.value(languageOpt).toInt());
+    if (parser.isSet(dataOpt))
+        HostServices::SetComponentFolder(parser.value(dataOpt));
+
+    CModuleLoader loader;
+    loader.LoadFolder(parser.value(modulesOpt));
+    std::vector<std::unique_ptr<QTranslator>> translators = HostServices::InstallTranslators(loader, config->GetLanguage());
+
+    QString statePath = parser.value(stateOpt);
+    if (statePath.isEmpty()) {
+        const QString configPath = config->FilePath();
+        statePath = configPath.isEmpty()
+            ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/pagestate.json")
+            : QFileInfo(configPath).absolutePath() + QStringLiteral("/pagestate.json");
+    }
+    CPageStateStore stateStore(statePath);
+    stateStore.Load();
+
+    auto services = HostServices::Start();
+
+    CHostMainWindow window(loader, stateStore);
+    if (QScreen* screen = QGuiApplication::primaryScreen())
+        window.setGeometry(screen->geometry());
+    window.show();
+    if (parser.isSet(openOpt))
+        window.OpenPage(parser.value(openOpt));
+
+    if (parser.isSet(quitOpt)) {
+        const QString snapshot = parser.value(snapshotOpt);
+        QTimer::singleShot(static_cast<int>(parser.value(quitOpt).toDouble() * 1000), &window, [&window, snapshot]() {
+            if (!snapshot.isEmpty())
+                WidgetSnapshot::Write(snapshot, &window);
+            window.close();
+            QApplication::quit();
+        });
+    }
+    const int rc = app.exec();
+    window.LeaveActivePage();
+    services.reset();
+    return rc;
+}

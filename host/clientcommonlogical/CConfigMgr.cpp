@@ -1,0 +1,103 @@
+#include "clientcommonlogical/CConfigMgr.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "Base/Log.h"
+
+namespace clientcommonlogical {
+
+CConfigMgr* CConfigMgr::Instance()
+{
+    static CConfigMgr s_instance;
+    return &s_instance;
+}
+
+bool CConfigMgr::Load(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        BASE_LOG_WARN("cannot read host configuration %s", qUtf8Printable(path));
+        return false;
+    }
+    QJsonParseError error{};
+    const QJsonDocument doc = QJsonDocument::fromJson(file.readAll(), &error);
+    if (error.error != QJsonParseError::NoError || !doc.isObject()) {
+        BASE_LOG_WARN("host configuration %s is not valid JSON: %s", qUtf8Printable(path),
+            qUtf8Printable(error.errorString()));
+        return false;
+    }
+    const QJsonObject root = doc.object();
+    std::vector<DeviceConfig> devices;
+    for (const QJsonValue& dv : root.value(QStringLiteral("devices")).toArray()) {
+        const QJsonObject d = dv.toObject();
+        DeviceConfig dev;
+        dev.id = d.value(QStringLiteral("id")).toString().toStdString();
+        dev.name = d.value(QStringLiteral("name")).toString().toStdString();
+        dev.address = d.value(QStringLiteral("address")).toString(QStringLiteral("127.0.0.1")).toStdString();
+        dev.port = d.value(QStringLiteral("port")).toInt(80);
+        dev.scheme = d.value(QStringLiteral("scheme")).toString(QStringLiteral("http")).toStdString();
+        dev.user = d.value(QStringLiteral("user")).toString().toStdString();
+        dev.password = d.value(QStringLiteral("password")).toString().toStdString();
+        dev.verifyPeer = d.value(QStringLiteral("verifyPeer")).toBool(true);
+        dev.caFile = d.value(QStringLiteral("caFile")).toString().toStdString();
+        for (const QJsonValue& cv : d.value(QStringLiteral("channels")).toArray()) {
+            const QJsonObject c = cv.toObject();
+            ChannelConfig ch;
+            ch.channel = c.value(QStringLiteral("channel")).toInt();
+            ch.cameraId = c.value(QStringLiteral("cameraId")).toString().toStdString();
+            ch.name = c.value(QStringLiteral("name")).toString().toStdString();
+            ch.area = c.value(QStringLiteral("area")).toString().toStdString();
+            ch.streamUrl = c.value(QStringLiteral("streamUrl")).toString().toStdString();
+            if (ch.cameraId.empty())
+                ch.cameraId = dev.id + "-CH" + std::to_string(ch.channel);
+            dev.channels.push_back(std::move(ch));
+        }
+        if (dev.id.empty()) {
+            BASE_LOG_WARN("host configuration: a device without \"id\" is skipped");
+            continue;
+        }
+        BASE_LOG_INFO("device %s at %s://%s:%d, %zu channel(s), user %s", dev.id.c_str(), dev.scheme.c_str(),
+            dev.address.c_str(), dev.port, dev.channels.size(), dev.user.c_str());
+        devices.push_back(std::move(dev));
+    }
+    std::vector<int> brand;
+    for (const QJsonValue& v : root.value(QStringLiteral("brand")).toArray())
+        brand.push_back(v.toInt());
+    while (brand.size() < 3)
+        brand.push_back(0);
+
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_path = path;
+    m_language = root.value(QStringLiteral("language")).toInt(2);
+    m_regionMode = root.value(QStringLiteral("regionMode")).toInt(1);
+    m_brand = brand;
+    m_devices = std::move(devices);
+    return true;
+}
+
+QString CConfigMgr::FilePath() const { std::lock_guard<std::mutex> l(m_mutex); return m_path; }
+int CConfigMgr::GetLanguage() const { std::lock_guard<std::mutex> l(m_mutex); return m_language; }
+void CConfigMgr::SetLanguage(int language) { std::lock_guard<std::mutex> l(m_mutex); m_language = language; }
+int CConfigMgr::GetRegionMode() const { std::lock_guard<std::mutex> l(m_mutex); return m_regionMode; }
+void CConfigMgr::SetRegionMode(int mode) { std::lock_guard<std::mutex> l(m_mutex); m_regionMode = mode; }
+std::vector<int> CConfigMgr::GetBrandValues() const { std::lock_guard<std::mutex> l(m_mutex); return m_brand; }
+void CConfigMgr::SetBrandValues(const std::vector<int>& values) { std::lock_guard<std::mutex> l(m_mutex); m_brand = values; }
+std::vector<DeviceConfig> CConfigMgr::GetDevices() const { std::lock_guard<std::mutex> l(m_mutex); return m_devices; }
+void CConfigMgr::SetDevices(const std::vector<DeviceConfig>& devices) { std::lock_guard<std::mutex> l(m_mutex); m_devices = devices; }
+
+bool CConfigMgr::FindDevice(const std::string& id, DeviceConfig& out) const
+{
+    std::lock_guard<std::mutex> l(m_mutex);
+    for (const DeviceConfig& d : m_devices) {
+        if (d.id == id) {
+            out = d;
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace clientcommonlogical

@@ -1,0 +1,64 @@
+#pragma once
+// The host client's configuration: language, region mode, brand values and
+// the device list, read from the host configuration file (JSON). Process-wide;
+// read from any thread, changed on the GUI thread (or by tests). Passwords are
+// kept in memory only and never logged.
+#include <QString>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace clientcommonlogical {
+
+struct ChannelConfig {
+    int channel = 0;
+    std::string cameraId;
+    std::string name;
+    std::string area;
+    std::string streamUrl;  // empty: the device's own live stream of this channel
+};
+
+struct DeviceConfig {
+    std::string id;       // the host's identifier of the device (its serial)
+    std::string name;
+    std::string address;
+    int port = 80;
+    std::string scheme = "http";
+    std::string user;
+    std::string password;
+    bool verifyPeer = true;   // https: verify the certificate
+    std::string caFile;       // https: extra trusted certificate
+    std::vector<ChannelConfig> channels;
+};
+
+class CConfigMgr {
+public:
+    static CConfigMgr* Instance();
+
+    // Reads the file; false (and defaults kept) when it cannot be read or parsed.
+    bool Load(const QString& path);
+    QString FilePath() const;
+
+    int GetLanguage() const;      // 1 Chinese, anything else English
+    void SetLanguage(int language);
+    int GetRegionMode() const;    // 1: province and city fields are offered
+    void SetRegionMode(int mode);
+    // Brand values: [0] brand, [1] non-zero suppresses the idle logo, [2] variant.
+    std::vector<int> GetBrandValues() const;
+    void SetBrandValues(const std::vector<int>& values);
+
+    std::vector<DeviceConfig> GetDevices() const;
+    bool FindDevice(const std::string& id, DeviceConfig& out) const;
+    void SetDevices(const std::vector<DeviceConfig>& devices);
+
+private:
+    CConfigMgr() = default;
+    mutable std::mutex m_mutex;
+    QString m_path;
+    int m_language = 2;
+    int m_regionMode = 1;
+    std::vector<int> m_brand{0, 0, 0};
+    std::vector<DeviceConfig> m_devices;
+};
+
+} // namespace clientcommonlogical

@@ -1,0 +1,5 @@
+#include "publicdatacontroller/IAIWidget.h"
+
+namespace publicdatacontroller {
+IAIWidget::~IAIWidget() = default;
+}

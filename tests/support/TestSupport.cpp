@@ -1,0 +1,71 @@
+#include "support/TestSupport.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QThread>
+
+#include "CommonMethodLib/CUserDataPath.h"
+
+namespace testsupport {
+
+void TempDirTest::SetUp()
+{
+    ASSERT_TRUE(m_dir.isValid());
+    CUserDataPath::Instance()->setComponentPath(m_dir.filePath(QStringLiteral("component")).toStdString());
+}
+
+void TempDirTest::TearDown()
+{
+    CUserDataPath::Instance()->setComponentPath(std::string());
+}
+
+bool waitUntil(const std::function<bool()>& pred, int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!pred()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(2);
+    }
+    return true;
+}
+
+void pump(int ms)
+{
+    QElapsedTimer timer;
+    timer.start();
+    do {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        if (ms > 0)
+            QThread::msleep(1);
+    } while (timer.elapsed() < ms);
+}
+
+QString buildDir() { return QStringLiteral(BT_BUILD_DIR); }
+QString sourceDir() { return QStringLiteral(BT_SOURCE_DIR); }
+QString binDir() { return buildDir() + QStringLiteral("/bin"); }
+QString modulePath() { return binDir() + QStringLiteral("/modules/libBodyTemperature.so"); }
+
+QByteArray makeJpeg(int width, int height, int quality, QImage::Format fmt)
+{
+    QImage img(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            img.setPixel(x, y, qRgb((x * 255) / qMax(1, width - 1), (y * 255) / qMax(1, height - 1), (x + y) % 256));
+    QPainter p(&img);
+    p.fillRect(width / 4, height / 4, width / 8 + 1, height / 8 + 1, Qt::white);
+    p.end();
+    if (fmt != QImage::Format_RGB32)
+        img = img.convertToFormat(fmt);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    img.save(&buffer, "JPEG", quality);
+    return bytes;
+}
+
+} // namespace testsupport

@@ -1,0 +1,35 @@
+#pragma once
+// Shared helpers of the tests: a temporary-folder fixture that also points the
+// host's component folder there, event-loop waits, build paths, pictures.
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <QTemporaryDir>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace testsupport {
+
+// Per-test temporary folder; the host component folder points into it.
+class TempDirTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    QString path(const QString& name) const { return m_dir.filePath(name); }
+    QTemporaryDir m_dir;
+};
+
+// Spins the event loop until pred() holds or the time runs out.
+bool waitUntil(const std::function<bool()>& pred, int timeoutMs = 5000);
+// Spins the event loop for about ms milliseconds.
+void pump(int ms = 0);
+
+QString buildDir();
+QString sourceDir();
+QString binDir();
+QString modulePath();  // bin/modules/libBodyTemperature.so
+
+// A JPEG of the given size with a recognisable gradient and a marker.
+QByteArray makeJpeg(int width, int height, int quality = 85, QImage::Format fmt = QImage::Format_RGB32);
+
+} // namespace testsupport
