@@ -1,0 +1,1 @@
+#include "aiguitoolkit/AIGuiToolkit.h"
