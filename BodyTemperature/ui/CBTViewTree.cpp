@@ -1,0 +1,9 @@
+#include "ui/CBTViewTree.h"
+
+namespace BodyTemperature {
+
+CBTViewTree::CBTViewTree(QWidget* parent) : QTreeView(parent) {}
+
+CBTViewTree::~CBTViewTree() = default;
+
+} // namespace BodyTemperature

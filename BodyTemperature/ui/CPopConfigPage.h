@@ -1,0 +1,23 @@
+#pragma once
+// Modal settings dialog of the information display; works on its own copy of
+// the settings and saves them itself. Created each time its button is pressed.
+#include <QDialog>
+
+#include "AlarmDisplayConfig.h"
+
+namespace BodyTemperature {
+
+class CPopConfigPage final : public QDialog {
+    Q_OBJECT
+public:
+    explicit CPopConfigPage(QWidget* parent = nullptr);
+    ~CPopConfigPage() override;
+
+    void SetConfig(const AlarmDisplayConfig& config);
+    const AlarmDisplayConfig& GetConfig() const { return m_config; }
+
+private:
+    AlarmDisplayConfig m_config;
+};
+
+} // namespace BodyTemperature

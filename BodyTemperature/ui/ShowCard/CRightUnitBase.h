@@ -1,0 +1,36 @@
+#pragma once
+// Common base of the event cards of the right-hand list. Created, filled once
+// and owned by the information display (GUI thread).
+#include <QFrame>
+
+#include "AlarmShowInfo.h"
+
+class QLabel;
+class QPushButton;
+
+namespace BodyTemperature {
+
+class CRightUnitBase : public QFrame {
+    Q_OBJECT
+public:
+    explicit CRightUnitBase(QWidget* parent = nullptr);
+    ~CRightUnitBase() override;
+
+    // Fills an alarm-type card; bLarge selects the big pictures of the pop-up.
+    virtual void SetAlarmInfo(const AlarmShowInfo& info, bool bLarge) = 0;
+    // Fills a returning-person card.
+    virtual void SetFrequenterInfo(const AlarmShowInfo& info) = 0;
+    // Opens the detail view of the card's event.
+    virtual void ShowDetails() = 0;
+
+public slots:
+    void onDetailesBtnClicked();
+
+protected:
+    QLabel* m_pFacePicLabel = nullptr;
+    QLabel* m_pTimeLabel = nullptr;
+    QLabel* m_pCameraLabel = nullptr;
+    QPushButton* m_pDetailBtn = nullptr;
+};
+
+} // namespace BodyTemperature
