@@ -3,6 +3,8 @@
 #include <curl/curl.h>
 #include <libxml/parser.h>
 #include <mutex>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <nlohmann/json.hpp>
 
 #include "Base/Base.h"
@@ -81,6 +83,26 @@ int onProgress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
     return 0;
 }
 
+curl_socket_t onOpenSocket(void* user, curlsocktype, struct curl_sockaddr* addr)
+{
+    auto* t = static_cast<Transfer*>(user);
+    const curl_socket_t fd = socket(addr->family, addr->socktype | SOCK_CLOEXEC, addr->protocol);
+    if (fd >= 0) {
+        std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
+        *t->ex->socketFd = fd;
+    }
+    return fd;
+}
+
+int onCloseSocket(void* user, curl_socket_t fd)
+{
+    auto* t = static_cast<Transfer*>(user);
+    std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
+    if (*t->ex->socketFd == fd)
+        *t->ex->socketFd = -1;
+    return close(fd);
+}
+
 } // namespace
 
 void GlobalInit()
@@ -143,6 +165,12 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
         curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
         curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, onProgress);
         curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &t);
+    }
+    if (ex.socketFd && ex.socketMutex) {
+        curl_easy_setopt(curl, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
+        curl_easy_setopt(curl, CURLOPT_OPENSOCKETDATA, &t);
+        curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
+        curl_easy_setopt(curl, CURLOPT_CLOSESOCKETDATA, &t);
     }
     struct curl_slist* headers = nullptr;
     if (ex.method == "GET") {

@@ -2,7 +2,9 @@
 // Internal: one blocking HTTP(S) exchange with a configured device over
 // libcurl (digest authentication, TLS verification per device, time-out).
 // Any thread; no shared state besides libcurl's global initialisation.
+#include <atomic>
 #include <cstdint>
+#include <mutex>
 #include <functional>
 #include <string>
 
@@ -24,6 +26,10 @@ struct HttpExchange {
     std::function<void(long status, const std::string& contentType)> onHeaders;
     const volatile bool* abortFlag = nullptr;  // polled during the transfer
     long lowSpeedTimeSec = 0;  // abort when under 1 byte/s for this long
+    // The connection's socket while it is open, so another thread can cut it
+    // (shutdown) at once; both guarded by socketMutex.
+    int* socketFd = nullptr;
+    std::mutex* socketMutex = nullptr;
 };
 
 struct HttpResult {
