@@ -169,9 +169,16 @@ SimEvent EventFactory::fromDescription(std::mt19937& rng, const nlohmann::json& 
         error = "event description must be an object";
         return {};
     }
-    const int channel = desc.value("channelID", desc.value("channel", 1));
-    const unsigned code = desc.value("eventCode", 100119u);
-    SimEvent ev = generate(rng, channel, code, !desc.value("bNoSubPic", false));
+    // Wrongly typed values are sent as given (to exercise readers), so the
+    // generated defaults only take what is usable.
+    auto number = [&desc](const char* key, long long def) {
+        auto it = desc.find(key);
+        return it != desc.end() && it->is_number_integer() ? it->get<long long>() : def;
+    };
+    const int channel = int(number("channelID", number("channel", 1)));
+    const unsigned code = unsigned(number("eventCode", 100119));
+    auto noSub = desc.find("bNoSubPic");
+    SimEvent ev = generate(rng, channel, code, !(noSub != desc.end() && noSub->is_boolean() && noSub->get<bool>()));
     for (auto it = desc.begin(); it != desc.end(); ++it) {
         if (it.key() == "faces" || it.key() == "pictures" || it.key() == "bNoSubPic" || it.key() == "channel")
             continue;
@@ -208,8 +215,10 @@ SimEvent EventFactory::fromDescription(std::mt19937& rng, const nlohmann::json& 
                 continue;
             if (spec.contains("base64") && spec["base64"].is_string())
                 blob->data = fromBase64(spec["base64"].get<std::string>());
-            blob->truncateTo = spec.value("truncateTo", -1LL);
-            blob->declaredLength = spec.value("declaredLength", -1LL);
+            if (spec.contains("truncateTo") && spec["truncateTo"].is_number_integer())
+                blob->truncateTo = spec["truncateTo"].get<long long>();
+            if (spec.contains("declaredLength") && spec["declaredLength"].is_number_integer())
+                blob->declaredLength = spec["declaredLength"].get<long long>();
         }
     }
     return ev;

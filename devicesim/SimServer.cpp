@@ -203,10 +203,23 @@ bool SimServer::start(std::string& error)
         return applyFault(req, res) ? httplib::Server::HandlerResponse::Handled
                                     : httplib::Server::HandlerResponse::Unhandled;
     });
+    m_http->set_exception_handler([this](const httplib::Request& req, httplib::Response& res, std::exception_ptr ep) {
+        std::string what = "unknown error";
+        try {
+            std::rethrow_exception(ep);
+        } catch (const std::exception& e) {
+            what = e.what();
+        } catch (...) {
+        }
+        logLine("%s %s failed: %s", req.method.c_str(), req.path.c_str(), what.c_str());
+        sendJsonError(res, 400, what);
+    });
     m_http->set_post_routing_handler([](const httplib::Request&, httplib::Response& res) {
         if (res.has_header("X-Sim-Malformed")) {
             res.body = res.body.substr(0, res.body.size() / 2) + "<<\x01garbage{[";
             res.headers.erase("X-Sim-Malformed");
+            res.headers.erase("Content-Length");
+            res.set_header("Content-Length", std::to_string(res.body.size()));
         }
     });
     routeDevice();
