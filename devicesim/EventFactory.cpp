@@ -54,7 +54,7 @@ unsigned EventFactory::pickCode(std::mt19937& rng)
     return others[r % 3];
 }
 
-SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, bool withSubPic)
+SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, int subPic)
 {
     if (code == 0)
         code = pickCode(rng);
@@ -72,7 +72,7 @@ SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, b
 
     const bool compare = code == 100103 || code == 100114 || code == 100506;
     const int faceCount = (!compare && uniformInt(rng, 0, 9) == 0) ? 2 : 1;
-    const bool noSub = !withSubPic || uniformInt(rng, 0, 5) == 0;
+    const bool noSub = subPic == 0 || (subPic < 0 && uniformInt(rng, 0, 5) == 0);
     nlohmann::json faces = nlohmann::json::array();
     FaceLook firstLook;
     double firstRect[4] = {0, 0, 0, 0};
@@ -178,7 +178,8 @@ SimEvent EventFactory::fromDescription(std::mt19937& rng, const nlohmann::json& 
     const int channel = int(number("channelID", number("channel", 1)));
     const unsigned code = unsigned(number("eventCode", 100119));
     auto noSub = desc.find("bNoSubPic");
-    SimEvent ev = generate(rng, channel, code, !(noSub != desc.end() && noSub->is_boolean() && noSub->get<bool>()));
+    const int subPic = (noSub != desc.end() && noSub->is_boolean()) ? (noSub->get<bool>() ? 0 : 1) : -1;
+    SimEvent ev = generate(rng, channel, code, subPic);
     for (auto it = desc.begin(); it != desc.end(); ++it) {
         if (it.key() == "faces" || it.key() == "pictures" || it.key() == "bNoSubPic" || it.key() == "channel")
             continue;

@@ -41,8 +41,10 @@ class EventFactory final {
 public:
     EventFactory(const SimOptions& opts, PictureFactory& pictures);
 
-    // A random event (deterministic for a seed). code 0: pick one.
-    SimEvent generate(std::mt19937& rng, int channel, unsigned code, bool withSubPic);
+    // A random event (deterministic for a seed). code 0: pick one. subPic:
+    // 1 always a separate face picture, 0 never (scene with face rectangles
+    // only), -1 mostly with one.
+    SimEvent generate(std::mt19937& rng, int channel, unsigned code, int subPic);
     // An event described by the control API: generated defaults overridden by
     // every field given; pictures may be supplied (base64), truncated, or
     // announced with another size.

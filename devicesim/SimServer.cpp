@@ -324,7 +324,7 @@ void SimServer::generateOne()
         }
         if (channel == 0)
             return;
-        ev = m_events.generate(m_rng, channel, 0, true);
+        ev = m_events.generate(m_rng, channel, 0, -1);
     }
     m_hub.publish(EventFactory::serialize(ev));
 }
@@ -643,7 +643,7 @@ void SimServer::routeControl()
         {
             std::lock_guard<std::mutex> lock(m_mutex);
             for (int i = 0; i < count; ++i)
-                events.push_back(EventFactory::serialize(m_events.generate(m_rng, 1 + i % m_opts.channels, code, true)));
+                events.push_back(EventFactory::serialize(m_events.generate(m_rng, 1 + i % m_opts.channels, code, 1)));
         }
         for (const Chunks& ev : events)
             m_hub.publish(ev);

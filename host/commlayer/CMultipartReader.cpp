@@ -175,14 +175,16 @@ size_t CMultipartReader::step(const char* d, size_t n, std::string& refeed)
         return take;
     }
     case State::AfterBody: {
-        const size_t want = m_delimiter.size() - m_line.size();
+        // The body ends with CRLF; the part is handed over at once, without
+        // waiting for the next boundary (which only comes with the next event).
+        const size_t want = 2 - m_line.size();
         const size_t take = std::min(want, n);
         m_line.append(d, take);
-        if (m_line.size() < m_delimiter.size())
+        if (m_line.size() < 2)
             return take;
-        if (m_line == m_delimiter) {
+        if (m_line == "\r\n") {
             m_line.clear();
-            m_state = State::LineEnd;
+            m_state = State::Boundary;
             Part done = std::move(m_part);
             m_part = Part();
             m_declared = -1;
@@ -196,6 +198,20 @@ size_t CMultipartReader::step(const char* d, size_t n, std::string& refeed)
         fail("truncated part (" + std::to_string(m_declared) + " bytes declared) skipped", refeed, tail.data(), tail.size());
         return take;
     }
+    case State::Boundary:
+        if (!takeLine(d, n, used, line))
+            return used;
+        if (line == m_boundaryLine) {
+            m_state = State::Headers;
+        } else if (line == m_boundaryLine + "--") {
+            m_state = State::Preamble;
+        } else if (!line.empty()) {
+            if (onError)
+                onError("data between parts skipped");
+            m_state = State::Skip;
+            m_carry = "\r\n";  // the line just read ended with one
+        }
+        return used;
     case State::Skip: {
         std::string hay = m_carry;
         hay.append(d, n);

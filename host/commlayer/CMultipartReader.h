@@ -6,7 +6,9 @@
 //
 // A part whose declared length is missing or above the limit, or whose body
 // is not followed by the boundary (truncated), is skipped: onError is called
-// and reading resumes at the next boundary found in the data. One thread
+// and reading resumes at the next boundary found in the data. A truncated
+// part is only noticed once its declared length has been read, so the event
+// after it is recovered when enough later bytes have arrived. One thread
 // (the subscription's); not thread-safe.
 #include <QByteArray>
 #include <cstdint>
@@ -35,7 +37,7 @@ public:
     uint64_t bytesCopied() const { return m_bytesCopied; }
 
 private:
-    enum class State { Preamble, Headers, Body, AfterBody, Skip, LineEnd };
+    enum class State { Preamble, Headers, Body, AfterBody, Boundary, Skip, LineEnd };
     size_t step(const char* d, size_t n, std::string& refeed);
     bool takeLine(const char*& d, size_t& n, size_t& used, std::string& line);
     void beginBody(std::string& refeed);

@@ -35,6 +35,12 @@ size_t onHeader(char* data, size_t size, size_t n, void* user)
         t->headersReported = false;
         const size_t sp = line.find(' ');
         t->result->status = sp == std::string::npos ? 0 : std::atol(line.c_str() + sp + 1);
+    } else if ((line == "\r\n" || line == "\n") && t->ex->sink && !t->headersReported && t->result->status >= 200
+        && t->result->status != 401) {
+        // End of the final answer's headers: a stream is open before any body byte.
+        t->headersReported = true;
+        if (t->ex->onHeaders)
+            t->ex->onHeaders(t->result->status, t->result->contentType);
     } else if (line.size() > 13 && strncasecmp(line.c_str(), "content-type:", 13) == 0) {
         std::string v = line.substr(13);
         while (!v.empty() && (v.front() == ' ' || v.front() == '\t'))

@@ -31,9 +31,10 @@ public:
     }
     ~DeviceSim() { stop(); }
 
-    bool start()
+    // port 0: a free one; otherwise that port (a restart of the same device).
+    bool start(int port = 0)
     {
-        m_port = freePort();
+        m_port = port != 0 ? port : freePort();
         QStringList args{QStringLiteral("--listen"), QStringLiteral("127.0.0.1"), QStringLiteral("--port"),
             QString::number(m_port), QStringLiteral("--channels"), QStringLiteral("4"), QStringLiteral("--rate"),
             QStringLiteral("0"), QStringLiteral("--seed"), QStringLiteral("11"), QStringLiteral("--user"),
