@@ -637,13 +637,30 @@ void SimServer::routeControl()
             return;
         const int count = d.value("count", 100);
         const unsigned code = d.value("eventCode", 100119u);
-        // Pictures are drawn once and shared by every event of the burst.
+        // Pictures are encoded once and shared by every event of the burst;
+        // the caller may supply its own scene and face JPEGs (base64).
+        auto supplied = [&d](const char* key) -> Jpeg {
+            if (!d.contains(key) || !d[key].is_string())
+                return nullptr;
+            const QByteArray raw = QByteArray::fromBase64(QByteArray::fromStdString(d[key].get<std::string>()));
+            return std::make_shared<const std::string>(raw.constData(), size_t(raw.size()));
+        };
+        const Jpeg scene = supplied("scene");
+        const Jpeg face = supplied("face");
         std::vector<Chunks> events;
         events.reserve(size_t(std::max(0, count)));
         {
             std::lock_guard<std::mutex> lock(m_mutex);
-            for (int i = 0; i < count; ++i)
-                events.push_back(EventFactory::serialize(m_events.generate(m_rng, 1 + i % m_opts.channels, code, 1)));
+            for (int i = 0; i < count; ++i) {
+                SimEvent ev = m_events.generate(m_rng, 1 + i % m_opts.channels, code, 1);
+                for (auto& p : ev.pictures) {
+                    if (scene && p.first.compare(0, 2, "bk") == 0)
+                        p.second.data = scene;
+                    else if (face && p.first.compare(0, 3, "sub") == 0)
+                        p.second.data = face;
+                }
+                events.push_back(EventFactory::serialize(ev));
+            }
         }
         for (const Chunks& ev : events)
             m_hub.publish(ev);
