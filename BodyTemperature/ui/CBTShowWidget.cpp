@@ -18,6 +18,7 @@
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
+#include "ui/CBTShowWidgetForm.h"
 #include "ui/CBottomWidget.h"
 #include "ui/CPopConfigPage.h"
 #include "ui/CRightNoData.h"
@@ -51,40 +52,35 @@ void repolish(QWidget* w)
     w->update();
 }
 
-QLabel* pictureLabel(const QString& file, QWidget* parent)
-{
-    auto* label = new QLabel(parent);
-    label->setPixmap(QPixmap(file));
-    return label;
-}
-
 } // namespace
 
 CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
 {
-    buildForm();
+    m_ui = std::make_unique<CBTShowWidgetForm>();
+    m_ui->setupUi(this);
+    buildLists();
     loadConfig();
 
-    m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
-    m_pAlarmTypeBtn->setPictureAttibute(
+    m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
+    m_ui->m_pAlarmTypeBtn->setPictureAttibute(
         QStringLiteral(":/Buttons/Filiter/Images/BodyTemperature/Buttons/Filiter/%1.png"), 0, 10);
-    m_pAlarmTypeBtn->setToolTip(tr("AlarmType"));
-    m_pPopBtn->setPictureAttibute(QStringLiteral(":/Buttons/Pop/Images/BodyTemperature/Buttons/Pop/%1.png"), 0, 10);
-    m_pPopBtn->setToolTip(tr("AlarmPopoverConfigurrXBbmhnE"));
-    m_pSoundBtn->setPictureAttibute(
+    m_ui->m_pAlarmTypeBtn->setToolTip(tr("AlarmType"));
+    m_ui->m_pPopBtn->setPictureAttibute(QStringLiteral(":/Buttons/Pop/Images/BodyTemperature/Buttons/Pop/%1.png"), 0, 10);
+    m_ui->m_pPopBtn->setToolTip(tr("AlarmPopoverConfigurrXBbmhnE"));
+    m_ui->m_pSoundBtn->setPictureAttibute(
         QStringLiteral(":/Buttons/Sound/Images/BodyTemperature/Buttons/Sound/%1.png"), 0, 10);
-    m_pSoundBtn->setToolTip(tr("VoiceConfiguration"));
+    m_ui->m_pSoundBtn->setToolTip(tr("VoiceConfiguration"));
 
-    connect(m_pEnableAlarmBtn, &QToolButton::clicked, this, &CBTShowWidget::OnEnableAlarm);
-    connect(m_pLiveView, &BTShowLiveView::SignalScreenChanged, this, &CBTShowWidget::OnFullScreenChanged);
-    connect(m_pLiveView, &BTShowLiveView::SignalLeaveFullScreen, this, &CBTShowWidget::OnLeaveStateChanged);
-    connect(m_pBottomRetractBtn, &QToolButton::clicked, this, &CBTShowWidget::OnRetarctBottom);
+    connect(m_ui->m_pEnableAlarmBtn, &QToolButton::clicked, this, &CBTShowWidget::OnEnableAlarm);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalScreenChanged, this, &CBTShowWidget::OnFullScreenChanged);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalLeaveFullScreen, this, &CBTShowWidget::OnLeaveStateChanged);
+    connect(m_ui->m_pBottomRetractBtn, &QToolButton::clicked, this, &CBTShowWidget::OnRetarctBottom);
     connect(m_pRightRetractBtn, &QToolButton::clicked, this, &CBTShowWidget::OnRetractRight);
-    connect(m_pLiveView, &BTShowLiveView::SignalResized, this, &CBTShowWidget::OnLiveViewWidgetResized);
-    connect(m_pAlarmTypeBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowTypeConfigPage);
-    connect(m_pPopBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowPopConfigPage);
-    connect(m_pSoundBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowSoundConfigPage);
-    connect(m_pBottomWidget, &CBottomWidget::SignalSnapPicClicked, this, &CBTShowWidget::OnSnapPicClicked);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalResized, this, &CBTShowWidget::OnLiveViewWidgetResized);
+    connect(m_ui->m_pAlarmTypeBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowTypeConfigPage);
+    connect(m_ui->m_pPopBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowPopConfigPage);
+    connect(m_ui->m_pSoundBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowSoundConfigPage);
+    connect(m_ui->m_pBottomWidget, &CBottomWidget::SignalSnapPicClicked, this, &CBTShowWidget::OnSnapPicClicked);
 
     RefreshNoData();
 }
@@ -106,131 +102,26 @@ CBTShowWidget::~CBTShowWidget()
     }
 }
 
-void CBTShowWidget::buildForm()
+void CBTShowWidget::buildLists()
 {
-    setObjectName(QStringLiteral("BTShowWidget"));
-    resize(1642, 1080);
-    auto* main = new QHBoxLayout(this);
-    main->setContentsMargins(0, 0, 0, 0);
-    main->setSpacing(0);
-
-    // Left: room for the statistics title, the live view, the bottom strip.
-    auto* leftColumn = new QVBoxLayout();
-    leftColumn->setContentsMargins(0, 0, 0, 0);
-    leftColumn->setSpacing(0);
-    main->addLayout(leftColumn, 1);
-
-    auto* titleSpace = new QWidget(this);
-    titleSpace->setObjectName(QStringLiteral("m_pTitleSpace"));
-    titleSpace->setFixedHeight(72);
-    leftColumn->addWidget(titleSpace);
-
-    m_pLiveViewFrame = new QFrame(this);
-    m_pLiveViewFrame->setObjectName(QStringLiteral("m_pLiveViewFrame"));
-    auto* liveLayout = new QGridLayout(m_pLiveViewFrame);
-    // The right margin leaves room for the right retract button.
-    liveLayout->setContentsMargins(8, 0, 16, 0);
-    m_pLiveView = new BTShowLiveView(m_pLiveViewFrame);
-    liveLayout->addWidget(m_pLiveView);
-    leftColumn->addWidget(m_pLiveViewFrame, 1);
-
-    m_pRightRetractBtn = new QToolButton(m_pLiveViewFrame);
+    m_pRightRetractBtn = new QToolButton(m_ui->m_pLiveViewFrame);
     m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightRetractBtn"));
     m_pRightRetractBtn->setFixedSize(11, 115);
 
-    auto* retractRow = new QHBoxLayout();
-    retractRow->setContentsMargins(0, 0, 0, 0);
-    m_pBottomRetractBtn = new QToolButton(this);
-    m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pRetractBottomBtn"));
-    m_pBottomRetractBtn->setFixedSize(115, 11);
-    retractRow->addStretch(1);
-    retractRow->addWidget(m_pBottomRetractBtn);
-    retractRow->addStretch(1);
-    leftColumn->addLayout(retractRow);
-
-    m_pBottomScrollArea = new QScrollArea(this);
-    m_pBottomScrollArea->setObjectName(QStringLiteral("m_pBottomScrollArea"));
-    m_pBottomScrollArea->setFrameShape(QFrame::NoFrame);
-    m_pBottomScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_pBottomScrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pBottomScrollArea->setWidgetResizable(true);
-    m_pBottomScrollArea->setFixedHeight(170);
-    m_pBottomWidget = new CBottomWidget();
-    m_pBottomWidget->setGeometry(0, 0, 658, 158);
-    m_pBottomScrollArea->setWidget(m_pBottomWidget);
-    leftColumn->addWidget(m_pBottomScrollArea);
-
-    // Right: header, alarm tool bar and the list of alarm cards.
-    m_pRightPanel = new QFrame(this);
-    m_pRightPanel->setObjectName(QStringLiteral("m_pRightPanel"));
-    m_pRightPanel->setFixedWidth(423);
-    auto* rightColumn = new QVBoxLayout(m_pRightPanel);
-    rightColumn->setContentsMargins(8, 8, 8, 8);
-    rightColumn->setSpacing(8);
-    main->addWidget(m_pRightPanel);
-
-    auto* header = new QWidget(m_pRightPanel);
-    header->setObjectName(QStringLiteral("m_pRightHeader"));
-    auto* headerRow = new QHBoxLayout(header);
-    headerRow->setContentsMargins(0, 0, 0, 0);
-    auto* headerText = new QLabel(tr("InformationDisplayrMJyZHOJ"), header);
-    headerText->setObjectName(QStringLiteral("m_pInformationDisplayLabel"));
-    headerRow->addStretch(1);
-    headerRow->addWidget(pictureLabel(QStringLiteral(":/icon/Images/public/Icon/left.png"), header));
-    headerRow->addWidget(headerText);
-    headerRow->addWidget(pictureLabel(QStringLiteral(":/icon/Images/public/Icon/right.png"), header));
-    headerRow->addStretch(1);
-    rightColumn->addWidget(header);
-
-    m_pToolBar = new QWidget(m_pRightPanel);
-    m_pToolBar->setObjectName(QStringLiteral("m_pToolBtnWidget"));
-    m_pToolBar->setFixedHeight(40);
-    auto* toolRow = new QHBoxLayout(m_pToolBar);
-    toolRow->setContentsMargins(0, 0, 0, 0);
-    toolRow->setSpacing(8);
-    m_pEnableAlarmBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
-    m_pEnableAlarmBtn->setObjectName(QStringLiteral("m_pEnableAlarmBtn"));
-    m_pEnableAlarmBtn->setCheckable(true);
-    m_pEnableAlarmBtn->setChecked(true);
-    m_pAlarmTypeBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
-    m_pAlarmTypeBtn->setObjectName(QStringLiteral("m_pAlarmTypeBtn"));
-    m_pPopBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
-    m_pPopBtn->setObjectName(QStringLiteral("m_pPopBtn"));
-    m_pSoundBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
-    m_pSoundBtn->setObjectName(QStringLiteral("m_pSoundBtn"));
-    toolRow->addWidget(m_pEnableAlarmBtn);
-    toolRow->addStretch(1);
-    toolRow->addWidget(m_pAlarmTypeBtn);
-    toolRow->addWidget(m_pPopBtn);
-    toolRow->addWidget(m_pSoundBtn);
-    rightColumn->addWidget(m_pToolBar);
-
-    m_pRightScrollArea = new QScrollArea(m_pRightPanel);
-    m_pRightScrollArea->setObjectName(QStringLiteral("m_pRightScrollArea"));
-    m_pRightScrollArea->setFrameShape(QFrame::NoFrame);
-    m_pRightScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pRightScrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_pRightScrollArea->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_pRightScrollArea->setWidgetResizable(true);
-    m_pRightListWidget = new QWidget();
-    m_pRightListWidget->setObjectName(QStringLiteral("m_pRightListWidget"));
-    m_pRightListWidget->setGeometry(0, 0, 386, 577);
-    m_pRightListLayout = new QVBoxLayout(m_pRightListWidget);
+    m_pRightListLayout = new QVBoxLayout(m_ui->m_pRightListWidget);
     m_pRightListLayout->setDirection(QBoxLayout::BottomToTop);
     m_pRightListLayout->setContentsMargins(0, 0, 0, 0);
     m_pRightListLayout->setSpacing(12);
     // Cards follow the spacer: the newest stands at the top.
     m_pRightSpacer = new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding);
     m_pRightListLayout->addItem(m_pRightSpacer);
-    m_pRightScrollArea->setWidget(m_pRightListWidget);
-    rightColumn->addWidget(m_pRightScrollArea, 1);
 
     // Placeholder and its corner mark float over the empty list.
-    m_pNoData = new CRightNoData(m_pRightListWidget);
+    m_pNoData = new CRightNoData(m_ui->m_pRightListWidget);
     m_pNoData->setFixedWidth(386);
     m_pNoData->setStyleSheet(QString::fromLatin1(kNoDataStyle));
     m_pNoData->move(0, 0);
-    m_pCornerLabel = new QLabel(m_pRightListWidget);
+    m_pCornerLabel = new QLabel(m_ui->m_pRightListWidget);
     m_pCornerLabel->setObjectName(QStringLiteral("cornerLabel"));
     m_pCornerLabel->setFixedSize(16, 16);
     m_pCornerLabel->setStyleSheet(QString::fromLatin1(kCornerStyle));
@@ -279,7 +170,7 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
         // An empty face list leaves the display codes at their defaults.
         if (const protocol::IntelAlarmFaceInfo* face = info.faceBlock())
             classifyFace(*face, info);
-        m_pBottomWidget->AddSnapInfo(info);
+        m_ui->m_pBottomWidget->AddSnapInfo(info);
         addAlarmCard(info);
     }
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
@@ -363,7 +254,7 @@ void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
 
     auto* card = new CAlarmUnit(this);
     // Sized from the bottom strip, not from the list it goes into.
-    card->setFixedWidth(m_pBottomWidget->width() - 4);
+    card->setFixedWidth(m_ui->m_pBottomWidget->width() - 4);
     card->SetIsSnap(info.isCaptureKind());
     card->SetAlarmInfo(info, false);
     appendRightCard(card);
@@ -375,13 +266,13 @@ void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
 void CBTShowWidget::addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info)
 {
     // One card per open view of the camera: a camera shown twice counts twice.
-    const QVector<std::string> views = m_pLiveView->openViewCameraIds();
+    const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
     for (const std::string& cameraId : views) {
         if (cameraId != record.cameraID)
             continue;
         info.kind = 5;
         info.strSecondID = record.secondID;
-        m_pBottomWidget->AddSnapInfo(info);
+        m_ui->m_pBottomWidget->AddSnapInfo(info);
         auto* card = new CFrequenterUnit(this);
         card->SetFrequenterInfo(info);
         appendRightCard(card);
@@ -433,34 +324,34 @@ void CBTShowWidget::RefreshNoData()
 
 void CBTShowWidget::SelectFreeWindow()
 {
-    m_pLiveView->SelectFreeWindow();
+    m_ui->m_pLiveView->SelectFreeWindow();
 }
 
 void CBTShowWidget::restorePlayingCameras(const QStringList& cameraIds)
 {
-    m_pLiveView->restorePlayingCameras(cameraIds);
+    m_ui->m_pLiveView->restorePlayingCameras(cameraIds);
 }
 
 void CBTShowWidget::stopAllLiveView()
 {
-    m_pLiveView->stopAllLiveView();
+    m_ui->m_pLiveView->stopAllLiveView();
 }
 
 QList<QByteArray> CBTShowWidget::GetPlayingCameraIds() const
 {
-    return m_pLiveView->GetPlayingCameraIds();
+    return m_ui->m_pLiveView->GetPlayingCameraIds();
 }
 
 void CBTShowWidget::OnEnableAlarm()
 {
-    m_bEnableAlarm = m_pEnableAlarmBtn->isChecked();
+    m_bEnableAlarm = m_ui->m_pEnableAlarmBtn->isChecked();
 }
 
 void CBTShowWidget::OnSnapPicClicked(const char*, uint) {}
 
 void CBTShowWidget::OnFullScreenChanged(bool bFull)
 {
-    QWidget* panel = m_pRightPanel;
+    QWidget* panel = m_ui->m_pRightPanel;
     const uint32_t flags = static_cast<uint32_t>(panel->windowFlags());
     if (bFull) {
         panel->setAttribute(Qt::WA_TranslucentBackground, true);
@@ -476,32 +367,32 @@ void CBTShowWidget::OnFullScreenChanged(bool bFull)
 
 void CBTShowWidget::OnLeaveStateChanged(bool bLeave)
 {
-    m_pRightPanel->setVisible(!bLeave);
+    m_ui->m_pRightPanel->setVisible(!bLeave);
 }
 
 void CBTShowWidget::OnRetarctBottom()
 {
     if (m_bBottomRetracted) {
-        m_pBottomScrollArea->show();
+        m_ui->m_pBottomScrollArea->show();
         m_bBottomRetracted = false;
-        m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pRetractBottomBtn"));
+        m_ui->m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pRetractBottomBtn"));
     } else {
-        m_pBottomScrollArea->hide();
+        m_ui->m_pBottomScrollArea->hide();
         m_bBottomRetracted = true;
-        m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pSpreadBottomBtn"));
+        m_ui->m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pSpreadBottomBtn"));
     }
-    repolish(m_pBottomRetractBtn);
+    repolish(m_ui->m_pBottomRetractBtn);
     update();
 }
 
 void CBTShowWidget::OnRetractRight()
 {
     if (m_bRightRetracted) {
-        m_pRightPanel->show();
+        m_ui->m_pRightPanel->show();
         m_bRightRetracted = false;
         m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightRetractBtn"));
     } else {
-        m_pRightPanel->hide();
+        m_ui->m_pRightPanel->hide();
         m_bRightRetracted = true;
         m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightSpreadBtn"));
     }
@@ -513,8 +404,8 @@ void CBTShowWidget::OnLiveViewWidgetResized()
 {
     if (m_pRightRetractBtn == nullptr)
         return;
-    const int w = m_pLiveViewFrame->width();
-    const int h = m_pLiveViewFrame->height();
+    const int w = m_ui->m_pLiveViewFrame->width();
+    const int h = m_ui->m_pLiveViewFrame->height();
     m_pRightRetractBtn->move(w - (m_bRightRetracted ? 23 : 13), (h - 60) / 2);
     m_pRightRetractBtn->raise();
 }
@@ -522,7 +413,7 @@ void CBTShowWidget::OnLiveViewWidgetResized()
 void CBTShowWidget::OnShowTypeConfigPage()
 {
     delete m_pTypeConfigPage;
-    m_pTypeConfigPage = new CTypeConfigPage(m_pToolBar);
+    m_pTypeConfigPage = new CTypeConfigPage(m_ui->m_pToolBar);
     m_pTypeConfigPage->SetConfig(m_config);
     const bool chinese = clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1;
     if (chinese)
@@ -530,13 +421,13 @@ void CBTShowWidget::OnShowTypeConfigPage()
     else
         m_pTypeConfigPage->resize(290, 150);
     const float fWidth = chinese ? 230.0f : 330.0f;
-    const QRect bar = m_pToolBar->geometry();
+    const QRect bar = m_ui->m_pToolBar->geometry();
     const int x = static_cast<int>(static_cast<float>(bar.x() + bar.width())
         - static_cast<float>(bar.width()) * fWidth / 1920.0f);
     const int y = static_cast<int>(static_cast<float>(bar.y() + bar.height()) * 142.0f / 1080.0f);
-    const QPoint global = m_pToolBar->mapToGlobal(QPoint(x, y));
+    const QPoint global = m_ui->m_pToolBar->mapToGlobal(QPoint(x, y));
     // The page may be its own window or a child of the bar: place it in either case.
-    m_pTypeConfigPage->move(m_pTypeConfigPage->isWindow() ? global : m_pToolBar->mapFromGlobal(global));
+    m_pTypeConfigPage->move(m_pTypeConfigPage->isWindow() ? global : m_ui->m_pToolBar->mapFromGlobal(global));
     connect(m_pTypeConfigPage, &CTypeConfigPage::signalCheckState, this, &CBTShowWidget::onDealCheck);
     m_pTypeConfigPage->raise();
     m_pTypeConfigPage->show();

@@ -9,10 +9,12 @@
 #include <QList>
 #include <QStringList>
 #include <QWidget>
+#include <memory>
 
 #include "AlarmDisplayConfig.h"
 #include "AlarmShowInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
+#include "ui/CBTShowWidgetForm.h"
 
 class QFrame;
 class QLabel;
@@ -30,6 +32,7 @@ namespace BodyTemperature {
 
 class BTShowLiveView;
 class CBottomWidget;
+
 class CPopConfigPage;
 class CPopUpUnit;
 class CRightNoData;
@@ -53,8 +56,8 @@ public:
     void stopAllLiveView();
     QList<QByteArray> GetPlayingCameraIds() const;
 
-    BTShowLiveView* LiveView() const { return m_pLiveView; }
-    CBottomWidget* BottomWidget() const { return m_pBottomWidget; }
+    BTShowLiveView* LiveView() const { return m_ui->m_pLiveView; }
+    CBottomWidget* BottomWidget() const { return m_ui->m_pBottomWidget; }
     // The dashboard dialog this display belongs to (not owned).
     void SetOwnerDialog(QWidget* dlg) { m_pOwnerDlg = dlg; }
 
@@ -70,12 +73,12 @@ public:
     QVBoxLayout* RightListLayout() const { return m_pRightListLayout; }
     CRightNoData* RightNoData() const { return m_pNoData; }
     QLabel* CornerLabel() const { return m_pCornerLabel; }
-    QWidget* RightPanel() const { return m_pRightPanel; }
-    QFrame* LiveViewFrame() const { return m_pLiveViewFrame; }
+    QWidget* RightPanel() const { return m_ui->m_pRightPanel; }
+    QFrame* LiveViewFrame() const { return m_ui->m_pLiveViewFrame; }
     QToolButton* RightRetractButton() const { return m_pRightRetractBtn; }
-    QToolButton* BottomRetractButton() const { return m_pBottomRetractBtn; }
-    QWidget* ToolButtonBar() const { return m_pToolBar; }
-    aiguitoolkit::CShakeButton* EnableAlarmButton() const { return m_pEnableAlarmBtn; }
+    QToolButton* BottomRetractButton() const { return m_ui->m_pBottomRetractBtn; }
+    QWidget* ToolButtonBar() const { return m_ui->m_pToolBar; }
+    aiguitoolkit::CShakeButton* EnableAlarmButton() const { return m_ui->m_pEnableAlarmBtn; }
     CTypeConfigPage* TypeConfigPage() const { return m_pTypeConfigPage; }
 
 signals:
@@ -102,7 +105,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void buildForm();
+    void buildLists();
     void loadConfig();
     void classifyFace(const protocol::IntelAlarmFaceInfo& face, AlarmShowInfo& info);
     void playVoice(const QString& path);
@@ -111,6 +114,7 @@ private:
     void addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info);
     void appendRightCard(QWidget* card);
 
+    std::unique_ptr<CBTShowWidgetForm> m_ui;
     AlarmDisplayConfig m_config;
     bool m_bEnableAlarm = true;
     int m_iAllNum = 0;
@@ -123,20 +127,7 @@ private:
     uint32_t m_uWindowTypeBits = 0;
 
     QWidget* m_pOwnerDlg = nullptr;
-    QFrame* m_pLiveViewFrame = nullptr;
-    BTShowLiveView* m_pLiveView = nullptr;
     QToolButton* m_pRightRetractBtn = nullptr;
-    QToolButton* m_pBottomRetractBtn = nullptr;
-    QScrollArea* m_pBottomScrollArea = nullptr;
-    CBottomWidget* m_pBottomWidget = nullptr;
-    QWidget* m_pRightPanel = nullptr;
-    QWidget* m_pToolBar = nullptr;
-    aiguitoolkit::CShakeButton* m_pEnableAlarmBtn = nullptr;
-    aiguitoolkit::CShakeButton* m_pAlarmTypeBtn = nullptr;
-    aiguitoolkit::CShakeButton* m_pPopBtn = nullptr;
-    aiguitoolkit::CShakeButton* m_pSoundBtn = nullptr;
-    QScrollArea* m_pRightScrollArea = nullptr;
-    QWidget* m_pRightListWidget = nullptr;
     QVBoxLayout* m_pRightListLayout = nullptr;
     QSpacerItem* m_pRightSpacer = nullptr;
     CRightNoData* m_pNoData = nullptr;
