@@ -188,8 +188,10 @@ void CBodyTemperatureDlg::setUp()
     m_pShowTitle->move(sg.width() * 565 / 1920, sg.height() * 23 / 1080);
     m_pShowTitle->raise();
 
-    // 7. The live view takes drops and selections from the tree.
+    // 7. The live view takes drops and selections from the tree and builds its
+    //    play windows on the same model.
     m_pShowWidget->LiveView()->SetCameraTree(m_pCameraTree);
+    m_pShowWidget->LiveView()->Init(m_pCameraModel);
     m_pShowWidget->SetOwnerDialog(this);
 }
 

@@ -4,6 +4,7 @@
 // panel buttons and records that carry broken data. The voice device is
 // replaced by a recorder; everything else is the real module.
 #include <QLabel>
+#include <QPointer>
 #include <QLayoutItem>
 #include <QScrollArea>
 #include <QSignalSpy>
@@ -21,6 +22,7 @@
 #include "ui/CBTShowWidget.h"
 #include "ui/CBottomWidget.h"
 #include "ui/CRightNoData.h"
+#include "ui/CTypeConfigPage.h"
 #include "ui/CVoicePlayer.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
@@ -392,15 +394,31 @@ TEST_F(ShowWidgetTest, EmptyVoicePathsAreReplacedByTheDefaultsAndSaved)
     EXPECT_TRUE(w->Config().strAbnormalVoice.isEmpty());
 }
 
-TEST_F(ShowWidgetTest, AlarmTypeSwitchesAreSavedAndApplied)
+TEST_F(ShowWidgetTest, AlarmTypePageIsRecreatedAndItsSwitchesAreSaved)
 {
     auto w = makeWidget(voiceConfig());
+    w->show();
+    auto* button = w->ToolButtonBar()->findChild<QToolButton*>(QStringLiteral("m_pAlarmTypeBtn"));
+    ASSERT_NE(button, nullptr);
+    button->click();
+    QPointer<BodyTemperature::CTypeConfigPage> first = w->TypeConfigPage();
+    ASSERT_FALSE(first.isNull());
+    button->click();
+    EXPECT_TRUE(first.isNull()) << "the previous page is deleted";
+    BodyTemperature::CTypeConfigPage* page = w->TypeConfigPage();
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->parentWidget(), w->ToolButtonBar());
+    EXPECT_TRUE(page->isVisible());
+    EXPECT_EQ(page->size(), clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1 ? QSize(190, 130)
+                                                                                           : QSize(290, 150));
+
     BodyTemperature::TemperatureAlarm alarm;
     alarm.bFaceTemperatureCapture = false;
-    w->onDealCheck(alarm);
+    emit page->signalCheckState(alarm);
     AlarmDisplayConfig stored;
     ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->LoadAlarmDisplayConfig(stored));
     EXPECT_FALSE(stored.bFaceTemperatureCapture);
+    EXPECT_TRUE(stored.bFaceCapture);
     EXPECT_EQ(stored.strAbnormalVoice, QStringLiteral("/voice/abnormal.wav"));
 
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
