@@ -73,6 +73,9 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     m_pBottomWidget = new CBottomWidget();
     m_pBottomWidget->setGeometry(0, 0, 658, 158);
     m_pBottomScrollArea->setWidget(m_pBottomWidget);
+    // The strip draws its own two looks; the area itself stays see-through.
+    m_pBottomScrollArea->viewport()->setAutoFillBackground(false);
+    m_pBottomWidget->setAutoFillBackground(false);
     leftColumn->addWidget(m_pBottomScrollArea);
 
     // Right: header, alarm tool bar and the list of alarm cards.
@@ -113,6 +116,9 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     m_pPopBtn->setObjectName(QStringLiteral("m_pPopBtn"));
     m_pSoundBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
     m_pSoundBtn->setObjectName(QStringLiteral("m_pSoundBtn"));
+    for (QToolButton* b : {static_cast<QToolButton*>(m_pEnableAlarmBtn), static_cast<QToolButton*>(m_pAlarmTypeBtn),
+             static_cast<QToolButton*>(m_pPopBtn), static_cast<QToolButton*>(m_pSoundBtn)})
+        b->setMinimumSize(24, 24);
     toolRow->addWidget(m_pEnableAlarmBtn);
     toolRow->addStretch(1);
     toolRow->addWidget(m_pAlarmTypeBtn);
@@ -131,6 +137,8 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     m_pRightListWidget->setObjectName(QStringLiteral("m_pRightListWidget"));
     m_pRightListWidget->setGeometry(0, 0, 386, 577);
     m_pRightScrollArea->setWidget(m_pRightListWidget);
+    m_pRightScrollArea->viewport()->setAutoFillBackground(false);
+    m_pRightListWidget->setAutoFillBackground(false);
     rightColumn->addWidget(m_pRightScrollArea, 1);
 }
 
