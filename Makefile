@@ -1,4 +1,5 @@
 # Two entry points: `make demo` and `make test`. Everything else is CMake.
+MAKEFLAGS += --no-print-directory
 BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)

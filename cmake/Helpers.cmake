@@ -20,8 +20,34 @@ function(bt_add_gtest NAME)
   target_link_libraries(${NAME} PRIVATE bt_test_main ${ARG_LIBS})
   add_test(NAME ${NAME} COMMAND ${NAME})
   set_tests_properties(${NAME} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;BT_BUILD_DIR=${CMAKE_BINARY_DIR};BT_SOURCE_DIR=${PROJECT_SOURCE_DIR};${ARG_ENV}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;BT_BUILD_DIR=${CMAKE_BINARY_DIR};BT_SOURCE_DIR=${PROJECT_SOURCE_DIR};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp;${ARG_ENV}")
   if(ARG_LABELS)
     set_tests_properties(${NAME} PROPERTIES LABELS "${ARG_LABELS}")
   endif()
+endfunction()
+
+# bt_compile_translations(OUT_CPP NAME PREFIX TS_FILES...)
+# Runs lrelease on the .ts files and compiles the .qm files into a resource
+# (under PREFIX) with rcc, as explicit build steps: AUTORCC would read the
+# resource file before the .qm files exist on a fresh build.
+function(bt_compile_translations OUT_CPP NAME PREFIX)
+  set(_ts ${ARGN})
+  set(_qm_dir ${CMAKE_CURRENT_BINARY_DIR}/i18n)
+  set_source_files_properties(${_ts} PROPERTIES OUTPUT_LOCATION ${_qm_dir})
+  qt5_add_translation(_qm ${_ts})
+  set(_qrc "<RCC><qresource prefix=\"${PREFIX}\">")
+  foreach(_f ${_qm})
+    get_filename_component(_n ${_f} NAME)
+    string(APPEND _qrc "<file alias=\"${_n}\">${_f}</file>")
+  endforeach()
+  string(APPEND _qrc "</qresource></RCC>")
+  set(_qrc_file ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.qrc)
+  file(GENERATE OUTPUT ${_qrc_file} CONTENT "${_qrc}")
+  set(_cpp ${CMAKE_CURRENT_BINARY_DIR}/qrc_${NAME}.cpp)
+  add_custom_command(OUTPUT ${_cpp}
+    COMMAND Qt5::rcc --name ${NAME} --output ${_cpp} ${_qrc_file}
+    DEPENDS ${_qm} ${_qrc_file}
+    COMMENT "Compiling translations ${NAME}")
+  set_source_files_properties(${_cpp} PROPERTIES GENERATED ON SKIP_AUTOGEN ON)
+  set(${OUT_CPP} ${_cpp} PARENT_SCOPE)
 endfunction()

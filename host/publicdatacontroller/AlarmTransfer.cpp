@@ -19,6 +19,11 @@ AlarmTransfer::AlarmTransfer()
 
 AlarmTransfer::~AlarmTransfer() = default;
 
+int AlarmTransfer::listenerCount() const
+{
+    return receivers(SIGNAL(signalAlarmEventInfo(void*)));
+}
+
 void AlarmTransfer::publishAlarm(std::shared_ptr<const CIntelAlarmObject> alarm)
 {
     if (!alarm)

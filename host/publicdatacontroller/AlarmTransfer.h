@@ -21,6 +21,8 @@ public:
     ~AlarmTransfer() override;
 
     void publishAlarm(std::shared_ptr<const CIntelAlarmObject> alarm);
+    // How many receivers are connected to signalAlarmEventInfo (diagnostics).
+    int listenerCount() const;
 
 signals:
     void signalAlarmEventInfo(void* pAlarm);

@@ -12,10 +12,12 @@ namespace testsupport {
 
 // Per-test temporary folder; the host component folder points into it.
 class TempDirTest : public ::testing::Test {
+public:
+    QString path(const QString& name) const { return m_dir.filePath(name); }
+
 protected:
     void SetUp() override;
     void TearDown() override;
-    QString path(const QString& name) const { return m_dir.filePath(name); }
     QTemporaryDir m_dir;
 };
 

@@ -1,0 +1,254 @@
+// The settings store on real SQLite files: defaults, round trips, the single
+// row, failures that must return false without crashing, concurrent savers.
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <sqlite3.h>
+#include <thread>
+#include <vector>
+#include <gtest/gtest.h>
+
+#include "CBTConfigDB.h"
+#include "support/TestSupport.h"
+
+using BodyTemperature::AlarmDisplayConfig;
+using BodyTemperature::CBTConfigDB;
+
+namespace {
+
+class ConfigDBTest : public testsupport::TempDirTest {
+protected:
+    std::string dbPath() const { return path(QStringLiteral("BodyTemperature")).toStdString(); }
+
+    // Runs raw SQL on the file, outside the code under test.
+    static int count(const std::string& file, const char* sql)
+    {
+        sqlite3* db = nullptr;
+        sqlite3_open(file.c_str(), &db);
+        sqlite3_stmt* st = nullptr;
+        int n = -1;
+        if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+            n = sqlite3_column_int(st, 0);
+        sqlite3_finalize(st);
+        sqlite3_close(db);
+        return n;
+    }
+    static void exec(const std::string& file, const char* sql)
+    {
+        sqlite3* db = nullptr;
+        sqlite3_open(file.c_str(), &db);
+        ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+        sqlite3_close(db);
+    }
+};
+
+AlarmDisplayConfig sampleConfig()
+{
+    AlarmDisplayConfig c;
+    c.bFaceTemperatureCapture = false;
+    c.bFacePictureComparison = true;
+    c.bFaceCapture = false;
+    c.bPopNoMask = false;
+    c.bPopAbnormal = true;
+    c.bPopAutoClose = false;
+    c.iPopDuration = 1800;
+    c.strNoMaskVoice = QStringLiteral("/opt/voice/无口罩.wav");
+    c.strNormalVoice = QStringLiteral("/opt/voice/normal.wav");
+    c.strAbnormalVoice = QStringLiteral("/opt/voice/abnormal.wav");
+    c.bSoundNoMask = true;
+    c.bSoundNormal = false;
+    c.bSoundAbnormal = true;
+    return c;
+}
+
+} // namespace
+
+TEST_F(ConfigDBTest, FreshFileLoadsTheDefaults)
+{
+    CBTConfigDB db(dbPath());
+    AlarmDisplayConfig c;
+    c.iPopDuration = 99;  // untouched fields stay as they were when there is no row
+    ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
+    EXPECT_EQ(c.iPopDuration, 99);
+    AlarmDisplayConfig defaults;
+    EXPECT_TRUE(defaults.bFaceCapture && defaults.bPopAutoClose && defaults.bSoundAbnormal);
+    EXPECT_EQ(defaults.iPopDuration, 5);
+    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
+}
+
+TEST_F(ConfigDBTest, RoundTripsEveryFieldAndKeepsOneRow)
+{
+    CBTConfigDB db(dbPath());
+    const AlarmDisplayConfig saved = sampleConfig();
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(saved));
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(saved));
+    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 1);
+
+    AlarmDisplayConfig loaded;
+    ASSERT_TRUE(db.LoadAlarmDisplayConfig(loaded));
+    EXPECT_TRUE(loaded == saved);
+
+    // A second connection on the same file (a restart) reads the same.
+    CBTConfigDB again(dbPath());
+    AlarmDisplayConfig reread;
+    ASSERT_TRUE(again.LoadAlarmDisplayConfig(reread));
+    EXPECT_TRUE(reread == saved);
+}
+
+TEST_F(ConfigDBTest, SwitchesGoToTheirColumnsByName)
+{
+    CBTConfigDB db(dbPath());
+    AlarmDisplayConfig c;
+    c.bFaceCapture = false;
+    c.bFacePictureComparison = true;
+    c.bFaceTemperatureCapture = true;
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(c));
+    EXPECT_EQ(count(dbPath(), "SELECT FaceSnap FROM TemperatureConfigure"), 0);
+    EXPECT_EQ(count(dbPath(), "SELECT FaceContrast FROM TemperatureConfigure"), 1);
+    EXPECT_EQ(count(dbPath(), "SELECT FaceThermSnap FROM TemperatureConfigure"), 1);
+    AlarmDisplayConfig back;
+    ASSERT_TRUE(db.LoadAlarmDisplayConfig(back));
+    EXPECT_FALSE(back.bFaceCapture);
+    EXPECT_TRUE(back.bFacePictureComparison);
+}
+
+TEST_F(ConfigDBTest, AQuoteInAPathFailsTheSaveAndLeavesTheTableEmpty)
+{
+    CBTConfigDB db(dbPath());
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(sampleConfig()));
+    AlarmDisplayConfig c = sampleConfig();
+    c.strNormalVoice = QStringLiteral("/home/o'neil/normal.wav");
+    EXPECT_FALSE(db.SaveAlarmDisplayConfig(c));
+    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
+    AlarmDisplayConfig loaded;
+    EXPECT_TRUE(db.LoadAlarmDisplayConfig(loaded));
+    EXPECT_TRUE(loaded == AlarmDisplayConfig());
+}
+
+TEST_F(ConfigDBTest, APathCannotRunASecondStatement)
+{
+    CBTConfigDB db(dbPath());
+    const QString attacks[] = {
+        QStringLiteral("x','1','1','1'); DROP TABLE TemperatureConfigure; --"),
+        QStringLiteral("x','1','1','1'); INSERT INTO TemperatureConfigure (FaceSnap) VALUES (7); --"),
+        QStringLiteral("x','1','1','1');; DELETE FROM TemperatureConfigure"),
+    };
+    for (const QString& attack : attacks) {
+        AlarmDisplayConfig c;
+        c.strAbnormalVoice = attack;
+        EXPECT_FALSE(db.SaveAlarmDisplayConfig(c)) << qPrintable(attack);
+        EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM sqlite_master WHERE name='TemperatureConfigure'"), 1);
+        EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
+    }
+}
+
+TEST_F(ConfigDBTest, AStatementThatDoesNotFitFailsTheSave)
+{
+    CBTConfigDB db(dbPath());
+    AlarmDisplayConfig c;
+    c.strNoMaskVoice = QString(700, QLatin1Char('a'));
+    c.strNormalVoice = QString(700, QLatin1Char('b'));
+    c.strAbnormalVoice = QString(700, QLatin1Char('c'));
+    EXPECT_FALSE(db.SaveAlarmDisplayConfig(c));
+}
+
+TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
+{
+    struct Case {
+        const char* name;
+        std::function<std::string(ConfigDBTest&)> prepare;
+    };
+    const Case cases[] = {
+        {"missing table", [](ConfigDBTest& t) {
+             const std::string p = t.path(QStringLiteral("notable.db")).toStdString();
+             exec(p, "CREATE TABLE Other (x INTEGER);");
+             return p;
+         }},
+        {"corrupt file", [](ConfigDBTest& t) {
+             const QString p = t.path(QStringLiteral("corrupt.db"));
+             QFile f(p);
+             f.open(QIODevice::WriteOnly);
+             f.write(QByteArray("this is not a database at all").repeated(200));
+             return p.toStdString();
+         }},
+        {"folder that cannot exist (its parent is a file)", [](ConfigDBTest& t) {
+             const QString parent = t.path(QStringLiteral("plainfile"));
+             QFile f(parent);
+             f.open(QIODevice::WriteOnly);
+             f.write("x");
+             return (parent + QStringLiteral("/BodyTemperature")).toStdString();
+         }},
+    };
+    for (const Case& c : cases) {
+        CBTConfigDB db(c.prepare(*this));
+        AlarmDisplayConfig config;
+        EXPECT_FALSE(db.LoadAlarmDisplayConfig(config)) << c.name;
+        EXPECT_TRUE(config == AlarmDisplayConfig()) << c.name;
+        EXPECT_FALSE(db.SaveAlarmDisplayConfig(sampleConfig())) << c.name;
+    }
+}
+
+TEST_F(ConfigDBTest, ALockedFileFailsInsteadOfHanging)
+{
+    CBTConfigDB db(dbPath());
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(sampleConfig()));
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(dbPath().c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    AlarmDisplayConfig c;
+    EXPECT_FALSE(db.LoadAlarmDisplayConfig(c));
+    EXPECT_FALSE(db.SaveAlarmDisplayConfig(sampleConfig()));
+    sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+    sqlite3_close(other);
+    EXPECT_TRUE(db.LoadAlarmDisplayConfig(c));
+    EXPECT_TRUE(c == sampleConfig());
+}
+
+TEST_F(ConfigDBTest, AHandMadeThirteenColumnTableLoadsTheSame)
+{
+    const std::string file = path(QStringLiteral("handmade")).toStdString();
+    exec(file,
+        "CREATE TABLE TemperatureConfigure (FaceThermSnap, FaceSnap, FaceContrast, NoMask, TemAbnormal, "
+        "Dispeared, DispearedTime, SaveNoMaskPath, SaveTemNormalPath, SaveTemAbnormalPath, OpenNoMaskSound, "
+        "OpenTempNormal, OpenTempAbnormal);"
+        "INSERT INTO TemperatureConfigure VALUES ('1','0','1','0','1','1','-1','a.wav','b.wav','c.wav','0','1','0');");
+    CBTConfigDB db(file);
+    AlarmDisplayConfig c;
+    ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
+    EXPECT_TRUE(c.bFaceTemperatureCapture);
+    EXPECT_FALSE(c.bFaceCapture);
+    EXPECT_TRUE(c.bFacePictureComparison);
+    EXPECT_FALSE(c.bPopNoMask);
+    EXPECT_EQ(c.iPopDuration, -1);
+    EXPECT_EQ(c.strNoMaskVoice, QStringLiteral("a.wav"));
+    EXPECT_EQ(c.strAbnormalVoice, QStringLiteral("c.wav"));
+    EXPECT_FALSE(c.bSoundNoMask);
+    EXPECT_TRUE(c.bSoundNormal);
+}
+
+TEST_F(ConfigDBTest, ConcurrentSaversNeverLeaveTwoRows)
+{
+    CBTConfigDB db(dbPath());
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&db, &failures, t] {
+            for (int i = 0; i < 50; ++i) {
+                AlarmDisplayConfig c;
+                c.iPopDuration = t * 100 + i;
+                if (!db.SaveAlarmDisplayConfig(c))
+                    ++failures;
+            }
+        });
+    }
+    for (auto& th : threads)
+        th.join();
+    EXPECT_EQ(failures.load(), 0);
+    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 1);
+}
+
+TEST_F(ConfigDBTest, TheInstanceLivesInTheComponentFolder)
+{
+    const std::string expected = path(QStringLiteral("component/BodyTemperature")).toStdString();
+    EXPECT_EQ(CBTConfigDB::DatabasePath(), expected);
+}
