@@ -165,7 +165,7 @@ QByteArray PictureFactory::frame(int channel, const QString& channelName, qint64
     p.fillRect(QRectF(0, height * 0.7, width, height * 0.3), QColor(90, 90, 95));
     // A walker crossing the picture every 8 seconds.
     const double phase = double(tMs % 8000) / 8000.0;
-    const double x = -0.1 * width + phase * 1.2 * width;
+    const double x = width * (0.05 + phase * 0.8);
     FaceLook look;
     look.person = int(tMs / 8000) + channel;
     look.mask = (look.person % 3) == 0;

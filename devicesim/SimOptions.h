@@ -17,6 +17,8 @@ struct SimOptions {
     std::string db = "devicesim.db";
     std::string serial = "SIM00001";
     std::string log;              // request log file; empty: stderr
+    std::string tlsCert;          // PEM certificate and key: serve HTTPS
+    std::string tlsKey;
     double abnormalShare = 0.1;   // share of abnormal temperatures
     char unit = 'C';              // 'C' or 'F'
     int sceneWidth = 1920;

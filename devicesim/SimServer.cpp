@@ -143,7 +143,9 @@ uint32_t le32(const std::string& s, size_t at)
 
 SimServer::SimServer(SimOptions opts)
     : m_opts(std::move(opts)),
-      m_http(std::make_unique<httplib::Server>()),
+      m_http(m_opts.tlsCert.empty()
+              ? std::make_unique<httplib::Server>()
+              : std::unique_ptr<httplib::Server>(std::make_unique<httplib::SSLServer>(m_opts.tlsCert.c_str(), m_opts.tlsKey.c_str()))),
       m_pictures(m_opts.sceneWidth, m_opts.sceneHeight),
       m_events(m_opts, m_pictures),
       m_rng(m_opts.seed)
@@ -186,6 +188,10 @@ bool SimServer::start(std::string& error)
     }
     if (!m_store.open(m_opts.db, error))
         return false;
+    if (!m_http->is_valid()) {
+        error = "cannot load the TLS certificate or key";
+        return false;
+    }
     // Every live stream and alert stream holds a worker: room for many.
     m_http->new_task_queue = [] { return new httplib::ThreadPool(64); };
     m_http->set_keep_alive_max_count(1000);

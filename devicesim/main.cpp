@@ -21,7 +21,8 @@ void usage()
     fprintf(stderr,
         "usage: devicesim [--listen ADDR] [--port N] [--channels N] [--rate EVENTS_PER_S] [--seed N]\n"
         "                 [--user NAME] [--password TEXT] [--db FILE] [--serial ID] [--log FILE]\n"
-        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N]\n");
+        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N]\n"
+        "                 [--tls-cert PEM --tls-key PEM]\n");
 }
 
 bool parse(int argc, char** argv, devicesim::SimOptions& o)
@@ -45,6 +46,8 @@ bool parse(int argc, char** argv, devicesim::SimOptions& o)
         else if (a == "--db") o.db = v;
         else if (a == "--serial") o.serial = v;
         else if (a == "--log") o.log = v;
+        else if (a == "--tls-cert") o.tlsCert = v;
+        else if (a == "--tls-key") o.tlsKey = v;
         else if (a == "--abnormal") o.abnormalShare = std::atof(v.c_str());
         else if (a == "--unit") o.unit = (v == "F" || v == "f") ? 'F' : 'C';
         else if (a == "--hfpd-polls") o.hfpdPolls = std::atoi(v.c_str());

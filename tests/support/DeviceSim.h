@@ -49,12 +49,26 @@ public:
         m_proc.start();
         if (!m_proc.waitForStarted(5000))
             return false;
+        const bool tls = m_extra.contains(QStringLiteral("--tls-cert"));
         for (int i = 0; i < 200; ++i) {
-            if (control("GET", "/control/stats").contains("clients"))
+            if (tls ? accepting() : control("GET", "/control/stats").contains("clients"))
                 return true;
             QThread::msleep(25);
         }
         return false;
+    }
+
+    // True when something accepts connections on the port.
+    bool accepting() const
+    {
+        const int fd = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_port = htons(uint16_t(m_port));
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+        ::close(fd);
+        return ok;
     }
 
     void stop()

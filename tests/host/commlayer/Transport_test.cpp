@@ -1,6 +1,8 @@
 // Device requests over loopback against the emulator: answers, and the error
 // pair left behind by each kind of failure.
 #include <QByteArray>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -211,6 +213,52 @@ TEST_F(TransportTest, DownloadUsesOnlyThePathOfAnAbsoluteReference)
     QByteArray missing;
     EXPECT_FALSE(commlayer::CDeviceDownloadsComm::request("/DVAPI/Intelligent/FDLib/1/picture/999999/image", "TEST0001", missing));
     EXPECT_EQ(Base::Error::GetLastError(), std::make_pair(int(commlayer::kErrHttp), 404));
+}
+
+// A device served over HTTPS with a certificate made for the test.
+TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
+{
+    QTemporaryDir dir;
+    const QString cert = dir.filePath(QStringLiteral("cert.pem"));
+    const QString key = dir.filePath(QStringLiteral("key.pem"));
+    QProcess openssl;
+    openssl.start(QStringLiteral("openssl"), {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+        QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-keyout"), key, QStringLiteral("-out"), cert,
+        QStringLiteral("-days"), QStringLiteral("1"), QStringLiteral("-subj"), QStringLiteral("/CN=127.0.0.1"),
+        QStringLiteral("-addext"), QStringLiteral("subjectAltName=IP:127.0.0.1")});
+    ASSERT_TRUE(openssl.waitForFinished(30000));
+    ASSERT_EQ(openssl.exitCode(), 0) << openssl.readAllStandardError().constData();
+
+    testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), cert, QStringLiteral("--tls-key"), key});
+    ASSERT_TRUE(sim.start());
+    struct Case {
+        const char* id;
+        const char* scheme;
+        bool verify;
+        bool withCa;
+        bool ok;
+        int first;
+    };
+    const Case cases[] = {
+        {"TRUSTED", "https", true, true, true, 0},
+        {"UNTRUSTED", "https", true, false, false, commlayer::kErrTls},
+        {"NOVERIFY", "https", false, false, true, 0},
+    };
+    std::vector<clientcommonlogical::DeviceConfig> devices;
+    for (const Case& c : cases) {
+        auto d = sim.device(c.id);
+        d.scheme = c.scheme;
+        d.verifyPeer = c.verify;
+        d.caFile = c.withCa ? cert.toStdString() : std::string();
+        devices.push_back(d);
+    }
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.id);
+        protocol::DvapiPassThroughRspData rsp;
+        EXPECT_EQ(CDataStatisticsComm::dvapiRequest(c.id, rsp, get("/DVAPI/Intelligent/FDLib")), c.ok);
+        EXPECT_EQ(Base::Error::GetLastError().first, c.first);
+    }
 }
 
 } // namespace
