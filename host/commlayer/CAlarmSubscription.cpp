@@ -84,6 +84,8 @@ void CAlarmSubscription::RequestStop()
         std::lock_guard<std::mutex> lock(m_socketMutex);
         if (m_socket >= 0)
             shutdown(m_socket, SHUT_RDWR);
+        if (m_statusSocket >= 0)
+            shutdown(m_statusSocket, SHUT_RDWR);
     }
 }
 
@@ -190,6 +192,8 @@ void CAlarmSubscription::runStatus()
         ex.path = "/DVAPI/System/channels/status";
         ex.timeoutMs = 5000;
         ex.abortFlag = &m_stopFlag;
+        ex.socketFd = &m_statusSocket;
+        ex.socketMutex = &m_socketMutex;
         const detail::HttpResult r = detail::Perform(m_device, ex);
         if (m_stop)
             break;

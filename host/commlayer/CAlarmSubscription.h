@@ -53,7 +53,8 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_cv;
     std::mutex m_socketMutex;
-    int m_socket = -1;
+    int m_socket = -1;        // the stream's connection while open
+    int m_statusSocket = -1;  // the status poll's connection while open
     std::thread m_stream;
     std::thread m_status;
     IntakeStats m_stats;

@@ -92,11 +92,14 @@ int onProgress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 curl_socket_t onOpenSocket(void* user, curlsocktype, struct curl_sockaddr* addr)
 {
     auto* t = static_cast<Transfer*>(user);
+    // Under the same lock as the stopper: a stop either sees this socket or
+    // is seen here, so no connection outlives it.
+    std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
+    if (t->ex->abortFlag && *t->ex->abortFlag)
+        return CURL_SOCKET_BAD;
     const curl_socket_t fd = socket(addr->family, addr->socktype | SOCK_CLOEXEC, addr->protocol);
-    if (fd >= 0) {
-        std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
+    if (fd >= 0)
         *t->ex->socketFd = fd;
-    }
     return fd;
 }
 
