@@ -11,6 +11,7 @@
 #include <netinet/in.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "clientcommonlogical/CConfigMgr.h"
@@ -117,6 +118,8 @@ public:
         addr.sin_port = htons(uint16_t(m_port));
         addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         QByteArray answer;
+        timeval limit{10, 0};  // a hung emulator fails the test instead of hanging it
+        setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
         if (::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
             QByteArray req = QByteArray(method) + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n"
                 + "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
