@@ -64,15 +64,13 @@ def temp_badge(colour, w, h):
     return svg(w, h, shape, body)
 
 
-# ---- default faces: a head-and-shoulders silhouette on a dark panel
+# ---- default faces: a faint head-and-shoulders silhouette on a transparent
+# ground, so a card's texts stay legible where they run over it
 def default_face(w, h):
-    body = ('<linearGradient id="bg" x1="0" y1="0" x2="0" y2="1"><stop offset="0" stop-color="#1A2F4A"/>'
-            '<stop offset="1" stop-color="#0F1C2E"/></linearGradient>')
-    shape = ('<rect width="120" height="160" fill="url(#bg)"/>'
-             '<circle cx="60" cy="62" r="24" fill="#3B5677"/>'
-             '<path d="M16 160 C18 118 38 100 60 100 C82 100 102 118 104 160 Z" fill="#3B5677"/>'
-             '<rect x="0.5" y="0.5" width="119" height="159" fill="none" stroke="#2C4A6E"/>')
-    return svg(w, h, f'<g transform="scale({w/120},{h/160})">{shape}</g>', body)
+    shape = ('<rect x="0.5" y="0.5" width="119" height="159" rx="2" fill="#FFFFFF" fill-opacity="0.035"/>'
+             '<circle cx="60" cy="62" r="24" fill="#8FA9C8" fill-opacity="0.22"/>'
+             '<path d="M16 160 C18 118 38 100 60 100 C82 100 102 118 104 160 Z" fill="#8FA9C8" fill-opacity="0.22"/>')
+    return svg(w, h, f'<g transform="scale({w/120},{h/160})">{shape}</g>')
 
 
 # ---- card background for temperature captures (whole card, border-image)
@@ -83,8 +81,7 @@ def card_background():
             '<rect width="3" height="10" fill="#FFFFFF" fill-opacity="0.04"/></pattern>')
     body = ('<rect width="380" height="222" rx="4" fill="url(#bg)"/>'
             '<path d="M250 0 H376 a4 4 0 0 1 4 4 V120 Z" fill="url(#st)"/>'
-            f'<rect x="0.5" y="0.5" width="379" height="221" rx="4" fill="none" stroke="{CYAN}" stroke-opacity="0.45"/>'
-            f'<rect x="0" y="0" width="4" height="222" fill="{CYAN}" fill-opacity="0.8"/>')
+            '<rect x="0.5" y="0.5" width="379" height="221" rx="4" fill="none" stroke="#3A5A80" stroke-opacity="0.9"/>')
     return svg(380, 222, body, defs)
 
 
@@ -136,6 +133,19 @@ def header_wing(left):
                 f'<path d="M14 3 L9 8 L14 13" fill="none" stroke="{CYAN}" stroke-width="2"/>'
                 f'<path d="M8 3 L3 8 L8 13" fill="none" stroke="{CYAN}" stroke-width="2" stroke-opacity="0.6"/>')
     return svg(60, 16, body, defs)
+
+
+# ---- retract / spread / shrink tabs: a slim tab with a chevron pointing where the panel goes
+def tab(w, h, direction, hover):
+    fill = "#1E3A5C" if not hover else "#24507A"
+    arrow = "#B7C4D6" if not hover else CYAN
+    cx, cy = w / 2, h / 2
+    pts = {"left": f"{cx+2},{cy-5} {cx-2},{cy} {cx+2},{cy+5}", "right": f"{cx-2},{cy-5} {cx+2},{cy} {cx-2},{cy+5}",
+           "up": f"{cx-5},{cy+2} {cx},{cy-2} {cx+5},{cy+2}", "down": f"{cx-5},{cy-2} {cx},{cy+2} {cx+5},{cy-2}"}[direction]
+    r = min(w, h) / 2
+    body = (f'<rect x="0" y="0" width="{w}" height="{h}" rx="{r}" fill="{fill}" fill-opacity="0.95"/>'
+            f'<polyline points="{pts}" fill="none" stroke="{arrow}" stroke-width="1.6" stroke-linecap="round" stroke-linejoin="round"/>')
+    return svg(w, h, body)
 
 
 def loading_frame(i, n):
@@ -242,6 +252,11 @@ def main():
     for kind in ("Filiter", "Pop", "Sound"):
         for state in range(4):
             write(f"{bt}/Buttons/{kind}/{state}.png", tool_button(kind, state))
+    for name, w, h, direction in (("RightRetract", 11, 115, "right"), ("RightSpread", 11, 115, "left"),
+                                  ("BottomRetract", 115, 11, "down"), ("BottomSpread", 115, 11, "up"),
+                                  ("ShrinkRtoL", 11, 115, "left"), ("ShrinkLtoR", 11, 115, "right")):
+        write(f"{bt}/Buttons/Retract/{name}.png", tab(w, h, direction, False))
+        write(f"{bt}/Buttons/Retract/{name}Hover.png", tab(w, h, direction, True))
     write("public/Icon/left.png", header_wing(True))
     write("public/Icon/right.png", header_wing(False))
     write(f"{bt}/background/faceComparePic.png", similarity_bg())
