@@ -101,6 +101,20 @@
     </message>
 </context>
 <context>
+    <name>QObject</name>
+    <message>
+        <source>EpidemicPreventionAnHjjMjujt</source>
+        <translation>Body Temperature Screening</translation>
+    </message>
+</context>
+<context>
+    <name>RightNoData</name>
+    <message>
+        <source>NoData</source>
+        <translation>No data</translation>
+    </message>
+</context>
+<context>
     <name>WaitShowWid</name>
     <message>
         <source>Processing</source>

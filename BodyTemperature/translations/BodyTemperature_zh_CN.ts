@@ -101,6 +101,20 @@
     </message>
 </context>
 <context>
+    <name>QObject</name>
+    <message>
+        <source>EpidemicPreventionAnHjjMjujt</source>
+        <translation>体温筛查</translation>
+    </message>
+</context>
+<context>
+    <name>RightNoData</name>
+    <message>
+        <source>NoData</source>
+        <translation>暂无数据</translation>
+    </message>
+</context>
+<context>
     <name>WaitShowWid</name>
     <message>
         <source>Processing</source>

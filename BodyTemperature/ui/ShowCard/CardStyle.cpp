@@ -40,26 +40,23 @@ QString TemperatureText(double temperature)
 
 namespace {
 
-QString MaskLetter(uint32_t maskState)
-{
-    switch (maskState) {
-    case 0: return QStringLiteral("R");
-    case 1: return QStringLiteral("Y");
-    case 2: return QStringLiteral("G");
-    default: return QString();
-    }
-}
+// Pictures by state code 0..2 (red, yellow, green); other codes have none.
+const char* const kMask16[] = {":/icons/Images/BodyTemperature/icons/R-mask16.png",
+                               ":/icons/Images/BodyTemperature/icons/Y-mask16.png",
+                               ":/icons/Images/BodyTemperature/icons/G-mask16.png"};
+const char* const kMask32[] = {":/icons/Images/BodyTemperature/icons/R-mask32.png",
+                               ":/icons/Images/BodyTemperature/icons/Y-mask32.png",
+                               ":/icons/Images/BodyTemperature/icons/G-mask32.png"};
+const char* const kBadge[] = {":/icons/Images/BodyTemperature/icons/R-temp.png",
+                              ":/icons/Images/BodyTemperature/icons/Y-temp.png",
+                              ":/icons/Images/BodyTemperature/icons/G-temp.png"};
+const char* const kBigBadge[] = {":/icons/Images/BodyTemperature/icons/R-temp1.png",
+                                 ":/icons/Images/BodyTemperature/icons/Y-temp1.png",
+                                 ":/icons/Images/BodyTemperature/icons/G-temp1.png"};
 
-QString BadgePicture(uint32_t temperatureState, bool big)
+QString ByState(const char* const (&pictures)[3], uint32_t state)
 {
-    QString letter;
-    switch (temperatureState) {
-    case 0: letter = QStringLiteral("R"); break;
-    case 1: letter = QStringLiteral("Y"); break;
-    case 2: letter = QStringLiteral("G"); break;
-    default: return QString();
-    }
-    return QStringLiteral(":/icons/Images/BodyTemperature/icons/%1-temp%2.png").arg(letter, big ? QStringLiteral("1") : QString());
+    return state < 3 ? QString::fromLatin1(pictures[state]) : QString();
 }
 
 } // namespace
@@ -68,13 +65,12 @@ void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
 {
     if (!icon || maskState == 3)
         return;
-    const QString letter = MaskLetter(maskState);
-    if (letter.isEmpty()) {
+    const QString picture = ByState(kMask16, maskState);
+    if (picture.isEmpty()) {
         icon->hide();
         return;
     }
-    icon->setStyleSheet(
-        QStringLiteral("QLabel{border-image: url(:/icons/Images/BodyTemperature/icons/%1-mask16.png);}").arg(letter));
+    icon->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture + QStringLiteral(");}"));
     icon->show();
 }
 
@@ -82,13 +78,12 @@ void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState)
 {
     if (!icon)
         return;
-    const QString letter = MaskLetter(maskState);
-    if (letter.isEmpty()) {
+    const QString picture = ByState(kMask32, maskState);
+    if (picture.isEmpty()) {
         icon->hide();
         return;
     }
-    icon->setStyleSheet(
-        QStringLiteral("border-image: url(:/icons/Images/BodyTemperature/icons/%1-mask32.png);").arg(letter));
+    icon->setStyleSheet(QStringLiteral("border-image: url(") + picture + QStringLiteral(");"));
     icon->show();
 }
 
@@ -97,7 +92,7 @@ void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QStri
 {
     if (!badge || temperatureState == 3)
         return;
-    const QString picture = BadgePicture(temperatureState, big);
+    const QString picture = ByState(big ? kBigBadge : kBadge, temperatureState);
     if (big)
         badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
                              + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:32px;color: #FFFFFF;"
