@@ -120,6 +120,20 @@ def tool_button(kind, state):
     return svg(32, 32, bg + g)
 
 
+# ---- alarm display switch: a bell, struck through while alarms are not shown
+def bell(on):
+    c = CYAN if on else "#6B7A90"
+    body = (f'<path d="M16 5 C11 5 9 9 9 13 V18 L6.5 22 H25.5 L23 18 V13 C23 9 21 5 16 5 Z" fill="{c}" fill-opacity="{0.9 if on else 0.5}"/>'
+            f'<path d="M13 24 Q16 28 19 24" fill="none" stroke="{c}" stroke-width="2" stroke-linecap="round"/>')
+    if on:
+        body += (f'<g fill="none" stroke="{c}" stroke-width="1.8" stroke-linecap="round">'
+                 '<path d="M5 9 Q4 12 5 15"/><path d="M27 9 Q28 12 27 15"/></g>')
+    else:
+        body += (f'<path d="M6 27 L26 5" stroke="{DARK}" stroke-width="4.4" stroke-linecap="round"/>'
+                 f'<path d="M6 27 L26 5" stroke="{c}" stroke-width="2" stroke-linecap="round"/>')
+    return svg(32, 32, body)
+
+
 def header_wing(left):
     defs = ('<linearGradient id="g" x1="0" y1="0" x2="1" y2="0">'
             f'<stop offset="0" stop-color="{CYAN}" stop-opacity="{0 if left else 0.9}"/>'
@@ -257,6 +271,8 @@ def main():
                                   ("ShrinkRtoL", 11, 115, "left"), ("ShrinkLtoR", 11, 115, "right")):
         write(f"{bt}/Buttons/Retract/{name}.png", tab(w, h, direction, False))
         write(f"{bt}/Buttons/Retract/{name}Hover.png", tab(w, h, direction, True))
+    write(f"{bt}/Buttons/Alarm/AlarmOn.png", bell(True))
+    write(f"{bt}/Buttons/Alarm/AlarmOff.png", bell(False))
     write("public/Icon/left.png", header_wing(True))
     write("public/Icon/right.png", header_wing(False))
     write(f"{bt}/background/faceComparePic.png", similarity_bg())

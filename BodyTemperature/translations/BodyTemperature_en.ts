@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
+    <name>BodyTemperature::BTShowTitle</name>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>No Mask</translation>
+    </message>
+    <message>
+        <source>TemperatureAnomaliesWaPooFNo</source>
+        <translation>Abnormal</translation>
+    </message>
+    <message>
+        <source>TemperatureIsNormalLvoFXpTP</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>TheTotalNumberOfyDridGtt</source>
+        <translation>Total</translation>
+    </message>
+</context>
+<context>
     <name>BodyTemperature::CAlarmUnit</name>
     <message>
         <source>AStranger</source>
@@ -42,6 +61,29 @@
     <message>
         <source>xYyCxaTr</source>
         <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CBTShowWidget</name>
+    <message>
+        <source>AlarmPopoverConfigurrXBbmhnE</source>
+        <translation>Alarm Pop-up Settings</translation>
+    </message>
+    <message>
+        <source>AlarmType</source>
+        <translation>Alarm Type</translation>
+    </message>
+    <message>
+        <source>InformationDisplayrMJyZHOJ</source>
+        <translation>Information Display</translation>
+    </message>
+    <message>
+        <source>TurnOnoffAlarmDisplaHyBGelcI</source>
+        <translation>Turn Alarm Display On/Off</translation>
+    </message>
+    <message>
+        <source>VoiceConfiguration</source>
+        <translation>Voice Settings</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>BodyTemperature::BTShowTitle</name>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>TemperatureAnomaliesWaPooFNo</source>
+        <translation>体温异常</translation>
+    </message>
+    <message>
+        <source>TemperatureIsNormalLvoFXpTP</source>
+        <translation>体温正常</translation>
+    </message>
+    <message>
+        <source>TheTotalNumberOfyDridGtt</source>
+        <translation>总数</translation>
+    </message>
+</context>
+<context>
     <name>BodyTemperature::CAlarmUnit</name>
     <message>
         <source>AStranger</source>
@@ -42,6 +61,29 @@
     <message>
         <source>xYyCxaTr</source>
         <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CBTShowWidget</name>
+    <message>
+        <source>AlarmPopoverConfigurrXBbmhnE</source>
+        <translation>报警弹窗配置</translation>
+    </message>
+    <message>
+        <source>AlarmType</source>
+        <translation>报警类型</translation>
+    </message>
+    <message>
+        <source>InformationDisplayrMJyZHOJ</source>
+        <translation>信息展示</translation>
+    </message>
+    <message>
+        <source>TurnOnoffAlarmDisplaHyBGelcI</source>
+        <translation>开启/关闭报警显示</translation>
+    </message>
+    <message>
+        <source>VoiceConfiguration</source>
+        <translation>语音配置</translation>
     </message>
 </context>
 <context>

@@ -15,11 +15,15 @@ namespace PictureDecoder {
 
 namespace {
 
-// Margin decoded around a region: the chroma upsampling of a 2x2 subsampled
+// Margin decoded around a region: the chroma upsampling of a subsampled
 // picture reads one chroma sample beyond each edge, and the decoder treats the
-// edges of a cropped or skipped area as picture edges. Whole blocks of margin
-// keep those edge effects outside the pixels we keep.
+// left and right edges of a cropped area and the first row after skipped rows
+// as picture edges. A block of margin keeps those effects outside the pixels
+// we keep. Below the region the decoder reads the rows it needs for
+// upsampling by itself, so a couple of rows suffice there -- and every row
+// saved below is entropy decoding saved.
 constexpr int kRegionMargin = 16;
+constexpr int kRegionMarginBelow = 2;
 
 struct JpegErrorManager {
     jpeg_error_mgr pub;
@@ -237,7 +241,7 @@ QImage DecodeRegion(const QByteArray& bytes, const QRect& crop)
     job.x0 = crop.left() - kRegionMargin;
     job.y0 = crop.top() - kRegionMargin;
     job.x1 = crop.right() + 1 + kRegionMargin;
-    job.y1 = crop.bottom() + 1 + kRegionMargin;
+    job.y1 = crop.bottom() + 1 + kRegionMarginBelow;
     job.prepare = PrepareRegion;
     job.storeRow = StoreRegionRow;
     job.ctx = &ctx;
