@@ -162,8 +162,10 @@ def tab(w, h, direction, hover):
     return svg(w, h, body)
 
 
+# The animation is drawn on the dialogs' panel colour: GIF has only on/off
+# transparency, which would cut the fading tail of the spinner away.
 def loading_frame(i, n):
-    body = ''
+    body = f'<rect width="54" height="54" fill="{DARK}"/>'
     for k in range(12):
         a = 2 * math.pi * k / 12
         age = (i - k) % n
