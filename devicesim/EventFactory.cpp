@@ -211,15 +211,15 @@ SimEvent EventFactory::fromDescription(std::mt19937& rng, const nlohmann::json& 
                 ev.pictures.push_back({it.key(), PictureBlob{std::make_shared<const std::string>(), -1, -1}});
                 blob = &ev.pictures.back().second;
             }
-            const auto& spec = it.value();
-            if (!spec.is_object())
+            const auto& given = it.value();
+            if (!given.is_object())
                 continue;
-            if (spec.contains("base64") && spec["base64"].is_string())
-                blob->data = fromBase64(spec["base64"].get<std::string>());
-            if (spec.contains("truncateTo") && spec["truncateTo"].is_number_integer())
-                blob->truncateTo = spec["truncateTo"].get<long long>();
-            if (spec.contains("declaredLength") && spec["declaredLength"].is_number_integer())
-                blob->declaredLength = spec["declaredLength"].get<long long>();
+            if (given.contains("base64") && given["base64"].is_string())
+                blob->data = fromBase64(given["base64"].get<std::string>());
+            if (given.contains("truncateTo") && given["truncateTo"].is_number_integer())
+                blob->truncateTo = given["truncateTo"].get<long long>();
+            if (given.contains("declaredLength") && given["declaredLength"].is_number_integer())
+                blob->declaredLength = given["declaredLength"].get<long long>();
         }
     }
     return ev;
