@@ -1,11 +1,7 @@
 // Unloading the module while a voice prompt is still playing: the prompt's
 // worker belongs to the module, so unloading must stop and join it before the
 // code goes away. Runs against a private PulseAudio server with a null sink.
-#include <QFile>
 #include <QLibrary>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QWidget>
 #include <chrono>
 #include <condition_variable>
@@ -21,52 +17,22 @@
 #include "publicdatacontroller/AlarmTransfer.h"
 #include "publicdatacontroller/IAIInterface.h"
 #include "publicdatacontroller/IAIWidget.h"
+#include "support/PrivatePulseServer.h"
 #include "support/TestSupport.h"
 
 using namespace publicdatacontroller;
 
 namespace {
 
-QString run(const QString& program, const QStringList& args)
-{
-    QProcess p;
-    p.setStandardErrorFile(QProcess::nullDevice());
-    p.start(program, args);
-    if (!p.waitForFinished(5000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-        return QStringLiteral("<failed>");
-    return QString::fromLocal8Bit(p.readAllStandardOutput());
-}
-
 TEST(ModuleUnload, StopsAndJoinsAPlayingPrompt)
 {
-    if (QStandardPaths::findExecutable(QStringLiteral("pulseaudio")).isEmpty())
-        GTEST_SKIP() << "pulseaudio is not installed: no sound server to keep a prompt playing";
+    testsupport::PrivatePulseServer pulse;
+    QString why;
+    if (!pulse.start(&why))
+        GTEST_SKIP() << "no sound server to keep a prompt playing: " << qUtf8Printable(why);
+    const auto playing = [] { return testsupport::PrivatePulseServer::somethingPlays(); };
 
-    QTemporaryDir dir;
-    QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QFile script(dir.filePath(QStringLiteral("test.pa")));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write("load-module module-native-protocol-unix auth-anonymous=1\n"
-                 "load-module module-null-sink sink_name=testsink rate=48000\n"
-                 "set-default-sink testsink\n");
-    script.close();
-    qputenv("XDG_RUNTIME_DIR", dir.path().toLocal8Bit());
-    qputenv("PULSE_SERVER", "unix:" + dir.filePath(QStringLiteral("pulse/native")).toLocal8Bit());
-    QProcess daemon;
-    daemon.setStandardOutputFile(QProcess::nullDevice());
-    daemon.setStandardErrorFile(QProcess::nullDevice());
-    daemon.start(QStringLiteral("pulseaudio"), {QStringLiteral("-n"), QStringLiteral("-F"), script.fileName(),
-                                                  QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1")});
-    ASSERT_TRUE(daemon.waitForStarted(5000));
-    ASSERT_TRUE(testsupport::waitUntil(
-        [] { return run(QStringLiteral("pactl"), {QStringLiteral("info")}) != QStringLiteral("<failed>"); }, 10000));
-    const auto playing = [] {
-        return !run(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sink-inputs")})
-                    .trimmed()
-                    .isEmpty();
-    };
-
-    CUserDataPath::Instance()->setComponentPath(dir.filePath(QStringLiteral("component")).toStdString());
+    CUserDataPath::Instance()->setComponentPath(pulse.path(QStringLiteral("component")).toStdString());
     QLibrary lib(testsupport::modulePath());
     ASSERT_TRUE(lib.load()) << qPrintable(lib.errorString());
     auto getInterface = reinterpret_cast<GetAIInterfaceFn>(lib.resolve("getAIInterface"));
@@ -114,10 +80,6 @@ TEST(ModuleUnload, StopsAndJoinsAPlayingPrompt)
     // Give a stray worker, if there were one, the time to run into unmapped code.
     testsupport::pump(300);
 
-    daemon.terminate();
-    daemon.waitForFinished(5000);
-    qunsetenv("PULSE_SERVER");
-    qunsetenv("XDG_RUNTIME_DIR");
     CUserDataPath::Instance()->setComponentPath(std::string());
 }
 
