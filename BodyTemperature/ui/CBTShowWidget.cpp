@@ -87,6 +87,9 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
 
 CBTShowWidget::~CBTShowWidget()
 {
+    // A prompt still playing is stopped here, on the GUI thread, rather than
+    // while the host unloads the module.
+    CVoicePlayer::Shutdown();
     delete m_pRightRetractBtn;
     m_pRightRetractBtn = nullptr;
     delete m_pTypeConfigPage;

@@ -31,10 +31,8 @@ namespace {
 
 // Item roles of the camera model.
 constexpr int kRoleNodeType = 657;
-constexpr int kRoleGroupId = 659;
 constexpr int kRoleCameraId = 662;
 constexpr int kRoleFilter = 767;
-constexpr int kNodeGroup = 1;
 constexpr int kNodeCamera = 2;
 
 constexpr int kLeftFrameWidth = 278;
@@ -239,10 +237,9 @@ void CBodyTemperatureDlg::OnCameraTreeDoubleClicked(const QModelIndex& miIndex)
             return;
         m_pShowWidget->LiveView()->OpenCamera(cameraId.toStdString(), 100);
         m_pShowWidget->update();
-    } else if (type == kNodeGroup) {
-        // Opening a whole area is not offered on this page.
-        (void)miIndex.data(kRoleGroupId);
     }
+    // An area (node type 1, identifier in role 659) only expands: opening all
+    // its cameras at once is not offered on this page.
 }
 
 void CBodyTemperatureDlg::OnCameraGroupRemoved(const QModelIndex& miParent, int iFirst, int)

@@ -68,6 +68,7 @@ void CBottomWidget::AddSnapInfo(const AlarmShowInfo& info)
 
     auto* card = new CSnapUnit(this);
     connect(card, &CSnapUnit::SignalAddToLib, this, &CBottomWidget::OnAddToLib);
+    connect(card, &CSnapUnit::SignalSnapPicClicked, this, &CBottomWidget::SignalSnapPicClicked);
     card->SetAlarmInfo(info);
 
     if (m_bEmpty) {

@@ -29,8 +29,9 @@ std::atomic<bool> g_bStop{false};
 std::atomic<int> g_iStarted{0};
 std::string g_strPath;
 
-// Owns the worker so that it never outlives the module: unloading runs this
-// destructor, which stops and joins a prompt still playing.
+// Owns the worker so that it never outlives the module. The page stops and
+// joins it when it is destroyed (before the host unloads the module); this
+// destructor is the last resort at unload.
 struct Worker {
     std::thread thread;
     std::mutex sinkMutex;
@@ -63,7 +64,10 @@ void run()
     }
     const std::string path = g_strPath;
     const bool played = sink ? sink(path) : CVoicePlayer::PlayOnDevice(path);
-    if (!played)
+    // No logging once a stop was asked for: the module may be unloading, and
+    // the logger's first use on a thread needs the loader lock that the
+    // unloading thread holds while it waits for this one.
+    if (!played && !g_bStop)
         BASE_LOG_WARN("voice prompt %s did not play", path.c_str());
     g_bIdle = true;
 }

@@ -6,8 +6,10 @@
 // Play() is called on the GUI thread. It stores the path (local 8-bit
 // encoding), clears the idle flag and starts a worker thread that plays the
 // file synchronously and sets the flag back to idle, whatever the outcome.
-// The worker is owned by the player: it is joined before the next one starts
-// and when the module is unloaded (Shutdown() asks a running prompt to stop).
+// The worker is owned by the player: it is joined before the next one starts,
+// when the page goes away (Shutdown(), called by the information display's
+// destructor, so that nothing runs while the host unloads the module) and,
+// as a last resort, at unload.
 #include <QString>
 #include <functional>
 #include <string>

@@ -261,18 +261,6 @@ TEST_F(ShowWidgetTest, ListsKeepTheNewestTwentyAndTwentyOneCards)
     EXPECT_FALSE(w->RightNoData()->isVisibleTo(w.get()));
 }
 
-TEST_F(ShowWidgetTest, AlarmCardTakesItsWidthFromTheBottomStrip)
-{
-    auto w = makeWidget(voiceConfig());
-    w->show();
-    testsupport::pump();
-    w->DealAlarmInfo(record(kComparison, face(0, 0, 2)));
-    const CAlarmUnit* card = newestCard<CAlarmUnit>(*w);
-    ASSERT_NE(card, nullptr);
-    EXPECT_EQ(card->minimumWidth(), w->BottomWidget()->width() - 4);
-    EXPECT_EQ(card->maximumWidth(), w->BottomWidget()->width() - 4);
-}
-
 TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
 {
     auto w = makeWidget(voiceConfig());
@@ -478,29 +466,6 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
     EXPECT_FALSE(panel->testAttribute(Qt::WA_TranslucentBackground));
     EXPECT_TRUE(panel->isVisible());
     EXPECT_EQ(panel->parentWidget(), w.get());
-
-    w->OnLeaveStateChanged(true);
-    EXPECT_FALSE(panel->isVisible());
-    w->OnLeaveStateChanged(false);
-    EXPECT_TRUE(panel->isVisible());
-}
-
-TEST_F(ShowWidgetTest, PlaceholderAndCornerFollowTheList)
-{
-    auto w = makeWidget(voiceConfig());
-    w->show();
-    w->resize(1600, 1000);
-    testsupport::pump();
-    EXPECT_TRUE(w->RightNoData()->isVisible());
-    EXPECT_EQ(w->RightNoData()->maximumHeight(), 999);
-    EXPECT_EQ(w->CornerLabel()->x(), 368);
-    EXPECT_TRUE(w->CornerLabel()->isVisible());
-
-    w->DealAlarmInfo(record(kComparison, face(0, 0, 2)));
-    EXPECT_FALSE(w->RightNoData()->isVisible());
-    EXPECT_FALSE(w->CornerLabel()->isVisible());
-    w->RefreshNoData();
-    EXPECT_FALSE(w->RightNoData()->isVisible());
 }
 
 // ---------------------------------------------------------------- bad input

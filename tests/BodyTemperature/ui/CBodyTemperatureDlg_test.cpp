@@ -1,11 +1,7 @@
 // The dashboard page as the host builds it: form, tree proxy, folding the
 // left panel, the statistics title fed from the host's alarm source, and the
 // saved-state forwards.
-#include <QGuiApplication>
-#include <QHeaderView>
-#include <QScreen>
 #include <QLabel>
-#include <QPushButton>
 #include <QStandardItemModel>
 #include <QToolButton>
 #include <memory>
@@ -53,24 +49,8 @@ protected:
     std::unique_ptr<CBodyTemperatureDlg> m_dlg;
 };
 
-TEST_F(DashboardDlgTest, FormAndTreeProxy)
+TEST_F(DashboardDlgTest, TreeProxyPassesFilterValuesZeroToTwo)
 {
-    EXPECT_EQ(m_dlg->objectName(), QStringLiteral("BodyTemperatureDlg"));
-    EXPECT_EQ(m_dlg->size(), QSize(1911, 1080));
-    EXPECT_EQ(m_dlg->LeftFrame()->objectName(), QStringLiteral("m_pLeftFrame"));
-    EXPECT_EQ(m_dlg->LeftFrame()->maximumWidth(), 278);
-    EXPECT_EQ(m_dlg->LeftFrame()->minimumWidth(), 278);
-    EXPECT_EQ(m_dlg->ShowWidget()->objectName(), QStringLiteral("AIShowAddInWidget"));
-    EXPECT_EQ(m_dlg->CameraTree()->objectName(), QStringLiteral("m_pCameraTree"));
-    EXPECT_TRUE(m_dlg->CameraTree()->isHeaderHidden());
-    for (const char* name : {"pushButton_2", "pushButton_3"}) {
-        const auto* b = m_dlg->findChild<QPushButton*>(QString::fromLatin1(name));
-        ASSERT_NE(b, nullptr) << name;
-        EXPECT_TRUE(b->isHidden()) << name;
-    }
-    EXPECT_TRUE(m_dlg->acceptDrops());
-    EXPECT_EQ(m_dlg->ShrinkButton()->size(), QSize(11, 115));
-
     auto* proxy = m_dlg->TreeProxy();
     EXPECT_EQ(m_dlg->CameraTree()->model(), proxy);
     EXPECT_EQ(proxy->filterRole(), 767);
@@ -110,15 +90,6 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
     expectAt("m_pShrinkPushButtonrTol", false);
 }
 
-TEST_F(DashboardDlgTest, TitleIsSizedFromTheScreen)
-{
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    BodyTemperature::BTShowTitle* title = m_dlg->ShowTitle();
-    EXPECT_EQ(title->parentWidget(), m_dlg.get());
-    EXPECT_EQ(title->geometry(), QRect(screen.width() * 565 / 1920, screen.height() * 23 / 1080,
-                                     screen.width() * 790 / 1920, screen.height() * 36 / 1080));
-}
-
 TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
 {
     m_dlg->SetAlarmListening(true);
@@ -148,14 +119,6 @@ TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
     transfer->publishAlarm(std::make_shared<publicdatacontroller::CIntelAlarmObject>(abnormalNoMask));
     testsupport::pump(50);
     EXPECT_EQ(label("labelAllNum"), QStringLiteral("2"));
-}
-
-TEST_F(DashboardDlgTest, SavedStateForwardsReachTheLiveView)
-{
-    m_dlg->RestorePlayingCameras({QStringLiteral("CAM1"), QString(), QStringLiteral("CAM3")});
-    EXPECT_EQ(m_dlg->GetPlayingCameraIds(), (QList<QByteArray>{"CAM1", "CAM3"}));
-    m_dlg->StopAllLiveView();
-    EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
 }
 
 TEST_F(DashboardDlgTest, DoubleClickOpensOnlyAvailableCameras)

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "VantorGUIToolkit/TargetPath.h"
+#include "support/PrivatePulseServer.h"
 #include "support/TestSupport.h"
 #include "ui/CVoicePlayer.h"
 
@@ -124,65 +125,12 @@ TEST(VoicePlayer, DefaultPromptsAreFoundAndReadable)
     }
 }
 
-// A PulseAudio server with a null sink, private to this test.
-class PulseServer {
-public:
-    bool start(QString* why)
-    {
-        if (QStandardPaths::findExecutable(QStringLiteral("pulseaudio")).isEmpty()
-            || QStandardPaths::findExecutable(QStringLiteral("parec")).isEmpty()) {
-            *why = QStringLiteral("pulseaudio or parec is not installed");
-            return false;
-        }
-        QFile::setPermissions(m_dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QFile script(m_dir.filePath(QStringLiteral("test.pa")));
-        script.open(QIODevice::WriteOnly);
-        script.write("load-module module-native-protocol-unix auth-anonymous=1\n"
-                     "load-module module-null-sink sink_name=testsink rate=48000\n"
-                     "set-default-sink testsink\n");
-        script.close();
-        m_runtime.reset(new ScopedEnv("XDG_RUNTIME_DIR", m_dir.path().toLocal8Bit()));
-        m_server.reset(new ScopedEnv("PULSE_SERVER", "unix:" + m_dir.filePath(QStringLiteral("pulse/native")).toLocal8Bit()));
-        m_daemon.setProcessChannelMode(QProcess::MergedChannels);
-        m_daemon.setStandardOutputFile(QProcess::nullDevice());
-        m_daemon.start(QStringLiteral("pulseaudio"), {QStringLiteral("-n"), QStringLiteral("-F"), script.fileName(),
-                                                         QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1")});
-        if (!m_daemon.waitForStarted(5000)) {
-            *why = QStringLiteral("pulseaudio did not start");
-            return false;
-        }
-        const bool up = testsupport::waitUntil([] {
-            QProcess pactl;
-            pactl.setStandardOutputFile(QProcess::nullDevice());
-            pactl.setStandardErrorFile(QProcess::nullDevice());
-            pactl.start(QStringLiteral("pactl"), {QStringLiteral("info")});
-            return pactl.waitForFinished(5000) && pactl.exitStatus() == QProcess::NormalExit && pactl.exitCode() == 0;
-        }, 10000);
-        if (!up)
-            *why = QStringLiteral("pulseaudio did not answer");
-        return up;
-    }
-    ~PulseServer()
-    {
-        if (m_daemon.state() != QProcess::NotRunning) {
-            m_daemon.terminate();
-            if (!m_daemon.waitForFinished(5000))
-                m_daemon.kill();
-        }
-    }
-    QString path(const QString& name) const { return m_dir.filePath(name); }
-
-private:
-    QTemporaryDir m_dir;
-    std::unique_ptr<ScopedEnv> m_runtime;
-    std::unique_ptr<ScopedEnv> m_server;
-    QProcess m_daemon;
-};
-
 TEST(VoicePlayer, AbnormalPromptIsHeardOnTheSink)
 {
-    PulseServer pulse;
+    testsupport::PrivatePulseServer pulse;
     QString why;
+    if (QStandardPaths::findExecutable(QStringLiteral("parec")).isEmpty())
+        GTEST_SKIP() << "no PulseAudio recorder (parec) for the sound test";
     if (!pulse.start(&why))
         GTEST_SKIP() << "no PulseAudio for the sound test: " << qUtf8Printable(why);
 

@@ -30,7 +30,8 @@ inline protocol::IntelAlarmFaceInfo face(uint32_t enabled, uint32_t anomaly, uin
     return f;
 }
 
-// A capture-with-temperature record: its face is the first of the list.
+// A record of the given event code: capture events carry the face in their
+// list, the others in the single face block.
 inline publicdatacontroller::IntelAlarmEventInfo record(uint32_t eventType, const protocol::IntelAlarmFaceInfo& f,
     const std::string& eventId = "E1", const std::string& cameraId = "CAM1")
 {
