@@ -22,6 +22,7 @@ struct JpegVariant {
     int hSamp, vSamp;     // luma sampling factors: 2x2 = 4:2:0, 2x1 = 4:2:2, 1x1 = 4:4:4
     bool progressive;
     int restartRows;      // restart marker every n MCU rows (0: none)
+    int restartMcus = 0;  // or every n MCUs
 };
 
 // A busy test picture: gradients, hard edges and noise, so that any mistake
@@ -71,6 +72,8 @@ QByteArray EncodeWithLibjpeg(const QImage& source, const JpegVariant& v)
     if (v.progressive)
         jpeg_simple_progression(&cinfo);
     cinfo.restart_in_rows = v.restartRows;
+    if (v.restartMcus)
+        cinfo.restart_interval = static_cast<unsigned int>(v.restartMcus);
     jpeg_start_compress(&cinfo, TRUE);
     while (cinfo.next_scanline < cinfo.image_height) {
         JSAMPROW row = const_cast<JSAMPROW>(img.constScanLine(static_cast<int>(cinfo.next_scanline)));
@@ -136,6 +139,35 @@ INSTANTIATE_TEST_SUITE_P(Variants, RegionDecode,
                                            JpegVariant{"restart420", 3, 2, 2, false, 1},
                                            JpegVariant{"restart422progressive", 3, 2, 1, true, 2}),
                          [](const ::testing::TestParamInfo<JpegVariant>& info) { return std::string(info.param.name); });
+
+TEST(PictureDecoder, EntersAtRestartMarkersWithoutChangingAPixel)
+{
+    struct Row {
+        JpegVariant variant;
+        bool entersAtMarker;
+    } rows[] = {
+        {{"rows420", 3, 2, 2, false, 1}, true},
+        {{"rows422", 3, 2, 1, false, 1}, true},
+        {{"rows444", 3, 1, 1, false, 1}, true},
+        {{"rowsGray", 1, 1, 1, false, 1}, true},
+        {{"everyMcu420", 3, 2, 2, false, 0, 1}, true},   // 26 intervals per row
+        {{"every13Mcus420", 3, 2, 2, false, 0, 13}, true},  // 2 per row
+        {{"every7Mcus420", 3, 2, 2, false, 0, 7}, false},   // not row aligned: skipped instead
+        {{"every3Rows420", 3, 2, 2, false, 3}, false},     // intervals span rows: skipped instead
+        {{"progressive", 3, 2, 2, true, 1}, false},
+    };
+    for (const Row& r : rows) {
+        const QByteArray jpeg = EncodeWithLibjpeg(TestPicture(401, 700), r.variant);
+        const QImage full = QImage::fromData(jpeg);
+        ASSERT_FALSE(full.isNull());
+        for (const QRect& rect : {QRect(120, 300, 150, 170), QRect(0, 650, 401, 50), QRect(390, 520, 11, 3)}) {
+            const int before = PictureDecoder::RestartEntryCount();
+            const QImage region = PictureDecoder::DecodeRegion(jpeg, rect);
+            ExpectSamePixels(full.copy(rect), region, r.variant.name);
+            EXPECT_EQ(PictureDecoder::RestartEntryCount() > before, r.entersAtMarker) << r.variant.name;
+        }
+    }
+}
 
 TEST(PictureDecoder, CropRectTruncatesFractions)
 {
