@@ -238,7 +238,7 @@ bool EnterAtRestart(const QByteArray& bytes, int firstNeededRow, RestartEntry* e
         } else if (marker == 0xDD && length >= 4) {
             restartInterval = (p[i + 4] << 8) | p[i + 5];
         } else if (marker == 0xDA) {
-            if (sof < 0 || restartInterval == 0 || width <= 0 || height <= 0 || p[i + 4] != components)
+            if (length < 3 || sof < 0 || restartInterval == 0 || width <= 0 || height <= 0 || p[i + 4] != components)
                 return false;
             // One component alone is coded in single 8 x 8 blocks.
             const int mcuW = components == 1 ? 8 : 8 * maxH;

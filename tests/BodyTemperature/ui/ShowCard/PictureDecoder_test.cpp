@@ -25,6 +25,11 @@ struct JpegVariant {
     int restartMcus = 0;  // or every n MCUs
 };
 
+void PrintTo(const JpegVariant& v, std::ostream* os)
+{
+    *os << v.name;
+}
+
 // A busy test picture: gradients, hard edges and noise, so that any mistake
 // at block edges or in chroma upsampling changes some pixels.
 QImage TestPicture(int w, int h)
@@ -167,6 +172,28 @@ TEST(PictureDecoder, EntersAtRestartMarkersWithoutChangingAPixel)
             EXPECT_EQ(PictureDecoder::RestartEntryCount() > before, r.entersAtMarker) << r.variant.name;
         }
     }
+}
+
+TEST(PictureDecoder, CorruptPicturesDecodeOrFailCleanly)
+{
+    // Damaged headers and scans (cut, flipped bytes, forged markers) must
+    // end in a picture or a null image, never in a crash or a hang.
+    const QByteArray good = EncodeWithLibjpeg(TestPicture(160, 240), {"rows420", 3, 2, 2, false, 1});
+    quint32 seed = 99;
+    auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bad = good;
+        const int edits = 1 + static_cast<int>(next() % 4);
+        for (int e = 0; e < edits; ++e) {
+            const int at = static_cast<int>(next() % static_cast<quint32>(round % 3 ? bad.size() : 200));
+            bad[at] = static_cast<char>(round % 5 == 0 ? 0xFF : next() >> 24);
+        }
+        if (round % 7 == 0)
+            bad.truncate(static_cast<int>(next() % static_cast<quint32>(bad.size())));
+        (void)PictureDecoder::DecodeRegion(bad, QRect(20, 150, 60, 60));
+        (void)PictureDecoder::DeclaredSize(bad);
+    }
+    SUCCEED();
 }
 
 TEST(PictureDecoder, CropRectTruncatesFractions)
