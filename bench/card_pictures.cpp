@@ -9,6 +9,7 @@
 //   card_pictures [events]                 timings of (a), (b) and the card cycle
 //   card_pictures --only naive|ours N [noiseShift [rst]]   one path, for instruction counts:
 //   valgrind --tool=callgrind --collect-atstart=no card_pictures --only ours 5 29
+//   card_pictures --cycle N                 just the card cycle (instructions: under callgrind as above)
 #include <QApplication>
 #include <QBoxLayout>
 #include <QBuffer>
@@ -220,6 +221,13 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
 
+    if (argc >= 3 && std::strcmp(argv[1], "--cycle") == 0) {
+        const QByteArray scene = MakeScene(29);
+        CALLGRIND_TOGGLE_COLLECT;
+        CardCycle(scene, std::max(30, std::atoi(argv[2])));
+        CALLGRIND_TOGGLE_COLLECT;
+        return 0;
+    }
     if (argc >= 4 && std::strcmp(argv[1], "--only") == 0) {
         const QByteArray scene =
             MakeScene(argc >= 5 ? std::atoi(argv[4]) : 29, argc >= 6 && std::strcmp(argv[5], "rst") == 0);
