@@ -7,8 +7,9 @@
 // paint) with the module style sheet.
 //
 //   card_pictures [events]                 timings of (a), (b) and the card cycle
-//   card_pictures --only naive|ours N [noiseShift]   just one path, for instruction counts:
+//   card_pictures --only naive|ours N [noiseShift [rst]]   one path, for instruction counts:
 //   valgrind --tool=callgrind --collect-atstart=no card_pictures --only ours 5 29
+//   card_pictures --cycle N                 just the card cycle (instructions: under callgrind as above)
 #include <QApplication>
 #include <QBoxLayout>
 #include <QBuffer>
@@ -19,6 +20,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <jpeglib.h>
 #include <valgrind/callgrind.h>
 #include <vector>
 
@@ -38,7 +40,38 @@ const protocol::PictureRect kFace{0.42, 0.25, 0.12, 0.30};
 // sets how much entropy-coded data the JPEG carries, which is what the
 // region decode cannot skip: noiseShift 29 gives about 150 KB (a typical
 // device scene picture), 28 about 280 KB, 27 about 500 KB (very noisy).
-QByteArray MakeScene(int noiseShift)
+// Encodes like a camera's hardware encoder: 4:2:0, a restart marker after
+// every MCU row.
+QByteArray EncodeWithRestartMarkers(const QImage& image)
+{
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
+    jpeg_compress_struct cinfo;
+    jpeg_error_mgr err;
+    cinfo.err = jpeg_std_error(&err);
+    jpeg_create_compress(&cinfo);
+    unsigned char* out = nullptr;
+    unsigned long outSize = 0;
+    jpeg_mem_dest(&cinfo, &out, &outSize);
+    cinfo.image_width = static_cast<JDIMENSION>(rgb.width());
+    cinfo.image_height = static_cast<JDIMENSION>(rgb.height());
+    cinfo.input_components = 3;
+    cinfo.in_color_space = JCS_RGB;
+    jpeg_set_defaults(&cinfo);
+    jpeg_set_quality(&cinfo, 85, TRUE);
+    cinfo.restart_in_rows = 1;
+    jpeg_start_compress(&cinfo, TRUE);
+    while (cinfo.next_scanline < cinfo.image_height) {
+        JSAMPROW row = const_cast<JSAMPROW>(rgb.constScanLine(static_cast<int>(cinfo.next_scanline)));
+        jpeg_write_scanlines(&cinfo, &row, 1);
+    }
+    jpeg_finish_compress(&cinfo);
+    jpeg_destroy_compress(&cinfo);
+    QByteArray bytes(reinterpret_cast<const char*>(out), static_cast<int>(outSize));
+    free(out);
+    return bytes;
+}
+
+QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
 {
     QImage img(1920, 1080, QImage::Format_RGB32);
     quint32 seed = 7;
@@ -57,6 +90,8 @@ QByteArray MakeScene(int noiseShift)
     p.setBrush(QColor(226, 186, 150));
     p.drawEllipse(QRectF(840, 300, 200, 280));
     p.end();
+    if (restartMarkers)
+        return EncodeWithRestartMarkers(img);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -186,8 +221,16 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
 
+    if (argc >= 3 && std::strcmp(argv[1], "--cycle") == 0) {
+        const QByteArray scene = MakeScene(29);
+        CALLGRIND_TOGGLE_COLLECT;
+        CardCycle(scene, std::max(30, std::atoi(argv[2])));
+        CALLGRIND_TOGGLE_COLLECT;
+        return 0;
+    }
     if (argc >= 4 && std::strcmp(argv[1], "--only") == 0) {
-        const QByteArray scene = MakeScene(argc >= 5 ? std::atoi(argv[4]) : 29);
+        const QByteArray scene =
+            MakeScene(argc >= 5 ? std::atoi(argv[4]) : 29, argc >= 6 && std::strcmp(argv[5], "rst") == 0);
         const bool naive = std::strcmp(argv[2], "naive") == 0;
         const int n = std::atoi(argv[3]);
         qint64 sink = 0;
@@ -200,10 +243,15 @@ int main(int argc, char** argv)
     }
 
     const int events = argc > 1 ? std::max(10, std::atoi(argv[1])) : 100;
-    for (int noiseShift : {29, 28, 27}) {
-        const QByteArray scene = MakeScene(noiseShift);
-        std::printf("scene: 1920x1080 JPEG, %d bytes; face rectangle (%.2f, %.2f, %.2f, %.2f)\n",
-                    static_cast<int>(scene.size()), kFace.x, kFace.y, kFace.width, kFace.height);
+    const struct {
+        int noiseShift;
+        bool restartMarkers;
+    } scenes[] = {{29, false}, {28, false}, {27, false}, {29, true}, {28, true}, {27, true}};
+    for (const auto& sc : scenes) {
+        const QByteArray scene = MakeScene(sc.noiseShift, sc.restartMarkers);
+        std::printf("scene: 1920x1080 JPEG%s, %d bytes; face rectangle (%.2f, %.2f, %.2f, %.2f)\n",
+                    sc.restartMarkers ? " with restart markers" : "", static_cast<int>(scene.size()), kFace.x, kFace.y,
+                    kFace.width, kFace.height);
         NaiveEvent(scene);  // warm up both paths
         OursEvent(scene);
         std::vector<double> naive, ours;
@@ -222,6 +270,21 @@ int main(int argc, char** argv)
                     " (b) shared region decode %.2f ms, ratio %.1fx%s\n",
                     events, a, b, a / b, (sink & 1) ? " " : "");
     }
+    // Refusing an oversized picture: the header is read, nothing decoded.
+    QByteArray huge = MakeScene(29);
+    const int sof = huge.indexOf(QByteArray("\xFF\xC0", 2));
+    for (int k : {5, 6, 7, 8})
+        huge[sof + k] = static_cast<char>(k % 2 ? 30000 >> 8 : 30000 & 0xFF);
+    std::vector<double> refuse;
+    for (int i = 0; i < 200; ++i) {
+        QElapsedTimer t;
+        t.start();
+        AlarmShowInfo info = MakeEvent(huge, i);
+        const bool empty = info.Pictures().Scaled(CEventPictures::FaceSourceOf(info.faceInfoList.front()), kSizes[0]).isNull();
+        refuse.push_back(t.nsecsElapsed() / 1e6 + (empty ? 0 : 1e9));
+    }
+    std::printf("30000x30000 header refused: median %.3f ms\n", Median(refuse));
+
     CardCycle(MakeScene(29), events);
     return 0;
 }

@@ -14,6 +14,7 @@ CSnapUnit::CSnapUnit(QWidget* parent) : QFrame(parent)
 {
     setMinimumSize(130, 146);
     setMaximumSize(130, 146);
+    setAttribute(Qt::WA_Hover);  // the style sheet outlines the card under the mouse
 
     m_pAddToLibBtn = new QPushButton(this);
     m_pAddToLibBtn->setObjectName(QStringLiteral("m_pAddToLibBtn"));

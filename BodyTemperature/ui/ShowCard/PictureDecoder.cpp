@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <atomic>
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
@@ -162,6 +163,127 @@ void StoreRegionRow(void* ctx, const RegionJob& job, int y, int xOffset)
     std::memcpy(dst, src, static_cast<size_t>((to - from) * job.components));
 }
 
+// A baseline JPEG with restart markers can be entered at a restart marker:
+// the decoder's state (the DC predictions) starts afresh there. When the
+// intervals line up with MCU rows, the rows above a face need not be entropy
+// decoded at all -- the part of the work that skipping scanlines cannot save.
+// The entered stream is the headers (with the height reduced) followed by the
+// scan from that marker on, its markers renumbered from RST0.
+struct RestartEntry {
+    QByteArray stream;  // headers + the scan from the chosen marker on
+    int rowOffset = 0;  // picture rows left out above
+    QSize declared;     // size of the original picture
+};
+
+std::atomic<int> g_restartEntries{0};
+
+// A decoder expects RST0, RST1, ... RST7, RST0 ... from the start of a scan:
+// number the markers of a stream entered midway afresh.
+void RenumberRestartMarkers(QByteArray& stream, int scanStart)
+{
+    auto* p = reinterpret_cast<unsigned char*>(stream.data());
+    const int n = stream.size();
+    int count = 0;
+    for (int j = scanStart; j + 1 < n;) {
+        void* hit = std::memchr(p + j, 0xFF, static_cast<size_t>(n - j - 1));
+        if (!hit)
+            return;
+        j = static_cast<int>(static_cast<unsigned char*>(hit) - p);
+        const unsigned char next = p[j + 1];
+        if (next >= 0xD0 && next <= 0xD7) {
+            p[j + 1] = static_cast<unsigned char>(0xD0 + (count++ & 7));
+            j += 2;
+        } else if (next == 0x00 || next == 0xFF) {
+            j += next == 0x00 ? 2 : 1;
+        } else {
+            return;  // end of the scan
+        }
+    }
+}
+
+// Reads the frame, restart interval and scan header; false for anything but a
+// baseline picture in one interleaved scan with row-aligned restart intervals.
+bool EnterAtRestart(const QByteArray& bytes, int firstNeededRow, RestartEntry* entry)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.constData());
+    const int n = bytes.size();
+    int restartInterval = 0, width = 0, height = 0, components = 0, maxH = 1, maxV = 1, sof = -1;
+    int i = 2;
+    while (i + 4 <= n) {
+        if (p[i] != 0xFF)
+            return false;
+        const unsigned char marker = p[i + 1];
+        if (marker == 0xFF) {
+            ++i;
+            continue;
+        }
+        const int length = (p[i + 2] << 8) | p[i + 3];
+        if (length < 2 || i + 2 + length > n)
+            return false;
+        if (marker == 0xC0 || marker == 0xC1) {
+            if (length < 8)
+                return false;
+            sof = i;
+            height = (p[i + 5] << 8) | p[i + 6];
+            width = (p[i + 7] << 8) | p[i + 8];
+            components = p[i + 9];
+            if (length < 8 + 3 * components)
+                return false;
+            for (int c = 0; c < components; ++c) {
+                maxH = qMax(maxH, p[i + 11 + 3 * c] >> 4);
+                maxV = qMax(maxV, p[i + 11 + 3 * c] & 0x0F);
+            }
+        } else if (marker >= 0xC2 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC) {
+            return false;  // progressive, lossless or arithmetic coding
+        } else if (marker == 0xDD && length >= 4) {
+            restartInterval = (p[i + 4] << 8) | p[i + 5];
+        } else if (marker == 0xDA) {
+            if (length < 3 || sof < 0 || restartInterval == 0 || width <= 0 || height <= 0 || p[i + 4] != components)
+                return false;
+            // One component alone is coded in single 8 x 8 blocks.
+            const int mcuW = components == 1 ? 8 : 8 * maxH;
+            const int mcuH = components == 1 ? 8 : 8 * maxV;
+            const int mcusPerRow = (width + mcuW - 1) / mcuW;
+            if (mcusPerRow % restartInterval != 0)
+                return false;
+            const int intervalsPerRow = mcusPerRow / restartInterval;
+            const int row = firstNeededRow / mcuH;
+            if (row <= 0)
+                return false;
+            const int wanted = row * intervalsPerRow;
+            const int scanStart = i + 2 + length;
+            int seen = 0;
+            for (int j = scanStart; j + 1 < n;) {
+                const void* hit = std::memchr(p + j, 0xFF, static_cast<size_t>(n - j - 1));
+                if (!hit)
+                    return false;
+                j = static_cast<int>(static_cast<const unsigned char*>(hit) - p);
+                const unsigned char next = p[j + 1];
+                if (next >= 0xD0 && next <= 0xD7) {
+                    j += 2;
+                    if (++seen == wanted) {
+                        entry->stream = bytes.left(scanStart) + bytes.mid(j);
+                        const int newHeight = height - row * mcuH;
+                        entry->stream[sof + 5] = static_cast<char>(newHeight >> 8);
+                        entry->stream[sof + 6] = static_cast<char>(newHeight & 0xFF);
+                        RenumberRestartMarkers(entry->stream, scanStart);
+                        entry->rowOffset = row * mcuH;
+                        entry->declared = QSize(width, height);
+                        return true;
+                    }
+                } else if (next == 0x00 || next == 0xFF) {
+                    j += next == 0x00 ? 2 : 1;  // stuffed byte or fill
+                } else {
+                    return false;  // end of the scan before the row
+                }
+            }
+            return false;
+        }
+        i += 2 + length;
+    }
+    return false;
+}
+
 QSize JpegHeaderSize(const QByteArray& bytes)
 {
     RegionJob job;
@@ -176,6 +298,11 @@ QSize JpegHeaderSize(const QByteArray& bytes)
 }
 
 } // namespace
+
+int RestartEntryCount()
+{
+    return g_restartEntries.load();
+}
 
 QSize DeclaredSize(const QByteArray& bytes)
 {
@@ -233,15 +360,29 @@ QImage DecodeRegion(const QByteArray& bytes, const QRect& crop)
         const QImage whole = Decode(bytes);
         return whole.isNull() ? QImage() : whole.copy(crop);
     }
+    RestartEntry entry;
+    const bool entered = crop.top() - kRegionMargin > 0 && EnterAtRestart(bytes, crop.top() - kRegionMargin, &entry);
+    if (entered) {
+        if (!IsSizeAllowed(entry.declared)) {
+            BASE_LOG_WARN("Picture refused: it declares %d x %d pixels.", entry.declared.width(), entry.declared.height());
+            return QImage();
+        }
+        if (crop.top() >= entry.declared.height())
+            entry = RestartEntry();  // below the picture: the general path fills it
+        else
+            ++g_restartEntries;
+    }
+    const QByteArray& stream = entry.stream.isEmpty() ? bytes : entry.stream;
+    const int shift = entry.rowOffset;
     RegionContext ctx;
-    ctx.keep = crop;
+    ctx.keep = crop.translated(0, -shift);
     RegionJob job;
-    job.data = reinterpret_cast<const unsigned char*>(bytes.constData());
-    job.size = static_cast<unsigned long>(bytes.size());
+    job.data = reinterpret_cast<const unsigned char*>(stream.constData());
+    job.size = static_cast<unsigned long>(stream.size());
     job.x0 = crop.left() - kRegionMargin;
-    job.y0 = crop.top() - kRegionMargin;
+    job.y0 = crop.top() - shift - kRegionMargin;
     job.x1 = crop.right() + 1 + kRegionMargin;
-    job.y1 = crop.bottom() + 1 + kRegionMarginBelow;
+    job.y1 = crop.bottom() - shift + 1 + kRegionMarginBelow;
     job.prepare = PrepareRegion;
     job.storeRow = StoreRegionRow;
     job.ctx = &ctx;
@@ -255,7 +396,7 @@ QImage DecodeRegion(const QByteArray& bytes, const QRect& crop)
         return whole.isNull() ? QImage() : whole.copy(crop);
     }
     if (!ok) {
-        if (job.width > 0 && (crop.right() < 0 || crop.bottom() < 0 || crop.left() >= job.width || crop.top() >= job.height)) {
+        if (job.width > 0 && (crop.right() < 0 || crop.bottom() < 0 || crop.left() >= job.width || crop.top() >= job.height + shift)) {
             // Entirely outside the picture: what a copy of a full decode gives.
             QImage outside(crop.size(), QImage::Format_RGB32);
             outside.fill(0);

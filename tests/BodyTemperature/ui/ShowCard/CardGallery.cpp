@@ -198,6 +198,10 @@ void RenderPage(const QString& lang, const QString& outDir)
             info.faceInfoList.clear();  // an event without a face: time only
         snap->SetAlarmInfo(info);
         snap->move(8 + (i % 3) * 140, 12 + (i / 3) * 160);
+        if (i == 1) {  // as under the mouse: the add-to-library button shows
+            QEvent enter(QEvent::Enter);
+            QCoreApplication::sendEvent(snap, &enter);
+        }
     }
     auto* note = new QLabel(QStringLiteral("bottom strip: 5 captures + 1 without face"), strip);
     note->setStyleSheet(QStringLiteral("color: #55657A; font-size: 11px;"));

@@ -22,7 +22,13 @@ struct JpegVariant {
     int hSamp, vSamp;     // luma sampling factors: 2x2 = 4:2:0, 2x1 = 4:2:2, 1x1 = 4:4:4
     bool progressive;
     int restartRows;      // restart marker every n MCU rows (0: none)
+    int restartMcus = 0;  // or every n MCUs
 };
+
+void PrintTo(const JpegVariant& v, std::ostream* os)
+{
+    *os << v.name;
+}
 
 // A busy test picture: gradients, hard edges and noise, so that any mistake
 // at block edges or in chroma upsampling changes some pixels.
@@ -71,6 +77,8 @@ QByteArray EncodeWithLibjpeg(const QImage& source, const JpegVariant& v)
     if (v.progressive)
         jpeg_simple_progression(&cinfo);
     cinfo.restart_in_rows = v.restartRows;
+    if (v.restartMcus)
+        cinfo.restart_interval = static_cast<unsigned int>(v.restartMcus);
     jpeg_start_compress(&cinfo, TRUE);
     while (cinfo.next_scanline < cinfo.image_height) {
         JSAMPROW row = const_cast<JSAMPROW>(img.constScanLine(static_cast<int>(cinfo.next_scanline)));
@@ -136,6 +144,57 @@ INSTANTIATE_TEST_SUITE_P(Variants, RegionDecode,
                                            JpegVariant{"restart420", 3, 2, 2, false, 1},
                                            JpegVariant{"restart422progressive", 3, 2, 1, true, 2}),
                          [](const ::testing::TestParamInfo<JpegVariant>& info) { return std::string(info.param.name); });
+
+TEST(PictureDecoder, EntersAtRestartMarkersWithoutChangingAPixel)
+{
+    struct Row {
+        JpegVariant variant;
+        bool entersAtMarker;
+    } rows[] = {
+        {{"rows420", 3, 2, 2, false, 1}, true},
+        {{"rows422", 3, 2, 1, false, 1}, true},
+        {{"rows444", 3, 1, 1, false, 1}, true},
+        {{"rowsGray", 1, 1, 1, false, 1}, true},
+        {{"everyMcu420", 3, 2, 2, false, 0, 1}, true},   // 26 intervals per row
+        {{"every13Mcus420", 3, 2, 2, false, 0, 13}, true},  // 2 per row
+        {{"every7Mcus420", 3, 2, 2, false, 0, 7}, false},   // not row aligned: skipped instead
+        {{"every3Rows420", 3, 2, 2, false, 3}, false},     // intervals span rows: skipped instead
+        {{"progressive", 3, 2, 2, true, 1}, false},
+    };
+    for (const Row& r : rows) {
+        const QByteArray jpeg = EncodeWithLibjpeg(TestPicture(401, 700), r.variant);
+        const QImage full = QImage::fromData(jpeg);
+        ASSERT_FALSE(full.isNull());
+        for (const QRect& rect : {QRect(120, 300, 150, 170), QRect(0, 650, 401, 50), QRect(390, 520, 11, 3)}) {
+            const int before = PictureDecoder::RestartEntryCount();
+            const QImage region = PictureDecoder::DecodeRegion(jpeg, rect);
+            ExpectSamePixels(full.copy(rect), region, r.variant.name);
+            EXPECT_EQ(PictureDecoder::RestartEntryCount() > before, r.entersAtMarker) << r.variant.name;
+        }
+    }
+}
+
+TEST(PictureDecoder, CorruptPicturesDecodeOrFailCleanly)
+{
+    // Damaged headers and scans (cut, flipped bytes, forged markers) must
+    // end in a picture or a null image, never in a crash or a hang.
+    const QByteArray good = EncodeWithLibjpeg(TestPicture(160, 240), {"rows420", 3, 2, 2, false, 1});
+    quint32 seed = 99;
+    auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bad = good;
+        const int edits = 1 + static_cast<int>(next() % 4);
+        for (int e = 0; e < edits; ++e) {
+            const int at = static_cast<int>(next() % static_cast<quint32>(round % 3 ? bad.size() : 200));
+            bad[at] = static_cast<char>(round % 5 == 0 ? 0xFF : next() >> 24);
+        }
+        if (round % 7 == 0)
+            bad.truncate(static_cast<int>(next() % static_cast<quint32>(bad.size())));
+        (void)PictureDecoder::DecodeRegion(bad, QRect(20, 150, 60, 60));
+        (void)PictureDecoder::DeclaredSize(bad);
+    }
+    SUCCEED();
+}
 
 TEST(PictureDecoder, CropRectTruncatesFractions)
 {
