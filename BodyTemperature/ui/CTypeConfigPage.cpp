@@ -35,6 +35,11 @@ CTypeConfigPage::CTypeConfigPage(QWidget* parent) : QWidget(parent)
     inner->setSpacing(10);
     for (QCheckBox* box : {m_pComparisonCheck, m_pTemperatureCheck, m_pCaptureCheck}) {
         box->setCursor(Qt::PointingHandCursor);
+        // The panel's size is fixed per language; a label longer than that
+        // is clipped rather than stretching the panel, and stays readable
+        // as a tool tip.
+        box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        box->setToolTip(box->text());
         inner->addWidget(box);
         connect(box, &QCheckBox::clicked, this, &CTypeConfigPage::onDealCheck);
     }
