@@ -31,7 +31,6 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     setObjectName(QStringLiteral("PopConfigPage"));
     setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
     setAttribute(Qt::WA_TranslucentBackground);
-    setFixedSize(400, 300);
 
     m_pFrame = new QFrame(this);
     m_pFrame->setObjectName(QStringLiteral("PopConfigFrame"));
@@ -95,7 +94,7 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     buttonRow->addWidget(m_pCancelBtn);
 
     auto* inner = new QVBoxLayout(m_pFrame);
-    inner->setContentsMargins(20, 12, 12, 16);
+    inner->setContentsMargins(20, 12, 16, 16);
     inner->setSpacing(12);
     inner->addLayout(titleRow);
     inner->addSpacing(4);
@@ -109,6 +108,9 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->addWidget(m_pFrame);
+    // Translations differ in length: the dialog grows with its labels.
+    outer->setSizeConstraint(QLayout::SetMinimumSize);
+    resize(400, 300);
 
     connect(m_pSaveBtn, &QPushButton::clicked, this, &CPopConfigPage::onClickedOK);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CPopConfigPage::onClickedClose);

@@ -28,7 +28,6 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     setObjectName(QStringLiteral("SoundConfigPage"));
     setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
     setAttribute(Qt::WA_TranslucentBackground);
-    setFixedSize(560, 290);
 
     m_pFrame = new QFrame(this);
     m_pFrame->setObjectName(QStringLiteral("SoundConfigFrame"));
@@ -85,7 +84,7 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     buttonRow->addWidget(m_pCancelBtn);
 
     auto* inner = new QVBoxLayout(m_pFrame);
-    inner->setContentsMargins(20, 12, 12, 16);
+    inner->setContentsMargins(20, 12, 16, 16);
     inner->setSpacing(12);
     inner->addLayout(titleRow);
     inner->addSpacing(6);
@@ -96,6 +95,9 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     auto* outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->addWidget(m_pFrame);
+    // Translations differ in length: the dialog grows with its labels.
+    outer->setSizeConstraint(QLayout::SetMinimumSize);
+    resize(620, 290);
 
     connect(m_pSaveBtn, &QPushButton::clicked, this, &CSoundConfigPage::onClickedOK);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CSoundConfigPage::onClickedCancel);

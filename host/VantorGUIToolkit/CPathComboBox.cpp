@@ -51,8 +51,9 @@ void CPathComboBox::addPath(const QString& path)
     m_pCombo->setCurrentIndex(idx);
     m_pCombo->setEditText(path);
     m_pCombo->setToolTip(path);
+    // A long path shows its end: the file name is what tells the paths apart.
     if (m_pCombo->lineEdit() != nullptr)
-        m_pCombo->lineEdit()->setCursorPosition(0);
+        m_pCombo->lineEdit()->end(false);
 }
 
 QString CPathComboBox::currentPath() const { return m_pCombo->currentText(); }
