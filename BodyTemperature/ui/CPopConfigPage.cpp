@@ -41,6 +41,7 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     QFont titleFont = m_pTitleLabel->font();
     titleFont.setBold(true);
     m_pTitleLabel->setFont(titleFont);
+    EnableDragMove(m_pTitleLabel);
     m_pCloseBtn = new QToolButton(m_pFrame);
     m_pCloseBtn->setObjectName(QStringLiteral("m_pCloseBtn"));
     m_pCloseBtn->setToolTip(text("close"));

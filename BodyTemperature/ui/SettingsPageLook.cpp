@@ -1,10 +1,57 @@
 #include "ui/SettingsPageLook.h"
 
 #include <QColor>
+#include <QMouseEvent>
 #include <QPalette>
 #include <QWidget>
 
 namespace BodyTemperature {
+namespace {
+
+class DragMoveFilter final : public QObject {
+public:
+    explicit DragMoveFilter(QWidget* handle) : QObject(handle), m_pHandle(handle) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched != m_pHandle)
+            return false;
+        QWidget* window = m_pHandle->window();
+        switch (event->type()) {
+        case QEvent::MouseButtonPress: {
+            auto* e = static_cast<QMouseEvent*>(event);
+            if (e->button() == Qt::LeftButton) {
+                m_bDragging = true;
+                m_offset = e->globalPos() - window->frameGeometry().topLeft();
+            }
+            break;
+        }
+        case QEvent::MouseMove:
+            if (m_bDragging && (static_cast<QMouseEvent*>(event)->buttons() & Qt::LeftButton))
+                window->move(static_cast<QMouseEvent*>(event)->globalPos() - m_offset);
+            break;
+        case QEvent::MouseButtonRelease:
+            m_bDragging = false;
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+private:
+    QWidget* m_pHandle;
+    bool m_bDragging = false;
+    QPoint m_offset;
+};
+
+} // namespace
+
+void EnableDragMove(QWidget* handle)
+{
+    handle->installEventFilter(new DragMoveFilter(handle));
+}
 
 void ApplySettingsPageLook(QWidget* panel)
 {

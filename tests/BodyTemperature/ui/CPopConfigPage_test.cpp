@@ -4,7 +4,9 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTest>
 #include <QToolButton>
@@ -216,6 +218,26 @@ TEST_F(PopConfigPageTest, ClosingPutsTheFieldsBackAndWritesNothing)
         EXPECT_TRUE(fileBytes() == before) << r.name;
         EXPECT_TRUE(messages().isEmpty()) << r.name;
     }
+}
+
+TEST_F(PopConfigPageTest, TheFramelessDialogIsDraggedByItsTitle)
+{
+    auto page = openPage();
+    page->move(100, 100);
+    auto* title = page->findChild<QLabel*>(QStringLiteral("m_pTitleLabel"));
+    ASSERT_NE(title, nullptr);
+    const QPoint start = title->mapToGlobal(QPoint(10, 5));
+    auto send = [title](QEvent::Type type, const QPoint& global, Qt::MouseButtons buttons) {
+        QMouseEvent e(type, title->mapFromGlobal(global), global, Qt::LeftButton, buttons, Qt::NoModifier);
+        QApplication::sendEvent(title, &e);
+    };
+    send(QEvent::MouseButtonPress, start, Qt::LeftButton);
+    send(QEvent::MouseMove, start + QPoint(40, 25), Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, start + QPoint(40, 25), Qt::NoButton);
+    EXPECT_EQ(page->pos(), QPoint(140, 125));
+    // Moving without the button does nothing.
+    send(QEvent::MouseMove, start + QPoint(90, 90), Qt::NoButton);
+    EXPECT_EQ(page->pos(), QPoint(140, 125));
 }
 
 TEST_F(PopConfigPageTest, Renders)
