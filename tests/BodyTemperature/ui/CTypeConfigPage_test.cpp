@@ -7,7 +7,7 @@
 #include <QToolButton>
 #include <gtest/gtest.h>
 
-#include "support/TestSupport.h"
+#include "SettingsFileFixture.h"
 #include "ui/CTypeConfigPage.h"
 
 using BodyTemperature::AlarmDisplayConfig;
@@ -111,19 +111,14 @@ TEST(TypeConfigPage, IsAPopUpOfTheToolBarThatClosesOnAClickElsewhere)
 
 TEST(TypeConfigPage, Renders)
 {
-    const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
-    if (dir.isEmpty())
-        GTEST_SKIP() << "set BT_SNAPSHOT_DIR to write the picture";
-    for (int language : {1, 2}) {
-        CTypeConfigPage page;
+    settingstest::renderInLanguages(QStringLiteral("TypeConfigPage"), [](int language) {
+        auto page = std::make_unique<CTypeConfigPage>();
         AlarmDisplayConfig c;
         c.bFaceCapture = false;
-        page.SetConfig(c);
-        page.resize(CTypeConfigPage::PageSize(language));
-        page.show();
-        testsupport::pump(50);
-        EXPECT_TRUE(page.grab().save(QDir(dir).filePath(QStringLiteral("TypeConfigPage_%1.png").arg(language))));
-    }
+        page->SetConfig(c);
+        page->resize(CTypeConfigPage::PageSize(language));
+        return std::unique_ptr<QWidget>(page.release());
+    });
 }
 
 } // namespace

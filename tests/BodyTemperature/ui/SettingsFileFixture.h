@@ -3,7 +3,12 @@
 // file in a temporary component folder, emptied before every test, plus
 // helpers that look at the file from outside (raw SQLite, file bytes) the way
 // another program would.
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QTranslator>
+#include <functional>
+#include <memory>
 #include <QTemporaryDir>
 #include <sqlite3.h>
 #include <ostream>
@@ -132,6 +137,34 @@ inline const std::vector<SaveFailure>& saveFailures()
             }},
     };
     return cases;
+}
+
+// Writes PNGs of a page into $BT_SNAPSHOT_DIR, once with the bare keys and
+// once per shipped translation; make() builds the page after the translator
+// is in place. Skips when the variable is unset.
+inline void renderInLanguages(const QString& name, const std::function<std::unique_ptr<QWidget>(int language)>& make)
+{
+    const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
+    if (dir.isEmpty())
+        GTEST_SKIP() << "set BT_SNAPSHOT_DIR to write the pictures";
+    struct Lang {
+        const char* suffix;
+        int language;
+    };
+    for (const Lang& l : {Lang{"keys", 2}, Lang{"en", 2}, Lang{"zh_CN", 1}}) {
+        QTranslator translator;
+        const bool translated = translator.load(
+            QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(QLatin1String(l.suffix)));
+        if (translated)
+            QCoreApplication::installTranslator(&translator);
+        std::unique_ptr<QWidget> page = make(l.language);
+        page->show();
+        testsupport::pump(50);
+        EXPECT_TRUE(page->grab().save(QDir(dir).filePath(name + QLatin1Char('_') + QLatin1String(l.suffix) + QStringLiteral(".png"))));
+        page.reset();
+        if (translated)
+            QCoreApplication::removeTranslator(&translator);
+    }
 }
 
 } // namespace settingstest
