@@ -1,5 +1,6 @@
 #include "VantorGUIToolkit/CInformationDlg.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -27,6 +28,15 @@ QList<QPointer<CInformationDlg>>& liveMessages()
 {
     static QList<QPointer<CInformationDlg>> s_live;
     return s_live;
+}
+
+// Messages still on screen when the application ends are deleted while
+// widgets may still be deleted (QApplication runs post routines first).
+void deleteLiveMessages()
+{
+    const QList<CInformationDlg*> live = CInformationDlg::VisibleMessages();
+    for (CInformationDlg* dlg : live)
+        delete dlg;
 }
 
 QScreen* screenUnderMouse()
@@ -77,6 +87,12 @@ void CInformationDlg::ShowInformationAtScreenRightBottom(const QString& text)
     BASE_LOG_INFO("information: %s", qUtf8Printable(text));
     if (QGuiApplication::instance() == nullptr)
         return;
+
+    static const bool s_cleanupRegistered = [] {
+        qAddPostRoutine(deleteLiveMessages);
+        return true;
+    }();
+    (void)s_cleanupRegistered;
 
     auto* dlg = new CInformationDlg(text);
     liveMessages().append(dlg);
