@@ -1,5 +1,6 @@
 #include "VantorGUIToolkit/CInformationDlg.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
@@ -85,7 +86,8 @@ void CInformationDlg::ShowInformationAtScreenRightBottom(const QString& text)
 {
     shownTexts().append(text);
     BASE_LOG_INFO("information: %s", qUtf8Printable(text));
-    if (QGuiApplication::instance() == nullptr)
+    // Without a widget application (command-line tools) the log line is all.
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return;
 
     static const bool s_cleanupRegistered = [] {
