@@ -3,6 +3,8 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QFrame>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "ui/SettingsPageLook.h"
@@ -60,6 +62,24 @@ void CTypeConfigPage::SetConfig(const AlarmDisplayConfig& config)
     m_pComparisonCheck->setChecked(m_config.bFacePictureComparison);
     m_pTemperatureCheck->setChecked(m_config.bFaceTemperatureCapture);
     m_pCaptureCheck->setChecked(m_config.bFaceCapture);
+}
+
+void CTypeConfigPage::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!isWindow())
+        return;
+    QScreen* screen = QGuiApplication::screenAt(geometry().center());
+    if (screen == nullptr)
+        screen = parentWidget() != nullptr ? parentWidget()->screen() : QGuiApplication::primaryScreen();
+    if (screen == nullptr)
+        return;
+    const QRect area = screen->availableGeometry();
+    const QRect g = frameGeometry();
+    const int x = qMax(area.left(), qMin(g.left(), area.right() + 1 - g.width()));
+    const int y = qMax(area.top(), qMin(g.top(), area.bottom() + 1 - g.height()));
+    if (x != g.left() || y != g.top())
+        move(pos() + QPoint(x - g.left(), y - g.top()));
 }
 
 void CTypeConfigPage::onDealCheck(bool)

@@ -41,6 +41,11 @@ public:
     QCheckBox* TemperatureCaptureCheckBox() const { return m_pTemperatureCheck; }
     QCheckBox* CaptureCheckBox() const { return m_pCaptureCheck; }
 
+protected:
+    // A pop-up partly off the screen could not be used: when the place it was
+    // given does not fit, it is shifted just enough to be wholly visible.
+    void showEvent(QShowEvent* event) override;
+
 signals:
     void signalCheckState(BodyTemperature::TemperatureAlarm& struInfo);
 

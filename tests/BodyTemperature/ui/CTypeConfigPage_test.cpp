@@ -2,6 +2,8 @@
 // panel's size and place follow the language, and it behaves as a pop-up.
 #include <QCheckBox>
 #include <QDir>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QHBoxLayout>
 #include <QTest>
 #include <QToolButton>
@@ -88,9 +90,9 @@ TEST(TypeConfigPage, SizeAndPlaceFollowTheLanguage)
 TEST(TypeConfigPage, IsAPopUpOfTheToolBarThatClosesOnAClickElsewhere)
 {
     QWidget window;
-    window.resize(700, 400);
+    window.setGeometry(0, 0, 600, 400);  // the panel's place fits on the 800 x 600 test screen
     auto* bar = new QWidget(&window);
-    bar->setGeometry(0, 0, 700, 40);
+    bar->setGeometry(0, 0, 600, 40);
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
 
@@ -107,6 +109,30 @@ TEST(TypeConfigPage, IsAPopUpOfTheToolBarThatClosesOnAClickElsewhere)
     EXPECT_TRUE(page->isVisible());
     QTest::mouseClick(page, Qt::LeftButton, {}, QPoint(-20, 300));
     EXPECT_TRUE(testsupport::waitUntil([page] { return !page->isVisible(); }, 2000));
+}
+
+TEST(TypeConfigPage, APlaceOffTheScreenIsShiftedUntilThePanelFits)
+{
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget window;
+    window.setGeometry(area.left(), area.top(), area.width(), 300);
+    auto* bar = new QWidget(&window);
+    // A bar at the right end, narrower than the panel: the formula's place
+    // lets the panel run past the screen's right edge.
+    bar->setGeometry(area.width() - 200, 0, 200, 40);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+
+    for (int language : {1, 2}) {
+        CTypeConfigPage page(bar);
+        page.PlaceUnder(bar, language);
+        const QPoint asked = page.pos();
+        ASSERT_GT(asked.x() + page.width() - 1, area.right());
+        page.show();
+        EXPECT_TRUE(area.contains(page.frameGeometry())) << language;
+        EXPECT_EQ(page.frameGeometry().right(), area.right()) << language;
+        EXPECT_EQ(page.y(), asked.y()) << language;
+    }
 }
 
 TEST(TypeConfigPage, Renders)
