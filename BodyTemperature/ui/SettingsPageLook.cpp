@@ -1,8 +1,6 @@
 #include "ui/SettingsPageLook.h"
 
-#include <QColor>
 #include <QMouseEvent>
-#include <QPalette>
 #include <QWidget>
 
 namespace BodyTemperature {
@@ -55,27 +53,29 @@ void EnableDragMove(QWidget* handle)
 
 void ApplySettingsPageLook(QWidget* panel)
 {
-    QPalette pal = panel->palette();
-    const QColor background(24, 32, 46);
-    const QColor field(36, 46, 64);
-    const QColor text(235, 240, 248);
-    pal.setColor(QPalette::Window, background);
-    pal.setColor(QPalette::WindowText, text);
-    pal.setColor(QPalette::Base, field);
-    pal.setColor(QPalette::AlternateBase, background);
-    pal.setColor(QPalette::Text, text);
-    pal.setColor(QPalette::Button, field);
-    pal.setColor(QPalette::ButtonText, text);
-    pal.setColor(QPalette::ToolTipBase, background);
-    pal.setColor(QPalette::ToolTipText, text);
-    pal.setColor(QPalette::Highlight, QColor(38, 120, 220));
-    pal.setColor(QPalette::HighlightedText, Qt::white);
-    pal.setColor(QPalette::Disabled, QPalette::Text, QColor(130, 138, 150));
-    pal.setColor(QPalette::Disabled, QPalette::WindowText, QColor(130, 138, 150));
-    pal.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(130, 138, 150));
-    pal.setColor(QPalette::Disabled, QPalette::Base, background);
-    panel->setPalette(pal);
-    panel->setAutoFillBackground(true);
+    static const char* const kLook =
+        "QFrame#%1 { background-color: #0F1D31; border: 1px solid #24405F; border-radius: 4px; }"
+        "QLabel, QCheckBox { color: #C9D3E0; font-size: 13px; background: transparent; border: none; }"
+        "QLabel#m_pTitleLabel { color: #FFFFFF; font-size: 14px; font-weight: bold; }"
+        "QLabel:disabled, QCheckBox:disabled { color: #5C6F86; }"
+        "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid #4A6585; border-radius: 2px;"
+        " background-color: #13233A; }"
+        "QCheckBox::indicator:hover { border-color: #06E7FF; }"
+        "QCheckBox::indicator:checked { background-color: #06E7FF; border-color: #06E7FF;"
+        " image: url(:/settings/Images/BodyTemperature/Settings/check.png); }"
+        "QLineEdit, QComboBox { background-color: #13233A; color: #E6EDF5; border: 1px solid #24405F;"
+        " border-radius: 2px; padding: 2px 6px; min-height: 22px; font-size: 13px; }"
+        "QLineEdit:disabled { color: #5C6F86; }"
+        "QLineEdit:focus, QComboBox:focus { border-color: #06E7FF; }"
+        "QComboBox QAbstractItemView { background-color: #13233A; color: #E6EDF5;"
+        " selection-background-color: rgba(6, 231, 255, 0.25); }"
+        "QPushButton { background-color: #13233A; color: #E6EDF5; border: 1px solid #24405F; border-radius: 2px;"
+        " padding: 4px 14px; min-width: 60px; font-size: 13px; }"
+        "QPushButton#m_pSaveBtn { background-color: #1677D2; border-color: #1677D2; color: #FFFFFF; }"
+        "QPushButton:hover, QToolButton:hover { border-color: #06E7FF; }"
+        "QToolButton { background: transparent; color: #C9D3E0; border: 1px solid transparent; padding: 2px 6px; }"
+        "QToolButton#PathComboBoxBrowseBtn { background-color: #13233A; border-color: #24405F; }";
+    panel->setStyleSheet(QString::fromLatin1(kLook).arg(panel->objectName()));
 }
 
 } // namespace BodyTemperature

@@ -1,12 +1,14 @@
 #pragma once
-// The fallback look of the settings pages, and dragging of the frameless ones.
-// The look is set as a palette so that the module's style sheet, which styles
-// the pages by object name, still takes precedence wherever it says something.
+// The settings pages' own look, and dragging of the frameless ones.
+// The pages live under the module's style sheet, which would otherwise leave
+// their texts dark on a dark panel; the look is a small style sheet on the
+// page's panel that only covers what must be readable.
 class QWidget;
 
 namespace BodyTemperature {
 
-// Gives panel a dark, opaque background and light text for its children.
+// A dark panel with light texts and fields for panel and its children
+// (panel must have its object name set).
 void ApplySettingsPageLook(QWidget* panel);
 
 // A frameless window has no title bar to drag: pressing the left button on

@@ -140,8 +140,9 @@ inline const std::vector<SaveFailure>& saveFailures()
 }
 
 // Writes PNGs of a page into $BT_SNAPSHOT_DIR, once with the bare keys and
-// once per shipped translation; make() builds the page after the translator
-// is in place. Skips when the variable is unset.
+// once per shipped translation, the last one under the module's style sheet;
+// make() builds the page after the translator is in place. Skips when the
+// variable is unset.
 inline void renderInLanguages(const QString& name, const std::function<std::unique_ptr<QWidget>(int language)>& make)
 {
     const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
@@ -150,14 +151,19 @@ inline void renderInLanguages(const QString& name, const std::function<std::uniq
     struct Lang {
         const char* suffix;
         int language;
+        bool styled;
     };
-    for (const Lang& l : {Lang{"keys", 2}, Lang{"en", 2}, Lang{"zh_CN", 1}}) {
+    QFile qss(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
+    const QString style = qss.open(QIODevice::ReadOnly) ? QString::fromUtf8(qss.readAll()) : QString();
+    for (const Lang& l : {Lang{"keys", 2, false}, Lang{"en", 2, false}, Lang{"zh_CN", 1, true}}) {
         QTranslator translator;
         const bool translated = translator.load(
             QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(QLatin1String(l.suffix)));
         if (translated)
             QCoreApplication::installTranslator(&translator);
         std::unique_ptr<QWidget> page = make(l.language);
+        if (l.styled)
+            page->setStyleSheet(style);
         page->show();
         testsupport::pump(50);
         EXPECT_TRUE(page->grab().save(QDir(dir).filePath(name + QLatin1Char('_') + QLatin1String(l.suffix) + QStringLiteral(".png"))));
