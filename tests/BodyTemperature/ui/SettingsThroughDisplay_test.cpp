@@ -246,7 +246,8 @@ TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
 } // namespace
 
 // On a real 1920 x 1080 screen (xvfb-run, QT_QPA_PLATFORM=xcb): the display
-// full screen with the alarm-type panel open under its tool bar.
+// full screen with the alarm-type panel open under its tool bar, then with
+// the pop-up page over it.
 TEST_F(SettingsThroughDisplayTest, Renders)
 {
     const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
@@ -258,9 +259,17 @@ TEST_F(SettingsThroughDisplayTest, Renders)
         w.setGeometry(QGuiApplication::primaryScreen()->geometry());
         w.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+        const auto shoot = [&dir, language](const char* what) {
+            testsupport::pump(300);
+            EXPECT_TRUE(QGuiApplication::primaryScreen()->grabWindow(0).save(
+                QDir(dir).filePath(QStringLiteral("%1OnDisplay_%2.png").arg(QLatin1String(what)).arg(language))));
+        };
         press(w, "m_pAlarmTypeBtn");
-        testsupport::pump(300);
-        EXPECT_TRUE(QGuiApplication::primaryScreen()->grabWindow(0).save(
-            QDir(dir).filePath(QStringLiteral("TypePanelOnDisplay_%1.png").arg(language))));
+        shoot("TypePanel");
+        w.TypeConfigPage()->close();
+        runModal<CPopConfigPage>([&w] { press(w, "m_pPopBtn"); }, [&](CPopConfigPage& page) {
+            shoot("PopPage");
+            page.CloseButton()->click();
+        });
     }
 }
