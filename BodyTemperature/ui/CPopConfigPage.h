@@ -1,9 +1,19 @@
 #pragma once
-// Modal settings dialog of the information display; works on its own copy of
-// the settings and saves them itself. Created each time its button is pressed.
+// The pop-up settings dialog: which faces raise the alarm pop-up and whether,
+// after how many seconds (1 to 1800), it disappears by itself. Works on its
+// own copy of the settings and saves the whole record itself; the information
+// display runs it modally and copies GetConfig() back whatever the outcome.
+// Created each time its button is pressed. GUI thread.
 #include <QDialog>
 
 #include "AlarmDisplayConfig.h"
+
+class QCheckBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QToolButton;
 
 namespace BodyTemperature {
 
@@ -13,11 +23,43 @@ public:
     explicit CPopConfigPage(QWidget* parent = nullptr);
     ~CPopConfigPage() override;
 
+    // Takes a copy and shows it: the three boxes and the duration in decimal.
     void SetConfig(const AlarmDisplayConfig& config);
     const AlarmDisplayConfig& GetConfig() const { return m_config; }
 
+    QCheckBox* NoMaskCheckBox() const { return m_pNoMaskCheck; }
+    QCheckBox* AbnormalCheckBox() const { return m_pAbnormalCheck; }
+    QCheckBox* AutoCloseCheckBox() const { return m_pAutoCloseCheck; }
+    QLineEdit* DurationEdit() const { return m_pDurationEdit; }
+    QPushButton* SaveButton() const { return m_pSaveBtn; }
+    QPushButton* CancelButton() const { return m_pCancelBtn; }
+    QToolButton* CloseButton() const { return m_pCloseBtn; }
+
+public slots:
+    void onClickedOK();
+    void onClickedClose();
+    void onDispearSwich();
+
+    // Escape closes like the close button: the fields go back to the copy.
+    void reject() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void showCopy();
+
     AlarmDisplayConfig m_config;
+    QFrame* m_pFrame = nullptr;
+    QLabel* m_pTitleLabel = nullptr;
+    QToolButton* m_pCloseBtn = nullptr;
+    QCheckBox* m_pNoMaskCheck = nullptr;
+    QCheckBox* m_pAbnormalCheck = nullptr;
+    QCheckBox* m_pAutoCloseCheck = nullptr;
+    QLabel* m_pDurationLabel = nullptr;
+    QLineEdit* m_pDurationEdit = nullptr;
+    QPushButton* m_pSaveBtn = nullptr;
+    QPushButton* m_pCancelBtn = nullptr;
 };
 
 } // namespace BodyTemperature

@@ -1,9 +1,22 @@
 #pragma once
-// Modal settings dialog of the information display; works on its own copy of
-// the settings and saves them itself. Created each time its button is pressed.
+// The voice settings dialog: the three voice prompts (normal temperature,
+// abnormal temperature, no mask) switched on or off, each with its sound file.
+// Works on its own copy of the settings and saves the whole record itself; the
+// information display runs it modally and copies GetConfig() back whatever the
+// outcome. Created each time its button is pressed. GUI thread.
 #include <QDialog>
 
 #include "AlarmDisplayConfig.h"
+
+class QCheckBox;
+class QFrame;
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace VantorGUIToolkit {
+class CPathComboBox;
+}
 
 namespace BodyTemperature {
 
@@ -13,11 +26,47 @@ public:
     explicit CSoundConfigPage(QWidget* parent = nullptr);
     ~CSoundConfigPage() override;
 
+    // Takes a copy; when all three voice paths are empty it fills in the
+    // shipped voice files for the client's language and saves the record at
+    // once. Then shows the copy.
     void SetConfig(const AlarmDisplayConfig& config);
     const AlarmDisplayConfig& GetConfig() const { return m_config; }
 
+    // Fills the three voice paths with the shipped files of the language
+    // (1: Chinese, anything else English) when all three are empty.
+    // Returns true when it changed config.
+    static bool FillDefaultVoicePaths(AlarmDisplayConfig& config, int language);
+
+    QCheckBox* NormalCheckBox() const { return m_pNormalCheck; }
+    QCheckBox* AbnormalCheckBox() const { return m_pAbnormalCheck; }
+    QCheckBox* NoMaskCheckBox() const { return m_pNoMaskCheck; }
+    VantorGUIToolkit::CPathComboBox* NormalPath() const { return m_pNormalPath; }
+    VantorGUIToolkit::CPathComboBox* AbnormalPath() const { return m_pAbnormalPath; }
+    VantorGUIToolkit::CPathComboBox* NoMaskPath() const { return m_pNoMaskPath; }
+    QPushButton* SaveButton() const { return m_pSaveBtn; }
+    QPushButton* CancelButton() const { return m_pCancelBtn; }
+    QToolButton* CloseButton() const { return m_pCloseBtn; }
+
+public slots:
+    void onClickedOK();
+    void onClickedCancel();
+    void onClickedClose();
+
 private:
+    VantorGUIToolkit::CPathComboBox* makeChooser(const char* objectName);
+
     AlarmDisplayConfig m_config;
+    QFrame* m_pFrame = nullptr;
+    QLabel* m_pTitleLabel = nullptr;
+    QToolButton* m_pCloseBtn = nullptr;
+    QCheckBox* m_pNormalCheck = nullptr;
+    QCheckBox* m_pAbnormalCheck = nullptr;
+    QCheckBox* m_pNoMaskCheck = nullptr;
+    VantorGUIToolkit::CPathComboBox* m_pNormalPath = nullptr;
+    VantorGUIToolkit::CPathComboBox* m_pAbnormalPath = nullptr;
+    VantorGUIToolkit::CPathComboBox* m_pNoMaskPath = nullptr;
+    QPushButton* m_pSaveBtn = nullptr;
+    QPushButton* m_pCancelBtn = nullptr;
 };
 
 } // namespace BodyTemperature

@@ -1,0 +1,53 @@
+#pragma once
+// A file chooser: an editable combo box holding paths, with a browse button
+// that opens a file dialog (mode, title and name filter set by the owner).
+// The chosen file becomes the current path. GUI thread only.
+#include <QFileDialog>
+#include <QString>
+#include <QWidget>
+
+class QComboBox;
+class QToolButton;
+
+namespace VantorGUIToolkit {
+
+class CPathComboBox final : public QWidget {
+    Q_OBJECT
+public:
+    explicit CPathComboBox(QWidget* parent = nullptr);
+    ~CPathComboBox() override;
+
+    // A QFileDialog::FileMode value; 1 (ExistingFile) chooses one existing file.
+    void setFileMode(int mode);
+    int fileMode() const { return m_iFileMode; }
+    void setDialogTitle(const QString& title);
+    QString dialogTitle() const { return m_strTitle; }
+    // A name filter such as "Audio files(*.wav)".
+    void setFilter(const QString& filter);
+    QString filter() const { return m_strFilter; }
+
+    // Adds path as an item (once) and makes it current.
+    void addPath(const QString& path);
+    void setCurrentPath(const QString& path) { addPath(path); }
+    // The edit text: what the user typed or chose.
+    QString currentPath() const;
+
+    QComboBox* comboBox() const { return m_pCombo; }
+    QToolButton* browseButton() const { return m_pBrowseBtn; }
+
+signals:
+    void signalPathChanged(const QString& path);
+
+public slots:
+    // Opens the file dialog modally; a chosen file becomes the current path.
+    void onBrowse();
+
+private:
+    QComboBox* m_pCombo = nullptr;
+    QToolButton* m_pBrowseBtn = nullptr;
+    int m_iFileMode = QFileDialog::ExistingFile;
+    QString m_strTitle;
+    QString m_strFilter;
+};
+
+} // namespace VantorGUIToolkit

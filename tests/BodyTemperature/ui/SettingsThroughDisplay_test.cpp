@@ -1,0 +1,275 @@
+// The settings pages as the information display opens them: every change is
+// used by the display at once, is in the settings file for the next start,
+// and a failed save still changes what the display does for this run.
+#include <QApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QPointer>
+#include <QScreen>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <functional>
+#include <gtest/gtest.h>
+
+#include "SettingsFileFixture.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "ui/CBTShowWidget.h"
+#include "ui/CPopConfigPage.h"
+#include "ui/ShowCard/CPopUpUnit.h"
+#include "ui/CSoundConfigPage.h"
+#include "ui/CTypeConfigPage.h"
+#include "ui/CVoicePlayer.h"
+
+using BodyTemperature::AlarmDisplayConfig;
+using BodyTemperature::CBTShowWidget;
+using BodyTemperature::CPopConfigPage;
+using BodyTemperature::CSoundConfigPage;
+using BodyTemperature::CTypeConfigPage;
+using BodyTemperature::CVoicePlayer;
+using clientcommonlogical::CConfigMgr;
+using publicdatacontroller::IntelAlarmEventInfo;
+
+namespace {
+
+// A measured face; abnormal temperature on request, mask worn.
+IntelAlarmEventInfo record(uint32_t code, bool abnormal = false)
+{
+    static uint32_t picId = 1;
+    IntelAlarmEventInfo r;
+    r.eventType = code;
+    r.deviceID = "DEV1";
+    r.cameraID = "DEV1-CH1";
+    r.captureTime = 1700000000;
+    protocol::IntelAlarmFaceInfo face;
+    face.facePicID = picId++;
+    face.Mask = 2;
+    face.TemperatureEnabled = 1;
+    face.TemperatureAnomaly = abnormal ? 1 : 0;
+    face.Temperature = abnormal ? 38.4 : 36.5;
+    r.faceInfo = face;
+    r.faceInfoList.push_back(face);
+    return r;
+}
+
+class SettingsThroughDisplayTest : public settingstest::SettingsFileTest {
+protected:
+    void SetUp() override
+    {
+        SettingsFileTest::SetUp();
+        m_language = CConfigMgr::Instance()->GetLanguage();
+        // The sound device is the one thing not exercised here.
+        CVoicePlayer::SetSink([](const std::string&) { return true; });
+    }
+    void TearDown() override
+    {
+        EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
+        CVoicePlayer::SetSink({});
+        CConfigMgr::Instance()->SetLanguage(m_language);
+        SettingsFileTest::TearDown();
+    }
+    static void press(CBTShowWidget& w, const char* button)
+    {
+        auto* b = w.ToolButtonBar()->findChild<QToolButton*>(QString::fromLatin1(button));
+        ASSERT_NE(b, nullptr) << button;
+        b->click();
+    }
+    // True when the display took the record in (it reports its counters).
+    static bool accepted(CBTShowWidget& w, const IntelAlarmEventInfo& r)
+    {
+        QSignalSpy spy(&w, &CBTShowWidget::signalNum);
+        w.DealAlarmInfo(r);
+        return spy.count() == 1;
+    }
+    // Runs the display's slot that opens a modal page, acting on the page
+    // from inside its event loop.
+    template <typename Page>
+    static void runModal(const std::function<void()>& open, const std::function<void(Page&)>& act)
+    {
+        bool acted = false;
+        QTimer::singleShot(0, qApp, [&] {
+            auto* page = qobject_cast<Page*>(QApplication::activeModalWidget());
+            ASSERT_NE(page, nullptr);
+            acted = true;
+            act(*page);
+        });
+        open();
+        EXPECT_TRUE(acted);
+    }
+    int m_language = 2;
+};
+
+TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
+{
+    for (int language : {1, 2}) {
+        CConfigMgr::Instance()->SetLanguage(language);
+        CBTShowWidget w;
+        w.setGeometry(0, 0, 1600, 900);
+        w.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+        press(w, "m_pAlarmTypeBtn");
+        CTypeConfigPage* page = w.TypeConfigPage();
+        ASSERT_NE(page, nullptr);
+        EXPECT_EQ(page->parentWidget(), w.ToolButtonBar());
+        EXPECT_TRUE(page->isVisible());
+        EXPECT_EQ(page->size(), CTypeConfigPage::PageSize(language));
+        // The computed place, unless the panel would run off the screen there.
+        QWidget* bar = w.ToolButtonBar();
+        const QPoint place = bar->mapToGlobal(CTypeConfigPage::PagePosition(bar->geometry(), language));
+        const QRect area = page->screen()->availableGeometry();
+        EXPECT_EQ(page->y(), place.y());
+        if (place.x() + page->width() - 1 <= area.right())
+            EXPECT_EQ(page->x(), place.x());
+        else
+            EXPECT_EQ(page->frameGeometry().right(), area.right());
+    }
+}
+
+TEST_F(SettingsThroughDisplayTest, UncheckingCapturesStopsThemAtOnceAndAcrossARestart)
+{
+    CBTShowWidget w;
+    w.resize(1600, 900);
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    ASSERT_TRUE(accepted(w, record(100101)));
+    EXPECT_EQ(w.AllNum(), 1);
+
+    press(w, "m_pAlarmTypeBtn");
+    CTypeConfigPage* page = w.TypeConfigPage();
+    ASSERT_NE(page, nullptr);
+    QTest::mouseClick(page->CaptureCheckBox(), Qt::LeftButton, {}, QPoint(8, 8));
+    ASSERT_FALSE(page->CaptureCheckBox()->isChecked());
+    ASSERT_TRUE(page->isVisible());  // still open: the change is already in effect
+
+    EXPECT_FALSE(accepted(w, record(100101)));
+    EXPECT_EQ(w.AllNum(), 1);
+    EXPECT_TRUE(accepted(w, record(100119)));
+    EXPECT_EQ(w.AllNum(), 2);
+    EXPECT_FALSE(reloaded().bFaceCapture);
+    EXPECT_TRUE(reloaded().bFaceTemperatureCapture);
+
+    // The next start of the display reads it back.
+    CBTShowWidget restarted;
+    EXPECT_FALSE(restarted.Config().bFaceCapture);
+    EXPECT_FALSE(accepted(restarted, record(100101)));
+    press(restarted, "m_pAlarmTypeBtn");
+    EXPECT_FALSE(restarted.TypeConfigPage()->CaptureCheckBox()->isChecked());
+}
+
+TEST_F(SettingsThroughDisplayTest, AllTypesOffStillLetsReturningPersonsThrough)
+{
+    CBTShowWidget w;
+    w.resize(1600, 900);
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    press(w, "m_pAlarmTypeBtn");
+    CTypeConfigPage* page = w.TypeConfigPage();
+    for (QCheckBox* box : {page->ComparisonCheckBox(), page->TemperatureCaptureCheckBox(), page->CaptureCheckBox()})
+        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8));
+
+    for (uint32_t code : {100103u, 100506u, 100114u, 100101u, 100119u})
+        EXPECT_FALSE(accepted(w, record(code))) << code;
+    EXPECT_EQ(w.AllNum(), 0);
+    EXPECT_TRUE(accepted(w, record(100112)));
+    const AlarmDisplayConfig stored = reloaded();
+    EXPECT_FALSE(stored.bFaceCapture || stored.bFaceTemperatureCapture || stored.bFacePictureComparison);
+}
+
+TEST_F(SettingsThroughDisplayTest, ThePopUpPageChangesTheDisplayEvenWhenTheSaveFails)
+{
+    struct Row {
+        const char* name;
+        bool breakFile;
+        const char* message;
+    };
+    const Row rows[] = {
+        {"saved", false, "SaveSuccessfulYCFI2BGO"},
+        {"save failed", true, "SaveFailed"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        settingstest::recreateTable();
+        VantorGUIToolkit::CInformationDlg::ClearShownMessages();
+        CBTShowWidget w;
+        w.resize(1600, 900);
+        w.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+        ASSERT_TRUE(w.Config().bPopAbnormal);
+        const settingstest::SaveFailure& failure = settingstest::saveFailures().front();
+        sqlite3* holder = nullptr;
+        runModal<CPopConfigPage>([&w] { press(w, "m_pPopBtn"); }, [&](CPopConfigPage& page) {
+            page.AbnormalCheckBox()->click();
+            page.DurationEdit()->setText(QStringLiteral("12"));
+            if (r.breakFile)
+                failure.breakIt(&holder);
+            page.SaveButton()->click();
+        });
+        if (r.breakFile)
+            failure.repair(&holder);
+
+        EXPECT_EQ(messages(), QStringList{QString::fromLatin1(r.message)});
+        EXPECT_FALSE(w.Config().bPopAbnormal);
+        EXPECT_EQ(w.Config().iPopDuration, 12);
+        EXPECT_EQ(reloaded().iPopDuration == 12, !r.breakFile);
+        // An abnormal temperature no longer raises the pop-up card.
+        EXPECT_TRUE(accepted(w, record(100119, true)));
+        EXPECT_TRUE(w.PopUpUnit() == nullptr || !w.PopUpUnit()->isVisible());
+    }
+}
+
+TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
+{
+    CBTShowWidget w;
+    const AlarmDisplayConfig before = w.Config();
+    ASSERT_FALSE(before.strNormalVoice.isEmpty());  // the display filled in the shipped files
+
+    runModal<CSoundConfigPage>([&w] { press(w, "m_pSoundBtn"); }, [](CSoundConfigPage& page) {
+        page.NormalCheckBox()->click();
+        page.CancelButton()->click();
+    });
+    EXPECT_TRUE(w.Config() == before);
+
+    runModal<CSoundConfigPage>([&w] { press(w, "m_pSoundBtn"); }, [](CSoundConfigPage& page) {
+        page.NormalCheckBox()->click();
+        page.SaveButton()->click();
+    });
+    EXPECT_FALSE(w.Config().bSoundNormal);
+    EXPECT_EQ(w.Config().strNormalVoice, before.strNormalVoice);
+    EXPECT_TRUE(reloaded() == w.Config());
+}
+
+} // namespace
+
+// On a real 1920 x 1080 screen (xvfb-run, QT_QPA_PLATFORM=xcb): the display
+// full screen with the alarm-type panel open under its tool bar, then with
+// the pop-up page over it.
+TEST_F(SettingsThroughDisplayTest, Renders)
+{
+    const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
+    if (dir.isEmpty())
+        GTEST_SKIP() << "set BT_SNAPSHOT_DIR to write the pictures";
+    for (int language : {1, 2}) {
+        CConfigMgr::Instance()->SetLanguage(language);
+        CBTShowWidget w;
+        w.setGeometry(QGuiApplication::primaryScreen()->geometry());
+        w.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+        const auto shoot = [&dir, language](const char* what) {
+            testsupport::pump(300);
+            EXPECT_TRUE(QGuiApplication::primaryScreen()->grabWindow(0).save(
+                QDir(dir).filePath(QStringLiteral("%1OnDisplay_%2.png").arg(QLatin1String(what)).arg(language))));
+        };
+        press(w, "m_pAlarmTypeBtn");
+        shoot("TypePanel");
+        w.TypeConfigPage()->close();
+        runModal<CPopConfigPage>([&w] { press(w, "m_pPopBtn"); }, [&](CPopConfigPage& page) {
+            shoot("PopPage");
+            page.CloseButton()->click();
+        });
+    }
+}
