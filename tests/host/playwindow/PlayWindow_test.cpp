@@ -2,130 +2,14 @@
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTimer>
-#include <atomic>
-#include <thread>
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
+#include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 
 namespace {
-
-// A loopback socket that listens (and so accepts connections) but never reads
-// or answers; closed on destruction. port() of a closed one is free to refuse.
-class ListeningSocket {
-public:
-    explicit ListeningSocket(bool listen = true)
-    {
-        m_fd = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof(a));
-        socklen_t len = sizeof(a);
-        ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
-        m_port = ntohs(a.sin_port);
-        if (listen)
-            ::listen(m_fd, 4);
-    }
-    ~ListeningSocket() { Close(); }
-    // Also wakes a thread blocked in accept().
-    void Close()
-    {
-        if (m_fd >= 0) {
-            ::shutdown(m_fd, SHUT_RDWR);
-            ::close(m_fd);
-        }
-        m_fd = -1;
-    }
-    int port() const { return m_port; }
-    int fd() const { return m_fd; }
-
-private:
-    int m_fd = -1;
-    int m_port = 0;
-};
-
-int FreePort()
-{
-    ListeningSocket s(false);
-    return s.port();
-}
-
-
-// ffmpeg serving one MJPEG-over-HTTP client at the returned URL.
-class StreamServer {
-public:
-    // lavfi graph, e.g. "testsrc=size=640x360:rate=25"
-    explicit StreamServer(const QString& graph, const QStringList& extra = {}, const QString& format = QStringLiteral("mpjpeg"))
-    {
-        port = FreePort();
-        url = QStringLiteral("http://127.0.0.1:%1/live").arg(port);
-        QStringList args{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"), QStringLiteral("error"),
-            QStringLiteral("-re"), QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), graph};
-        args += extra;
-        args += {QStringLiteral("-f"), format, QStringLiteral("-listen"), QStringLiteral("1"), url};
-        proc.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        proc.start(QStringLiteral("ffmpeg"), args);
-        proc.waitForStarted();
-        // ffmpeg needs a moment before it listens (a probe would use up its one client).
-        testsupport::pump(300);
-    }
-    ~StreamServer()
-    {
-        proc.kill();
-        proc.waitForFinished(2000);
-    }
-    int port = 0;
-    QString url;
-    QProcess proc;
-};
-
-// Serves one client a multipart JPEG stream of the given parts, in a loop,
-// at about 25 parts per second, from its own thread.
-class PartServer {
-public:
-    explicit PartServer(std::vector<QByteArray> parts) : m_parts(std::move(parts))
-    {
-        url = QStringLiteral("http://127.0.0.1:%1/live").arg(m_socket.port());
-        m_thread = std::thread([this] { Serve(); });
-    }
-    ~PartServer()
-    {
-        m_stop = true;
-        m_socket.Close();
-        m_thread.join();
-    }
-    QString url;
-
-private:
-    void Serve()
-    {
-        const int fd = ::accept(m_socket.fd(), nullptr, nullptr);
-        if (fd < 0)
-            return;
-        char req[2048];
-        (void)::recv(fd, req, sizeof(req), 0);
-        auto send = [fd](const QByteArray& b) { return ::send(fd, b.constData(), static_cast<size_t>(b.size()), MSG_NOSIGNAL) == b.size(); };
-        bool ok = send(QByteArrayLiteral("HTTP/1.0 200 OK\r\nContent-Type: multipart/x-mixed-replace;boundary=frame\r\n\r\n"));
-        for (size_t i = 0; ok && !m_stop; ++i) {
-            const QByteArray& part = m_parts[i % m_parts.size()];
-            ok = send("--frame\r\nContent-Type: image/jpeg\r\nContent-Length: " + QByteArray::number(part.size()) + "\r\n\r\n")
-                && send(part) && send(QByteArrayLiteral("\r\n"));
-            std::this_thread::sleep_for(std::chrono::milliseconds(40));
-        }
-        ::close(fd);
-    }
-    ListeningSocket m_socket;
-    std::vector<QByteArray> m_parts;
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
 
 bool NonBlack(const QImage& img)
 {
@@ -146,7 +30,7 @@ protected:
 
 TEST_F(PlayWindowTest, LiveStreamShowsPictureAndStopEndsThread)
 {
-    StreamServer server(QStringLiteral("testsrc=size=640x360:rate=25"), {QStringLiteral("-q:v"), QStringLiteral("5")});
+    testsupport::FfmpegServer server(QStringLiteral("testsrc=size=640x360:rate=25"), {QStringLiteral("-q:v"), QStringLiteral("5")});
     CStreamPlayWindowWithTask w(0);
     w.resize(480, 270);
     w.show();
@@ -181,8 +65,8 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
     };
     for (const BadSource& c : cases) {
         SCOPED_TRACE(c.name);
-        ListeningSocket silent(c.silentServer);
-        const QString url = QStringLiteral("http://127.0.0.1:%1/live").arg(c.silentServer ? silent.port() : FreePort());
+        testsupport::ListeningSocket silent(c.silentServer);
+        const QString url = QStringLiteral("http://127.0.0.1:%1/live").arg(c.silentServer ? silent.port() : testsupport::FreePort());
         CStreamPlayWindowWithTask w(0);
         w.resize(320, 180);
         w.show();
@@ -205,7 +89,7 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
 
 TEST_F(PlayWindowTest, AudioOnlyStreamIsReportedAsNoVideo)
 {
-    StreamServer server(QStringLiteral("sine=frequency=440"), {QStringLiteral("-c:a"), QStringLiteral("mp2")},
+    testsupport::FfmpegServer server(QStringLiteral("sine=frequency=440"), {QStringLiteral("-c:a"), QStringLiteral("mp2")},
         QStringLiteral("mp2"));
     CStreamPlayWindowWithTask w(0);
     w.resize(320, 180);
@@ -224,7 +108,7 @@ TEST_F(PlayWindowTest, ResolutionChangeKeepsPlaying)
         parts.push_back(testsupport::makeJpeg(320, 240));
     for (int i = 0; i < 4; ++i)
         parts.push_back(testsupport::makeJpeg(640, 360));
-    PartServer server(parts);
+    testsupport::PartServer server(parts);
     CStreamPlayWindowWithTask w(0);
     w.resize(640, 360);
     w.show();
@@ -244,8 +128,8 @@ TEST_F(PlayWindowTest, CorruptFramesAreSkippedOthersPlayOn)
     QByteArray truncated = good.left(good.size() / 3);
     QByteArray garbage(4000, '\x5a');
     garbage.prepend("\xff\xd8\xff\xc0", 4);
-    PartServer bad({good, truncated, good, garbage});
-    PartServer clean({good});
+    testsupport::PartServer bad({good, truncated, good, garbage});
+    testsupport::PartServer clean({good});
     CStreamPlayWindowWithTask a(0), b(1);
     a.resize(320, 240);
     b.resize(320, 240);

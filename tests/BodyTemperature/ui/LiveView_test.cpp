@@ -1,0 +1,265 @@
+// The live-view area with real play windows over the host's logic model;
+// cameras stream from loopback servers.
+#include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+#include <gtest/gtest.h>
+
+#include "Base/CSingleton.h"
+#include "CAppRscManager.h"
+#include "CameraModel.h"
+#include "aiguitoolkit/CCutNumFrame.h"
+#include "aiguitoolkit/CWidgetLayoutMgr.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "playwindow/CStreamDecoder.h"
+#include "playwindow/CStreamPlayWindowWithTask.h"
+#include "support/LoopbackStream.h"
+#include "support/TestSupport.h"
+#include "ui/BTShowLiveView.h"
+#include "ui/CBTViewTree.h"
+#include "ui/CSelectBoder.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
+#include <QTest>
+
+using namespace BodyTemperature;
+
+namespace {
+
+const QString kPlaying = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraPlaying.svg");
+const QString kIdle = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
+
+class LiveViewTest : public testsupport::TempDirTest {
+protected:
+    void SetUp() override
+    {
+        TempDirTest::SetUp();
+        server = std::make_unique<testsupport::PartServer>(std::vector<QByteArray>{testsupport::makeJpeg(320, 180)});
+        // CAM1 streams; the others point at a port that refuses (they retry quietly).
+        const std::string refused = QStringLiteral("http://127.0.0.1:%1/x").arg(testsupport::FreePort()).toStdString();
+        clientcommonlogical::DeviceConfig dev;
+        dev.id = "DEV";
+        dev.address = "127.0.0.1";
+        dev.port = testsupport::FreePort();
+        dev.channels = {{1, "CAM1", "One", "Lobby", server->url.toStdString()}, {2, "CAM2", "Two", "Lobby", refused},
+            {3, "CAM3", "Three", "Lobby", refused}, {4, "CAM4", "Four", "Yard", refused}, {5, "CAM5", "Five", "Yard", refused}};
+        auto* config = clientcommonlogical::CConfigMgr::Instance();
+        config->SetDevices({dev});
+        config->SetLanguage(2);
+        auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
+        rsc->Init();
+        rsc->GetGroupManager()->Reload();
+        model = rsc->GetCameraModel();
+        model->Reload();
+    }
+    void TearDown() override
+    {
+        view.reset();
+        tree.reset();
+        EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);
+        server.reset();
+        TempDirTest::TearDown();
+    }
+    void Build(int language)
+    {
+        clientcommonlogical::CConfigMgr::Instance()->SetLanguage(language);
+        tree = std::make_unique<CBTViewTree>();
+        tree->setModel(model);
+        view = std::make_unique<BTShowLiveView>();
+        view->resize(855, 597);
+        view->SetCameraTree(tree.get());
+        view->Init(model);
+        view->show();
+        testsupport::pump(10);
+    }
+    CStreamPlayWindowWithTask* Window(int i) const { return view->PlayWindows().at(i); }
+    // What a play window hands on when a drag from the tree is dropped on it.
+    void Drop(int window, const QVariant& group, const QVariant& camera)
+    {
+        QMimeData mime;
+        if (group.isValid())
+            mime.setProperty("GroupGUID", group);
+        if (camera.isValid())
+            mime.setProperty("CameraGUID", camera);
+        QDropEvent ev(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        emit Window(window)->SignalDrop(&ev);
+    }
+    QString IconOf(const char* id) const
+    {
+        return model->GetElementIndexByElementID(id).data(CameraModel::IconPathRole).toString();
+    }
+    std::unique_ptr<testsupport::PartServer> server;
+    CameraModel* model = nullptr;
+    std::unique_ptr<CBTViewTree> tree;
+    std::unique_ptr<BTShowLiveView> view;
+};
+
+TEST_F(LiveViewTest, WindowCountAndDivisionsFollowTheLanguage)
+{
+    struct Row {
+        int language;
+        int windows;
+        QList<int> offered;
+    } rows[] = {{1, 9, {1, 4, 9}}, {2, 4, {1, 4}}, {0, 4, {1, 4}}};
+    for (const Row& r : rows) {
+        Build(r.language);
+        EXPECT_EQ(view->PlayWindows().size(), r.windows) << r.language;
+        EXPECT_EQ(view->CutNumFrame()->OfferedWindowCounts(), r.offered) << r.language;
+        EXPECT_EQ(view->LayoutMgr()->GetCurrentType(), 2);
+        EXPECT_EQ(view->LayoutMgr()->DisplayedWindows().size(), 4);
+        EXPECT_EQ(view->SelectedWindow(), Window(0));
+        EXPECT_EQ(Window(0)->objectName(), QStringLiteral("m_pStreamPlayWnd"));
+    }
+}
+
+TEST_F(LiveViewTest, InitWithoutModelBuildsNothing)
+{
+    BTShowLiveView bare;
+    bare.Init(nullptr);
+    EXPECT_TRUE(bare.PlayWindows().isEmpty());
+    bare.SelectFreeWindow();
+    bare.OpenCamera("CAM1", 100);
+    bare.restorePlayingCameras({QStringLiteral("CAM1")});
+    EXPECT_TRUE(bare.openViewCameraIds().isEmpty());
+}
+
+TEST_F(LiveViewTest, FewerWindowsThanTheSelectedPositionSelectsTheFirst)
+{
+    Build(1);
+    struct Row {
+        int selected;
+        int type;
+        int expected;
+    } rows[] = {{6, 2, 0}, {2, 2, 2}, {3, 1, 0}, {0, 1, 0}, {8, 3, 8}};
+    for (const Row& r : rows) {
+        view->OnCutBtnNumClicked(3);
+        QTest::mouseClick(Window(r.selected), Qt::LeftButton);
+        ASSERT_EQ(view->SelectedWindow(), Window(r.selected));
+        view->OnCutBtnNumClicked(r.type);
+        EXPECT_EQ(view->SelectedWindow(), Window(r.expected)) << r.selected << " " << r.type;
+        EXPECT_EQ(view->CutType(), r.type);
+    }
+}
+
+TEST_F(LiveViewTest, DropRules)
+{
+    Build(2);
+    Drop(1, QStringLiteral("g"), QVariant());                  // no camera
+    Drop(1, QVariant(), QStringLiteral("CAM2"));               // no group
+    Drop(1, QStringLiteral("g"), QString());                   // empty camera
+    EXPECT_FALSE(Window(1)->IsPreviewing());
+    EXPECT_EQ(view->SelectedWindow(), Window(0));
+
+    Drop(1, QStringLiteral("g"), QStringLiteral("CAM2"));
+    EXPECT_TRUE(Window(1)->IsPreviewing());
+    EXPECT_EQ(view->SelectedWindow(), Window(1));
+    EXPECT_EQ(view->openViewCameraIds(), QVector<std::string>{"CAM2"});
+
+    // The same camera again: no restart, no selection.
+    QTest::mouseClick(Window(0), Qt::LeftButton);
+    int restarts = 0;
+    QObject::connect(Window(1), &CStreamPlayWindowWithTask::SignalLiveViewEvent, Window(1), [&restarts] { ++restarts; });
+    Drop(1, QStringLiteral("g"), QStringLiteral("CAM2"));
+    EXPECT_EQ(restarts, 0);
+    EXPECT_EQ(view->SelectedWindow(), Window(0));
+
+    // A camera the model does not know leaves the window idle.
+    Drop(2, QStringLiteral("g"), QStringLiteral("NOPE"));
+    EXPECT_FALSE(Window(2)->IsPreviewing());
+}
+
+TEST_F(LiveViewTest, CameraInTwoWindowsKeepsItsPlayingIcon)
+{
+    Build(2);
+    Drop(0, QStringLiteral("g"), QStringLiteral("CAM3"));
+    Drop(1, QStringLiteral("g"), QStringLiteral("CAM3"));
+    EXPECT_EQ(IconOf("CAM3"), kPlaying);
+    Window(0)->StopPreview();
+    EXPECT_EQ(IconOf("CAM3"), kPlaying);
+    EXPECT_EQ(view->openViewCameraIds(), QVector<std::string>{"CAM3"});
+    Window(1)->StopPreview();
+    EXPECT_EQ(IconOf("CAM3"), kIdle);
+    EXPECT_TRUE(view->openViewCameraIds().isEmpty());
+}
+
+TEST_F(LiveViewTest, SelectFreeWindowTakesTheFirstIdleInDisplayOrder)
+{
+    Build(2);
+    view->restorePlayingCameras({QStringLiteral("CAM2"), QStringLiteral("CAM3")});
+    view->SelectFreeWindow();
+    EXPECT_EQ(view->SelectedWindow(), Window(2));
+    view->OpenCamera("CAM4", 100);
+    view->SelectFreeWindow();
+    EXPECT_EQ(view->SelectedWindow(), Window(3));
+    view->OpenCamera("CAM5", 100);
+    EXPECT_EQ(Window(3)->GetStartValue(), 100);
+    view->SelectFreeWindow();  // every window plays: nothing changes
+    EXPECT_EQ(view->SelectedWindow(), Window(3));
+    EXPECT_EQ(view->GetPlayingCameraIds(),
+        (QList<QByteArray>{QByteArrayLiteral("CAM2"), QByteArrayLiteral("CAM3"), QByteArrayLiteral("CAM4"), QByteArrayLiteral("CAM5")}));
+    view->RemoveCamera("CAM3");
+    EXPECT_FALSE(Window(1)->IsPreviewing());
+    view->stopAllLiveView();
+    EXPECT_TRUE(view->openViewCameraIds().isEmpty());
+    for (auto* w : view->PlayWindows())
+        EXPECT_FALSE(w->IsPreviewing());
+}
+
+TEST_F(LiveViewTest, RestoreSkipsEmptyAndUnknownIdentifiers)
+{
+    Build(2);
+    view->restorePlayingCameras({QString(), QStringLiteral("GONE"), QStringLiteral("CAM4"), QStringLiteral("CAM5"),
+        QStringLiteral("CAM2")});
+    EXPECT_FALSE(Window(0)->IsPreviewing());
+    EXPECT_FALSE(Window(1)->IsPreviewing());
+    EXPECT_EQ(Window(2)->GetPreviewCameraID(), "CAM4");
+    EXPECT_EQ(Window(3)->GetPreviewCameraID(), "CAM5");
+    EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"CAM4", "CAM5"}));
+}
+
+TEST_F(LiveViewTest, FirstRunOpensTheFirstCamerasOnce)
+{
+    Build(2);
+    ASSERT_FALSE(QFile::exists(BTShowLiveView::FirstRunMarkerPath()));
+    view->restorePlayingCameras({});
+    EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"CAM1", "CAM2", "CAM3", "CAM4"}));
+    // The real stream of CAM1 shows in its window.
+    EXPECT_TRUE(testsupport::waitUntil([this] { return Window(0)->HasFrame(); }, 3000));
+    // Leaving the page stops everything; from then on an empty list means empty.
+    view->stopAllLiveView();
+    view->restorePlayingCameras({});
+    EXPECT_TRUE(view->openViewCameraIds().isEmpty());
+}
+
+TEST_F(LiveViewTest, SelectionFrameFollowsItsWindow)
+{
+    Build(2);
+    QTest::mouseClick(Window(3), Qt::LeftButton);
+    EXPECT_EQ(view->SelectBoder()->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    EXPECT_TRUE(Window(3)->IsSelected());
+    EXPECT_FALSE(Window(0)->IsSelected());
+    Window(3)->setGeometry(50, 60, 200, 100);
+    EXPECT_EQ(view->SelectBoder()->geometry(), QRect(49, 59, 202, 102));
+    view->resize(1200, 800);  // the grid re-lays out; the frame goes along
+    testsupport::pump(10);
+    EXPECT_EQ(view->SelectBoder()->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    // Maximising by double click and back.
+    QTest::mouseDClick(Window(3), Qt::LeftButton);
+    EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), Window(3));
+    EXPECT_FALSE(Window(0)->isVisible());
+    QTest::mouseDClick(Window(3), Qt::LeftButton);
+    EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), nullptr);
+    EXPECT_TRUE(Window(0)->isVisible());
+}
+
+TEST_F(LiveViewTest, SoundOfAStreamWithoutAudioReportsFailure)
+{
+    Build(2);
+    view->restorePlayingCameras({QStringLiteral("CAM1")});
+    ASSERT_TRUE(testsupport::waitUntil([this] { return Window(0)->HasFrame(); }, 3000));
+    VantorGUIToolkit::CInformationDlg::ClearShownMessages();
+    view->OnSoundBtnClicked();
+    EXPECT_FALSE(Window(0)->IsSoundOpen());
+    EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages(), QStringList{QStringLiteral("OpeningSoundFailed")});
+}
+
+} // namespace
