@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QMimeData>
+#include <QPainter>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QToolButton>
@@ -35,11 +36,42 @@ publicdatacontroller::StreamSettings CurrentStreamSettings()
     return local ? local->GetStreamSettings() : publicdatacontroller::StreamSettings();
 }
 
-QToolButton* MakeToolButton(QWidget* parent, const char* name, const QString& glyph, const QString& tip)
+// The three tool-bar pictures, drawn so the bar works before any theme is loaded.
+enum class Glyph { Stop, Division, FullScreen };
+
+QIcon GlyphIcon(Glyph glyph)
+{
+    QPixmap pix(32, 32);
+    pix.fill(Qt::transparent);
+    QPainter p(&pix);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(QColor(0xdf, 0xe6, 0xee), 2));
+    switch (glyph) {
+    case Glyph::Stop:
+        p.fillRect(QRect(9, 9, 14, 14), QColor(0xdf, 0xe6, 0xee));
+        break;
+    case Glyph::Division:
+        p.drawRect(QRect(6, 6, 20, 20));
+        p.drawLine(16, 6, 16, 26);
+        p.drawLine(6, 16, 26, 16);
+        break;
+    case Glyph::FullScreen:
+        for (const QPoint& c : {QPoint(6, 6), QPoint(26, 6), QPoint(6, 26), QPoint(26, 26)}) {
+            const int dx = c.x() < 16 ? 7 : -7, dy = c.y() < 16 ? 7 : -7;
+            p.drawLine(c, c + QPoint(dx, 0));
+            p.drawLine(c, c + QPoint(0, dy));
+        }
+        break;
+    }
+    return QIcon(pix);
+}
+
+QToolButton* MakeToolButton(QWidget* parent, const char* name, Glyph glyph, const QString& tip)
 {
     auto* b = new QToolButton(parent);
     b->setObjectName(QString::fromLatin1(name));
-    b->setText(glyph);
+    b->setIcon(GlyphIcon(glyph));
+    b->setIconSize(QSize(18, 18));
     b->setToolTip(tip);
     b->setFixedSize(28, 28);
     b->setAutoRaise(true);
@@ -68,9 +100,9 @@ BTShowLiveView::BTShowLiveView(QWidget* parent) : QWidget(parent), m_iMaxWndNum(
     barLayout->setContentsMargins(8, 2, 8, 2);
     barLayout->setSpacing(6);
     barLayout->addStretch(1);
-    m_pStopAllBtn = MakeToolButton(bar, "m_pStopAllBtn", QStringLiteral("\u25A0"), tr("StopAllLiveView"));
-    m_pCutWndBtn = MakeToolButton(bar, "m_pCutWndBtn", QStringLiteral("\u229E"), tr("WindowDivision"));
-    m_pFullScreenBtn = MakeToolButton(bar, "m_pFullScreenBtn", QStringLiteral("\u26F6"), tr("FullScreen"));
+    m_pStopAllBtn = MakeToolButton(bar, "m_pStopAllBtn", Glyph::Stop, tr("StopAllLiveView"));
+    m_pCutWndBtn = MakeToolButton(bar, "m_pCutWndBtn", Glyph::Division, tr("WindowDivision"));
+    m_pFullScreenBtn = MakeToolButton(bar, "m_pFullScreenBtn", Glyph::FullScreen, tr("FullScreen"));
     barLayout->addWidget(m_pStopAllBtn);
     barLayout->addWidget(m_pCutWndBtn);
     barLayout->addWidget(m_pFullScreenBtn);

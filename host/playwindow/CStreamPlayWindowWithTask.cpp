@@ -32,7 +32,8 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
     setMinimumSize(40, 30);
-    setStyleSheet(QStringLiteral("CStreamPlayWindowWithTask{background-color:#101418;}"));
+    setStyleSheet(QStringLiteral("CStreamPlayWindowWithTask{background-color:#101418;}"
+                                 "QLabel#m_pLiveViewWindow{background-color:#101418;}"));
 
     m_pLiveViewWindow = new QLabel(this);
     m_pLiveViewWindow->setObjectName(QStringLiteral("m_pLiveViewWindow"));

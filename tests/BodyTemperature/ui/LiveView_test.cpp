@@ -1,6 +1,7 @@
 // The live-view area with real play windows over the host's logic model;
 // cameras stream from loopback servers.
 #include <QDropEvent>
+#include <QHBoxLayout>
 #include <QFile>
 #include <QMimeData>
 #include <gtest/gtest.h>
@@ -260,6 +261,60 @@ TEST_F(LiveViewTest, SoundOfAStreamWithoutAudioReportsFailure)
     view->OnSoundBtnClicked();
     EXPECT_FALSE(Window(0)->IsSoundOpen());
     EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages(), QStringList{QStringLiteral("OpeningSoundFailed")});
+}
+
+} // namespace
+
+namespace {
+
+// The tree and four playing windows side by side, as the page shows them;
+// the picture goes to $BT_RENDER_DIR (or the test's folder) for a look.
+TEST_F(LiveViewTest, RendersTreeAndPlayingWindows)
+{
+    std::vector<std::unique_ptr<testsupport::FfmpegServer>> streams;
+    std::vector<clientcommonlogical::ChannelConfig> channels;
+    for (int i = 1; i <= 4; ++i) {
+        streams.push_back(std::make_unique<testsupport::FfmpegServer>(
+            QStringLiteral("testsrc2=size=640x360:rate=25"), QStringList{QStringLiteral("-q:v"), QStringLiteral("5")}));
+        const std::string id = "R" + std::to_string(i);
+        channels.push_back({i, id, "Camera " + std::to_string(i), i <= 2 ? "Lobby" : "Back office", streams.back()->url.toStdString()});
+    }
+    channels.push_back({5, "R5", "Camera 5", "Back office", QStringLiteral("http://127.0.0.1:%1/x").arg(testsupport::FreePort()).toStdString()});
+    clientcommonlogical::DeviceConfig dev;
+    dev.id = "RDEV";
+    dev.address = "127.0.0.1";
+    dev.channels = channels;
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({dev});
+    Base::CSingleton<CAppRscManager>::Instance()->GetGroupManager()->Reload();
+    model->Reload();
+
+    QWidget page;
+    page.setStyleSheet(QStringLiteral("QWidget{background-color:#1b2129;color:#dfe6ee;} QTreeView{border:none;}"));
+    auto* row = new QHBoxLayout(&page);
+    row->setContentsMargins(0, 0, 0, 0);
+    auto* pageTree = new CBTViewTree(&page);
+    pageTree->setFixedWidth(278);
+    pageTree->setModel(model);
+    pageTree->setHeaderHidden(true);
+    pageTree->expandAll();
+    auto* live = new BTShowLiveView(&page);
+    live->SetCameraTree(pageTree);
+    live->Init(model);
+    row->addWidget(pageTree);
+    row->addWidget(live, 1);
+    page.setGeometry(0, 0, 1920, 1080);
+    page.show();
+    live->restorePlayingCameras({QStringLiteral("R1"), QStringLiteral("R2"), QStringLiteral("R3"), QStringLiteral("R5")});
+    QTest::mouseClick(live->PlayWindows().at(1), Qt::LeftButton);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(testsupport::waitUntil([&] { return live->PlayWindows().at(i)->HasFrame(); }, 3000)) << i;
+    EXPECT_TRUE(testsupport::waitUntil([&] { return live->PlayWindows().at(3)->MessageText().contains(QLatin1String("Retrying")); }, 3000));
+    testsupport::pump(300);
+    const QString dir = qEnvironmentVariableIsSet("BT_RENDER_DIR") ? qEnvironmentVariable("BT_RENDER_DIR") : m_dir.path();
+    const QImage shot = page.grab().toImage();
+    EXPECT_TRUE(shot.save(dir + QStringLiteral("/liveview.png")));
+    EXPECT_FALSE(shot.isNull());
+    live->stopAllLiveView();
 }
 
 } // namespace
