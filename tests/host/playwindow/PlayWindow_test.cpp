@@ -1,6 +1,9 @@
 // Play windows against real streams served by ffmpeg over loopback.
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -149,6 +152,78 @@ TEST(StreamDecoder, BackoffGrowsAndCaps)
     const int expected[] = {500, 1000, 2000, 4000, 8000, 8000, 8000};
     for (int i = 0; i < 7; ++i)
         EXPECT_EQ(playwindow::CStreamDecoder::BackoffMs(i), expected[i]) << i;
+}
+
+} // namespace
+
+namespace {
+
+// A private sound server (null sink) for the duration of a test.
+class SoundServer {
+public:
+    SoundServer()
+    {
+        const QString run = m_dir.path();
+        QFile pa(run + QStringLiteral("/test.pa"));
+        pa.open(QIODevice::WriteOnly);
+        pa.write("load-module module-native-protocol-unix auth-anonymous=1\n"
+                 "load-module module-null-sink sink_name=testsink rate=48000\nset-default-sink testsink\n");
+        pa.close();
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), run);
+        m_proc.setProcessEnvironment(env);
+        m_proc.setStandardOutputFile(QProcess::nullDevice());
+        m_proc.setStandardErrorFile(QProcess::nullDevice());
+        m_proc.start(QStringLiteral("pulseaudio"), {QStringLiteral("-n"), QStringLiteral("-F"), run + QStringLiteral("/test.pa"),
+            QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1")});
+        m_old = qgetenv("PULSE_SERVER");
+        server = QStringLiteral("unix:") + run + QStringLiteral("/pulse/native");
+        qputenv("PULSE_SERVER", server.toUtf8());
+        ready = m_proc.waitForStarted() && testsupport::waitUntil([this] { return SinkInputs() >= 0; }, 5000);
+    }
+    ~SoundServer()
+    {
+        m_proc.terminate();
+        m_proc.waitForFinished(3000);
+        qputenv("PULSE_SERVER", m_old);
+    }
+    // Streams playing into the server now (-1 when it does not answer).
+    int SinkInputs() const
+    {
+        QProcess p;
+        p.start(QStringLiteral("pactl"), {QStringLiteral("--server=") + server, QStringLiteral("list"), QStringLiteral("short"),
+            QStringLiteral("sink-inputs")});
+        if (!p.waitForFinished(2000) || p.exitCode() != 0)
+            return -1;
+        return p.readAllStandardOutput().count('\n');
+    }
+    bool ready = false;
+    QString server;
+
+private:
+    QTemporaryDir m_dir;
+    QProcess m_proc;
+    QByteArray m_old;
+};
+
+TEST_F(PlayWindowTest, SoundOfAStreamWithAudioPlaysOnTheSoundServer)
+{
+    SoundServer sound;
+    ASSERT_TRUE(sound.ready);
+    testsupport::FfmpegServer server(QStringLiteral("testsrc=size=320x240:rate=25"),
+        {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), QStringLiteral("sine=frequency=440"),
+         QStringLiteral("-c:v"), QStringLiteral("mpeg1video"), QStringLiteral("-c:a"), QStringLiteral("mp2")},
+        QStringLiteral("mpegts"));
+    CStreamPlayWindowWithTask w(0);
+    w.resize(320, 240);
+    ASSERT_TRUE(w.StartPreviewUrl(server.url, "cam-av"));
+    ASSERT_TRUE(testsupport::waitUntil([&w] { return w.HasFrame(); }, 5000));
+    EXPECT_TRUE(w.OpenSound());
+    EXPECT_TRUE(w.IsSoundOpen());
+    EXPECT_TRUE(testsupport::waitUntil([&sound] { return sound.SinkInputs() == 1; }, 3000));
+    w.CloseSound();
+    EXPECT_TRUE(testsupport::waitUntil([&sound] { return sound.SinkInputs() == 0; }, 3000));
+    w.StopPreview();
 }
 
 } // namespace
