@@ -74,7 +74,7 @@ struct CStreamDecoder::Session {
 
     ~Session()
     {
-        if (video != nullptr || audio != nullptr)
+        if (video != nullptr)
             g_liveDecoders.fetch_sub(1);
         avcodec_free_context(&video);
         avcodec_free_context(&audio);
@@ -236,6 +236,10 @@ bool CStreamDecoder::RunOnce(QString& failure)
         return false;
     }
     s.video = avcodec_alloc_context3(vcodec);
+    if (s.video == nullptr) {
+        failure = QStringLiteral("out of memory");
+        return false;
+    }
     g_liveDecoders.fetch_add(1);
     avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
     // One thread per window: frame threading only adds latency to live video,

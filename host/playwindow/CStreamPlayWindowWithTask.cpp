@@ -4,7 +4,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMimeData>
-#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
@@ -130,7 +129,6 @@ bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::s
     if (m_decoder)
         StopPreview();
     const quint64 generation = ++m_generation;
-    QPointer<CStreamPlayWindowWithTask> self(this);
     playwindow::CStreamDecoder::Callbacks cb;
     // The decoder calls these on its thread; they only post to the GUI thread,
     // tagged with the generation so a late post of an old stream is ignored.

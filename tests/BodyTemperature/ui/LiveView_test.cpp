@@ -4,12 +4,15 @@
 #include <QHBoxLayout>
 #include <QFile>
 #include <QMimeData>
+#include <QSignalSpy>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 #include "Base/CSingleton.h"
 #include "CAppRscManager.h"
 #include "CameraModel.h"
 #include "aiguitoolkit/CCutNumFrame.h"
+#include "aiguitoolkit/CFullScreenWidget.h"
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "playwindow/CStreamDecoder.h"
@@ -250,6 +253,36 @@ TEST_F(LiveViewTest, SelectionFrameFollowsItsWindow)
     QTest::mouseDClick(Window(3), Qt::LeftButton);
     EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), nullptr);
     EXPECT_TRUE(Window(0)->isVisible());
+}
+
+TEST_F(LiveViewTest, FullScreenAndDivisionSelector)
+{
+    Build(1);
+    QSignalSpy screen(view.get(), &BTShowLiveView::SignalScreenChanged);
+    QTest::mouseClick(Window(5), Qt::LeftButton);
+    auto* fullBtn = view->findChild<QToolButton*>(QStringLiteral("m_pFullScreenBtn"));
+    ASSERT_NE(fullBtn, nullptr);
+    fullBtn->click();
+    EXPECT_TRUE(view->FullScreenWidget()->isWindow());
+    ASSERT_EQ(screen.count(), 1);
+    EXPECT_TRUE(screen.at(0).at(0).toBool());
+    // The grid stays as it was (maximise and restore at once), inside the full-screen container.
+    EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), nullptr);
+    EXPECT_TRUE(Window(0)->isVisible());
+    QTest::keyClick(view->FullScreenWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(view->FullScreenWidget()->isWindow());
+    EXPECT_EQ(screen.count(), 2);
+
+    auto* cutBtn = view->findChild<QToolButton*>(QStringLiteral("m_pCutWndBtn"));
+    cutBtn->click();
+    aiguitoolkit::CCutNumFrame* selector = view->CutNumFrame();
+    EXPECT_TRUE(selector->isVisible());
+    const QPoint btn = cutBtn->mapToGlobal(QPoint(0, 0));
+    EXPECT_EQ(selector->x() + selector->width(), btn.x() + cutBtn->width());
+    EXPECT_EQ(selector->y() + selector->height(), btn.y());
+    selector->ButtonOfType(3)->click();
+    EXPECT_EQ(view->LayoutMgr()->DisplayedWindows().size(), 9);
+    EXPECT_EQ(view->SelectedWindow(), Window(5));
 }
 
 TEST_F(LiveViewTest, SoundOfAStreamWithoutAudioReportsFailure)
