@@ -1,19 +1,35 @@
 #pragma once
-// The dashboard page: camera tree on the left, information display on the
-// right, statistics title over it. Creates the alarm listener and routes its
-// records to the information display. GUI thread.
+// The dashboard page: camera tree on the left (foldable), information display
+// on the right, statistics title floating over it. Creates the alarm listener
+// and routes its records to the information display and the display's counts
+// to the title. Created by the page widget, which calls the saved-state
+// forwards on leaving and re-entering the page. GUI thread; owns its panels.
 #include <QByteArray>
 #include <QList>
+#include <QModelIndex>
 #include <QStringList>
 #include <QWidget>
+#include <string>
 
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
+
+class QFrame;
+class QToolButton;
+class QPushButton;
+
+namespace VantorGUIToolkit {
+class CSecondarySortFilterModel;
+}
 
 namespace BodyTemperature {
 
 class AlarmListener;
+class BTShowTitle;
+class CameraModel;
+class CBTShowWidget;
+class CBTViewTree;
 
-class CBodyTemperatureDlg : public QWidget {
+class CBodyTemperatureDlg final : public QWidget {
     Q_OBJECT
 public:
     explicit CBodyTemperatureDlg(QWidget* parent = nullptr);
@@ -26,12 +42,46 @@ public:
     void SetAlarmListening(bool on);
 
     AlarmListener* alarmListener() const { return m_pAlarmListener; }
+    CBTShowWidget* ShowWidget() const { return m_pShowWidget; }
+    BTShowTitle* ShowTitle() const { return m_pShowTitle; }
+    CBTViewTree* CameraTree() const { return m_pCameraTree; }
+    QFrame* LeftFrame() const { return m_pLeftFrame; }
+    QToolButton* ShrinkButton() const { return m_pShrinkBtn; }
+    VantorGUIToolkit::CSecondarySortFilterModel* TreeProxy() const { return m_pProxyModel; }
+    bool IsLeftFolded() const { return m_bLeftFolded; }
 
 public slots:
     void onNewAlarmComing(publicdatacontroller::IntelAlarmEventInfo struAlarmInfo);
+    void OnShrinkBtnClicked();
+    void OnCameraTreeDoubleClicked(const QModelIndex& miIndex);
+    void OnCameraGroupRemoved(const QModelIndex& miParent, int iFirst, int iLast);
+    void onUpdateGroupTreeSelectedCamera(std::string cameraGUID);
+    void onUpdateNum(int iAllNum, int iNormalNum, int iNoMaskNum, int iAbnormalNum);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void buildForm();
+    void setUp();
+    void placeShrinkButton();
+
+    // Form.
+    QFrame* m_pMainFrame = nullptr;
+    QFrame* m_pLeftFrame = nullptr;
+    QWidget* m_pToolBox = nullptr;
+    QPushButton* m_pToolBtn1 = nullptr;
+    QPushButton* m_pToolBtn2 = nullptr;
+    CBTViewTree* m_pCameraTree = nullptr;
+    QWidget* m_pRightWidget = nullptr;
+
+    CBTShowWidget* m_pShowWidget = nullptr;
     AlarmListener* m_pAlarmListener = nullptr;
+    CameraModel* m_pCameraModel = nullptr;
+    VantorGUIToolkit::CSecondarySortFilterModel* m_pProxyModel = nullptr;
+    QToolButton* m_pShrinkBtn = nullptr;
+    bool m_bLeftFolded = false;
+    BTShowTitle* m_pShowTitle = nullptr;
 };
 
 } // namespace BodyTemperature

@@ -1,0 +1,490 @@
+#include "ui/CBTShowWidget.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLayoutItem>
+#include <QResizeEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSpacerItem>
+#include <QStyle>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "CBTConfigDB.h"
+#include "VantorGUIToolkit/TargetPath.h"
+#include "aiguitoolkit/CShakeButton.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "ui/BTShowLiveView.h"
+#include "ui/CBTShowWidgetForm.h"
+#include "ui/CBottomWidget.h"
+#include "ui/CPopConfigPage.h"
+#include "ui/CRightNoData.h"
+#include "ui/CSoundConfigPage.h"
+#include "ui/CTypeConfigPage.h"
+#include "ui/CVoicePlayer.h"
+#include "ui/ShowCard/CAlarmUnit.h"
+#include "ui/ShowCard/CPopUpUnit.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
+
+namespace BodyTemperature {
+
+namespace {
+
+const char* const kNoDataStyle =
+    "QWidget#frame\n{\n\tbackground-color:rgba(255,255,255, 0.1);\n}QLabel#label\n{\nborder-image:url(:/rightBottom/"
+    "Images/BodyTemperature/rightBottom/NoData.png);}QLabel#m_pNoDataText\n{\nfont-family: Microsoft YaHei;font-size: "
+    "12px;color: rgba(255, 255, 255, 0.32);letter-spacing: 0;text-align: center;}";
+const char* const kCornerStyle =
+    "QLabel\n{\n\tborder-image:url(:/rightBottom/Images/BodyTemperature/rightBottom/NoDataCorner.png);\n}";
+
+// Window-type bits of the right-hand panel around full screen.
+constexpr uint32_t kTypeMask = 0x13;
+constexpr uint32_t kFullScreenFlags = 0x40040801;  // window, frameless, stay on top, no drop shadow
+constexpr uint32_t kFullScreenToggle = 0x12;
+
+void repolish(QWidget* w)
+{
+    w->style()->unpolish(w);
+    w->style()->polish(w);
+    w->update();
+}
+
+} // namespace
+
+CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
+{
+    m_ui = std::make_unique<CBTShowWidgetForm>();
+    m_ui->setupUi(this);
+    buildLists();
+    loadConfig();
+
+    m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
+    m_ui->m_pAlarmTypeBtn->setPictureAttibute(
+        QStringLiteral(":/Buttons/Filiter/Images/BodyTemperature/Buttons/Filiter/%1.png"), 0, 10);
+    m_ui->m_pAlarmTypeBtn->setToolTip(tr("AlarmType"));
+    m_ui->m_pPopBtn->setPictureAttibute(QStringLiteral(":/Buttons/Pop/Images/BodyTemperature/Buttons/Pop/%1.png"), 0, 10);
+    m_ui->m_pPopBtn->setToolTip(tr("AlarmPopoverConfigurrXBbmhnE"));
+    m_ui->m_pSoundBtn->setPictureAttibute(
+        QStringLiteral(":/Buttons/Sound/Images/BodyTemperature/Buttons/Sound/%1.png"), 0, 10);
+    m_ui->m_pSoundBtn->setToolTip(tr("VoiceConfiguration"));
+
+    connect(m_ui->m_pEnableAlarmBtn, &QToolButton::clicked, this, &CBTShowWidget::OnEnableAlarm);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalScreenChanged, this, &CBTShowWidget::OnFullScreenChanged);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalLeaveFullScreen, this, &CBTShowWidget::OnLeaveStateChanged);
+    connect(m_ui->m_pBottomRetractBtn, &QToolButton::clicked, this, &CBTShowWidget::OnRetarctBottom);
+    connect(m_pRightRetractBtn, &QToolButton::clicked, this, &CBTShowWidget::OnRetractRight);
+    connect(m_ui->m_pLiveView, &BTShowLiveView::SignalResized, this, &CBTShowWidget::OnLiveViewWidgetResized);
+    connect(m_ui->m_pAlarmTypeBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowTypeConfigPage);
+    connect(m_ui->m_pPopBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowPopConfigPage);
+    connect(m_ui->m_pSoundBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowSoundConfigPage);
+    connect(m_ui->m_pBottomWidget, &CBottomWidget::SignalSnapPicClicked, this, &CBTShowWidget::OnSnapPicClicked);
+
+    RefreshNoData();
+}
+
+CBTShowWidget::~CBTShowWidget()
+{
+    delete m_pRightRetractBtn;
+    m_pRightRetractBtn = nullptr;
+    delete m_pTypeConfigPage;
+    m_pTypeConfigPage = nullptr;
+    delete m_pPopConfigPage;
+    m_pPopConfigPage = nullptr;
+    delete m_pSoundConfigPage;
+    m_pSoundConfigPage = nullptr;
+    while (m_pRightListLayout->count() > 1) {
+        QLayoutItem* item = m_pRightListLayout->takeAt(1);
+        delete item->widget();
+        delete item;
+    }
+}
+
+void CBTShowWidget::buildLists()
+{
+    m_pRightRetractBtn = new QToolButton(m_ui->m_pLiveViewFrame);
+    m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightRetractBtn"));
+    m_pRightRetractBtn->setFixedSize(11, 115);
+
+    m_pRightListLayout = new QVBoxLayout(m_ui->m_pRightListWidget);
+    m_pRightListLayout->setDirection(QBoxLayout::BottomToTop);
+    m_pRightListLayout->setContentsMargins(0, 0, 0, 0);
+    m_pRightListLayout->setSpacing(12);
+    // Cards follow the spacer: the newest stands at the top.
+    m_pRightSpacer = new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding);
+    m_pRightListLayout->addItem(m_pRightSpacer);
+
+    // Placeholder and its corner mark float over the empty list.
+    m_pNoData = new CRightNoData(m_ui->m_pRightListWidget);
+    m_pNoData->setFixedWidth(386);
+    m_pNoData->setStyleSheet(QString::fromLatin1(kNoDataStyle));
+    m_pNoData->move(0, 0);
+    m_pCornerLabel = new QLabel(m_ui->m_pRightListWidget);
+    m_pCornerLabel->setObjectName(QStringLiteral("cornerLabel"));
+    m_pCornerLabel->setFixedSize(16, 16);
+    m_pCornerLabel->setStyleSheet(QString::fromLatin1(kCornerStyle));
+}
+
+void CBTShowWidget::loadConfig()
+{
+    CBTConfigDB* db = CBTConfigDB::Instance();
+    db->LoadAlarmDisplayConfig(m_config);
+    if (m_config.strNoMaskVoice.isEmpty() && m_config.strNormalVoice.isEmpty()
+        && m_config.strAbnormalVoice.isEmpty()) {
+        const bool chinese = clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1;
+        m_config.strNoMaskVoice = VantorGUIToolkit::GetTargetPathFile(
+            chinese ? QStringLiteral("no_mask.wav") : QStringLiteral("no_mask_en.wav"));
+        m_config.strNormalVoice = VantorGUIToolkit::GetTargetPathFile(
+            chinese ? QStringLiteral("normal.wav") : QStringLiteral("normal_en.wav"));
+        m_config.strAbnormalVoice = VantorGUIToolkit::GetTargetPathFile(
+            chinese ? QStringLiteral("abnormal.wav") : QStringLiteral("abnormal_en.wav"));
+        db->SaveAlarmDisplayConfig(m_config);
+    }
+}
+
+void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInfo& struAlarmInfo)
+{
+    if (!m_bEnableAlarm)
+        return;
+
+    AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
+    bool bSwitch = true;
+    bool bKnown = true;
+    switch (struAlarmInfo.eventType) {
+    case 100103: info.kind = 0; bSwitch = m_config.bFacePictureComparison; break;
+    case 100506: info.kind = 1; bSwitch = m_config.bFacePictureComparison; break;
+    case 100114: info.kind = 2; bSwitch = m_config.bFacePictureComparison; break;
+    case 100101: info.kind = 3; bSwitch = m_config.bFaceCapture; break;
+    case 100119: info.kind = 4; bSwitch = m_config.bFaceTemperatureCapture; break;
+    case 100112: info.kind = 5; break;
+    default: bKnown = false; break;
+    }
+    if (!bSwitch)
+        return;
+
+    if (bKnown && info.kind == 5) {
+        addFrequenterCards(struAlarmInfo, info);
+    } else if (bKnown) {
+        // An empty face list leaves the display codes at their defaults.
+        if (const protocol::IntelAlarmFaceInfo* face = info.faceBlock())
+            classifyFace(*face, info);
+        m_ui->m_pBottomWidget->AddSnapInfo(info);
+        addAlarmCard(info);
+    }
+    emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
+}
+
+void CBTShowWidget::classifyFace(const protocol::IntelAlarmFaceInfo& face, AlarmShowInfo& info)
+{
+    const bool noMask = face.Mask == 1;
+    const bool maskWorn = face.Mask == 2;
+    QString voice;
+
+    if (face.TemperatureEnabled != 1) {
+        info.temperatureType = 3;
+        if (noMask) {
+            if (m_config.bSoundNoMask)
+                voice = m_config.strNoMaskVoice;
+            if (m_config.bPopNoMask)
+                info.popType = 2;
+            info.maskType = 1;
+            info.alarmType = 1;
+            ++m_iNoMaskNum;
+        } else {
+            info.popType = 0;
+            info.maskType = maskWorn ? 2 : 3;
+            info.alarmType = 2;
+        }
+    } else if (face.TemperatureAnomaly == 1) {
+        if (m_config.bSoundAbnormal)
+            voice = m_config.strAbnormalVoice;
+        else if (noMask && m_config.bSoundNoMask)
+            voice = m_config.strNoMaskVoice;
+        if (m_config.bPopAbnormal)
+            info.popType = 1;
+        else if (noMask && m_config.bPopNoMask)
+            info.popType = 2;
+        info.maskType = noMask ? 0 : (maskWorn ? 2 : 3);
+        info.temperatureType = 0;
+        info.alarmType = 0;
+        ++m_iAbnormalNum;
+        if (noMask)
+            ++m_iNoMaskNum;
+    } else if (face.TemperatureAnomaly == 0) {
+        if (noMask) {
+            if (m_config.bSoundNoMask)
+                voice = m_config.strNoMaskVoice;
+            else if (m_config.bSoundNormal)
+                voice = m_config.strNormalVoice;
+            if (m_config.bPopNoMask)
+                info.popType = 2;
+            info.maskType = 1;
+            info.temperatureType = 1;
+            info.alarmType = 1;
+            ++m_iNormalNum;
+            ++m_iNoMaskNum;
+        } else {
+            if (m_config.bSoundNormal)
+                voice = m_config.strNormalVoice;
+            info.popType = 0;
+            info.maskType = maskWorn ? 2 : 3;
+            info.temperatureType = 2;
+            info.alarmType = 3;
+            ++m_iNormalNum;
+        }
+    }
+    // A measured temperature with any other anomaly value changes nothing.
+
+    if (!voice.isEmpty())
+        playVoice(voice);
+}
+
+void CBTShowWidget::playVoice(const QString& path)
+{
+    emit signalVoiceRequested(path);
+    CVoicePlayer::Play(path);
+}
+
+void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
+{
+    if (info.popType != 0)
+        showPopUp(info);
+
+    auto* card = new CAlarmUnit(this);
+    // Sized from the bottom strip, not from the list it goes into.
+    card->setFixedWidth(m_ui->m_pBottomWidget->width() - 4);
+    card->SetIsSnap(info.isCaptureKind());
+    card->SetAlarmInfo(info, false);
+    appendRightCard(card);
+    ++m_iAllNum;
+    m_pNoData->hide();
+    m_pCornerLabel->hide();
+}
+
+void CBTShowWidget::addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info)
+{
+    // One card per open view of the camera: a camera shown twice counts twice.
+    const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
+    for (const std::string& cameraId : views) {
+        if (cameraId != record.cameraID)
+            continue;
+        info.kind = 5;
+        info.strSecondID = record.secondID;
+        m_ui->m_pBottomWidget->AddSnapInfo(info);
+        auto* card = new CFrequenterUnit(this);
+        card->SetFrequenterInfo(info);
+        appendRightCard(card);
+        ++m_iAllNum;
+        m_pNoData->hide();
+    }
+}
+
+void CBTShowWidget::appendRightCard(QWidget* card)
+{
+    m_pRightListLayout->addWidget(card);
+    if (m_pRightListLayout->count() > kMaxRightCards + 1) {
+        QLayoutItem* oldest = m_pRightListLayout->takeAt(1);
+        delete oldest->widget();
+        delete oldest;
+    }
+}
+
+void CBTShowWidget::showPopUp(const AlarmShowInfo& info)
+{
+    if (m_pPopUpUnit == nullptr) {
+        m_pPopUpUnit = new CPopUpUnit(this);
+        m_pPopUpUnit->hide();
+        connect(m_pPopUpUnit, &CPopUpUnit::signalClose, this, &CBTShowWidget::onChangeUpdate);
+    }
+    if (!m_bPopIdle)
+        return;
+
+    m_pPopUpUnit->SetAlarmInfo(info, true);
+    m_pPopUpUnit->raise();
+    m_pPopUpUnit->show();
+    const int parentWidth = parentWidget() != nullptr ? parentWidget()->width() : width();
+    m_pPopUpUnit->move((parentWidth - m_pPopUpUnit->width()) / 2 - 254, (height() - m_pPopUpUnit->height()) / 2 - 35);
+
+    if (m_config.bPopAutoClose && m_config.iPopDuration != -1) {
+        if (m_pPopTimer == nullptr) {
+            m_pPopTimer = new QTimer(this);
+            connect(m_pPopTimer, &QTimer::timeout, this, &CBTShowWidget::onTimeOut);
+        }
+        m_pPopTimer->start(m_config.iPopDuration * 1000);
+        m_bPopIdle = false;
+    }
+}
+
+void CBTShowWidget::RefreshNoData()
+{
+    m_pNoData->setVisible(m_pRightListLayout->count() <= 1);
+}
+
+void CBTShowWidget::SelectFreeWindow()
+{
+    m_ui->m_pLiveView->SelectFreeWindow();
+}
+
+void CBTShowWidget::restorePlayingCameras(const QStringList& cameraIds)
+{
+    m_ui->m_pLiveView->restorePlayingCameras(cameraIds);
+}
+
+void CBTShowWidget::stopAllLiveView()
+{
+    m_ui->m_pLiveView->stopAllLiveView();
+}
+
+QList<QByteArray> CBTShowWidget::GetPlayingCameraIds() const
+{
+    return m_ui->m_pLiveView->GetPlayingCameraIds();
+}
+
+void CBTShowWidget::OnEnableAlarm()
+{
+    m_bEnableAlarm = m_ui->m_pEnableAlarmBtn->isChecked();
+}
+
+void CBTShowWidget::OnSnapPicClicked(const char*, uint) {}
+
+void CBTShowWidget::OnFullScreenChanged(bool bFull)
+{
+    QWidget* panel = m_ui->m_pRightPanel;
+    const uint32_t flags = static_cast<uint32_t>(panel->windowFlags());
+    if (bFull) {
+        panel->setAttribute(Qt::WA_TranslucentBackground, true);
+        m_uWindowTypeBits = flags & kTypeMask;
+        panel->setWindowFlags(Qt::WindowFlags(static_cast<int>((flags | kFullScreenFlags) ^ kFullScreenToggle)));
+        panel->setGeometry(1497, 0, 423, 654);
+    } else {
+        panel->setWindowFlags(Qt::WindowFlags(static_cast<int>((flags ^ kTypeMask) | m_uWindowTypeBits)));
+        panel->setAttribute(Qt::WA_TranslucentBackground, false);
+    }
+    panel->show();
+}
+
+void CBTShowWidget::OnLeaveStateChanged(bool bLeave)
+{
+    m_ui->m_pRightPanel->setVisible(!bLeave);
+}
+
+void CBTShowWidget::OnRetarctBottom()
+{
+    if (m_bBottomRetracted) {
+        m_ui->m_pBottomScrollArea->show();
+        m_bBottomRetracted = false;
+        m_ui->m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pRetractBottomBtn"));
+    } else {
+        m_ui->m_pBottomScrollArea->hide();
+        m_bBottomRetracted = true;
+        m_ui->m_pBottomRetractBtn->setObjectName(QStringLiteral("m_pSpreadBottomBtn"));
+    }
+    repolish(m_ui->m_pBottomRetractBtn);
+    update();
+}
+
+void CBTShowWidget::OnRetractRight()
+{
+    if (m_bRightRetracted) {
+        m_ui->m_pRightPanel->show();
+        m_bRightRetracted = false;
+        m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightRetractBtn"));
+    } else {
+        m_ui->m_pRightPanel->hide();
+        m_bRightRetracted = true;
+        m_pRightRetractBtn->setObjectName(QStringLiteral("m_pRightSpreadBtn"));
+    }
+    repolish(m_pRightRetractBtn);
+    update();
+}
+
+void CBTShowWidget::OnLiveViewWidgetResized()
+{
+    if (m_pRightRetractBtn == nullptr)
+        return;
+    const int w = m_ui->m_pLiveViewFrame->width();
+    const int h = m_ui->m_pLiveViewFrame->height();
+    m_pRightRetractBtn->move(w - (m_bRightRetracted ? 23 : 13), (h - 60) / 2);
+    m_pRightRetractBtn->raise();
+}
+
+void CBTShowWidget::OnShowTypeConfigPage()
+{
+    delete m_pTypeConfigPage;
+    m_pTypeConfigPage = new CTypeConfigPage(m_ui->m_pToolBar);
+    m_pTypeConfigPage->SetConfig(m_config);
+    const bool chinese = clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1;
+    if (chinese)
+        m_pTypeConfigPage->resize(190, 130);
+    else
+        m_pTypeConfigPage->resize(290, 150);
+    const float fWidth = chinese ? 230.0f : 330.0f;
+    const QRect bar = m_ui->m_pToolBar->geometry();
+    const int x = static_cast<int>(static_cast<float>(bar.x() + bar.width())
+        - static_cast<float>(bar.width()) * fWidth / 1920.0f);
+    const int y = static_cast<int>(static_cast<float>(bar.y() + bar.height()) * 142.0f / 1080.0f);
+    const QPoint global = m_ui->m_pToolBar->mapToGlobal(QPoint(x, y));
+    // The page may be its own window or a child of the bar: place it in either case.
+    m_pTypeConfigPage->move(m_pTypeConfigPage->isWindow() ? global : m_ui->m_pToolBar->mapFromGlobal(global));
+    connect(m_pTypeConfigPage, &CTypeConfigPage::signalCheckState, this, &CBTShowWidget::onDealCheck);
+    m_pTypeConfigPage->raise();
+    m_pTypeConfigPage->show();
+}
+
+void CBTShowWidget::OnShowPopConfigPage()
+{
+    delete m_pPopConfigPage;
+    m_pPopConfigPage = new CPopConfigPage(parentWidget());
+    m_pPopConfigPage->SetConfig(m_config);
+    m_pPopConfigPage->exec();
+    // The page saved what the user kept; take its copy whatever the outcome.
+    m_config = m_pPopConfigPage->GetConfig();
+}
+
+void CBTShowWidget::OnShowSoundConfigPage()
+{
+    delete m_pSoundConfigPage;
+    m_pSoundConfigPage = new CSoundConfigPage(parentWidget());
+    m_pSoundConfigPage->SetConfig(m_config);
+    m_pSoundConfigPage->exec();
+    m_config = m_pSoundConfigPage->GetConfig();
+}
+
+void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)
+{
+    m_config.bFaceTemperatureCapture = struInfo.bFaceTemperatureCapture;
+    m_config.bFacePictureComparison = struInfo.bFacePictureComparison;
+    m_config.bFaceCapture = struInfo.bFaceCapture;
+    CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config);
+}
+
+void CBTShowWidget::onTimeOut()
+{
+    if (m_pPopTimer != nullptr)
+        m_pPopTimer->stop();
+    if (m_pPopUpUnit != nullptr)
+        m_pPopUpUnit->hide();
+    m_bPopIdle = true;
+}
+
+void CBTShowWidget::onChangeUpdate()
+{
+    m_bPopIdle = true;
+}
+
+void CBTShowWidget::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_pNoData->setMinimumHeight(height() - 1);
+    m_pNoData->setMaximumHeight(height() - 1);
+    const QWidget* shown = parentWidget() != nullptr ? parentWidget() : this;
+    const QScreen* screen = shown->screen();
+    const int screenHeight = screen != nullptr ? screen->geometry().height() : 1080;
+    m_pCornerLabel->move(368, static_cast<int>(screenHeight * 880.0 / 1080.0 - 18.0));
+    m_pCornerLabel->raise();
+    m_pCornerLabel->show();
+}
+
+} // namespace BodyTemperature

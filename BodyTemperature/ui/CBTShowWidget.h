@@ -1,0 +1,143 @@
+#pragma once
+// The information display: live view, the alarm tool bar, the right-hand list
+// of alarm cards, the bottom strip of capture cards and the pop-up card.
+// DealAlarmInfo takes every alarm record the dashboard dialog receives,
+// classifies it, speaks, counts, adds the cards and emits the four counters.
+// GUI thread only (the voice prompt plays on the voice player's worker).
+// Owns its cards, the pop-up card with its timer and the settings pages.
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+
+#include "AlarmDisplayConfig.h"
+#include "AlarmShowInfo.h"
+#include "publicdatacontroller/IntelAlarmEventInfo.h"
+#include "ui/CBTShowWidgetForm.h"
+
+class QFrame;
+class QLabel;
+class QScrollArea;
+class QTimer;
+class QToolButton;
+class QVBoxLayout;
+class QSpacerItem;
+
+namespace aiguitoolkit {
+class CShakeButton;
+}
+
+namespace BodyTemperature {
+
+class BTShowLiveView;
+class CBottomWidget;
+
+class CPopConfigPage;
+class CPopUpUnit;
+class CRightNoData;
+class CSoundConfigPage;
+class CTypeConfigPage;
+
+class CBTShowWidget final : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kMaxRightCards = 20;
+
+    explicit CBTShowWidget(QWidget* parent = nullptr);
+    ~CBTShowWidget() override;
+
+    void DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInfo& struAlarmInfo);
+    void RefreshNoData();
+
+    // Passed on to the live view.
+    void SelectFreeWindow();
+    void restorePlayingCameras(const QStringList& cameraIds);
+    void stopAllLiveView();
+    QList<QByteArray> GetPlayingCameraIds() const;
+
+    BTShowLiveView* LiveView() const { return m_ui->m_pLiveView; }
+    CBottomWidget* BottomWidget() const { return m_ui->m_pBottomWidget; }
+    // The dashboard dialog this display belongs to (not owned).
+    void SetOwnerDialog(QWidget* dlg) { m_pOwnerDlg = dlg; }
+
+    // State read by the dialog and by tests.
+    const AlarmDisplayConfig& Config() const { return m_config; }
+    int AllNum() const { return m_iAllNum; }
+    int NormalNum() const { return m_iNormalNum; }
+    int NoMaskNum() const { return m_iNoMaskNum; }
+    int AbnormalNum() const { return m_iAbnormalNum; }
+    bool IsPopIdle() const { return m_bPopIdle; }
+    CPopUpUnit* PopUpUnit() const { return m_pPopUpUnit; }
+    QTimer* PopTimer() const { return m_pPopTimer; }
+    QVBoxLayout* RightListLayout() const { return m_pRightListLayout; }
+    CRightNoData* RightNoData() const { return m_pNoData; }
+    QLabel* CornerLabel() const { return m_pCornerLabel; }
+    QWidget* RightPanel() const { return m_ui->m_pRightPanel; }
+    QFrame* LiveViewFrame() const { return m_ui->m_pLiveViewFrame; }
+    QToolButton* RightRetractButton() const { return m_pRightRetractBtn; }
+    QToolButton* BottomRetractButton() const { return m_ui->m_pBottomRetractBtn; }
+    QWidget* ToolButtonBar() const { return m_ui->m_pToolBar; }
+    aiguitoolkit::CShakeButton* EnableAlarmButton() const { return m_ui->m_pEnableAlarmBtn; }
+    CTypeConfigPage* TypeConfigPage() const { return m_pTypeConfigPage; }
+
+signals:
+    void signalNum(int iAllNum, int iNormalNum, int iNoMaskNum, int iAbnormalNum);
+    // A voice prompt was requested for this record (played if the player is idle).
+    void signalVoiceRequested(const QString& strPath);
+
+public slots:
+    void OnEnableAlarm();
+    void OnSnapPicClicked(const char* pPic, uint uPicLen);
+    void OnFullScreenChanged(bool bFull);
+    void OnLeaveStateChanged(bool bLeave);
+    void OnRetarctBottom();
+    void OnRetractRight();
+    void OnLiveViewWidgetResized();
+    void OnShowTypeConfigPage();
+    void OnShowPopConfigPage();
+    void OnShowSoundConfigPage();
+    void onDealCheck(BodyTemperature::TemperatureAlarm& struInfo);
+    void onTimeOut();
+    void onChangeUpdate();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void buildLists();
+    void loadConfig();
+    void classifyFace(const protocol::IntelAlarmFaceInfo& face, AlarmShowInfo& info);
+    void playVoice(const QString& path);
+    void showPopUp(const AlarmShowInfo& info);
+    void addAlarmCard(const AlarmShowInfo& info);
+    void addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info);
+    void appendRightCard(QWidget* card);
+
+    std::unique_ptr<CBTShowWidgetForm> m_ui;
+    AlarmDisplayConfig m_config;
+    bool m_bEnableAlarm = true;
+    int m_iAllNum = 0;
+    int m_iNormalNum = 0;
+    int m_iNoMaskNum = 0;
+    int m_iAbnormalNum = 0;
+    bool m_bPopIdle = true;
+    bool m_bBottomRetracted = false;
+    bool m_bRightRetracted = false;
+    uint32_t m_uWindowTypeBits = 0;
+
+    QWidget* m_pOwnerDlg = nullptr;
+    QToolButton* m_pRightRetractBtn = nullptr;
+    QVBoxLayout* m_pRightListLayout = nullptr;
+    QSpacerItem* m_pRightSpacer = nullptr;
+    CRightNoData* m_pNoData = nullptr;
+    QLabel* m_pCornerLabel = nullptr;
+
+    CPopUpUnit* m_pPopUpUnit = nullptr;
+    QTimer* m_pPopTimer = nullptr;
+    CTypeConfigPage* m_pTypeConfigPage = nullptr;
+    CPopConfigPage* m_pPopConfigPage = nullptr;
+    CSoundConfigPage* m_pSoundConfigPage = nullptr;
+};
+
+} // namespace BodyTemperature

@@ -1,0 +1,70 @@
+#pragma once
+// The strip of small face-capture cards under the live view. Newest card on
+// the left (the layout runs right to left behind an expanding spacer); the 21
+// newest captures are kept. Filled by the information display; a card's add
+// button brings the face, cut out of its picture, to the add-to-library step.
+// GUI thread; the strip owns its cards.
+#include <QByteArray>
+#include <QFrame>
+#include <string>
+
+#include "AlarmShowInfo.h"
+#include "protocol/IntelAlarmInfo.h"
+
+class QHBoxLayout;
+class QLabel;
+class QSpacerItem;
+
+namespace BodyTemperature {
+
+class CRightNoData;
+
+class CBottomWidget final : public QFrame {
+    Q_OBJECT
+public:
+    static constexpr int kMaxCards = 21;
+
+    explicit CBottomWidget(QWidget* parent = nullptr);
+    ~CBottomWidget() override;
+
+    // Adds one capture card for the record; records without a face picture add nothing.
+    void AddSnapInfo(const AlarmShowInfo& info);
+    // Deletes every card.
+    void Clear();
+    // Placeholder hidden while the layout holds a card.
+    void UpdateNoData();
+    // Object name, corner label and placeholder for the empty / filled state.
+    void RefreshAppearance();
+
+    int CardCount() const;
+    bool IsEmpty() const { return m_bEmpty; }
+    QHBoxLayout* CardLayout() const { return m_pLayout; }
+    // The face the last add request produced (what the add-face dialog receives).
+    const QByteArray& LastFaceCut() const { return m_lastFaceCut; }
+
+    // The bytes handed to the add-face dialog: the picture unchanged for a
+    // zero rectangle, else the rectangle cut out and encoded as JPEG quality 50
+    // (empty when the picture does not decode).
+    static QByteArray CutFace(const std::string& strFace, const protocol::PictureRect& rect);
+
+signals:
+    void SignalSnapPicClicked(const char* pPic, uint uPicLen);
+    // A face is ready for the add-to-library dialog.
+    void SignalFaceReady(const QByteArray& face);
+
+public slots:
+    void OnAddToLib(std::string strFace, protocol::PictureRect rect);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QHBoxLayout* m_pLayout = nullptr;
+    QSpacerItem* m_pSpacer = nullptr;
+    bool m_bEmpty = true;
+    QLabel* m_pCornerLabel = nullptr;
+    CRightNoData* m_pNoData = nullptr;
+    QByteArray m_lastFaceCut;
+};
+
+} // namespace BodyTemperature
