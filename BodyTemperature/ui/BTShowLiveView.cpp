@@ -131,6 +131,11 @@ QString BTShowLiveView::FirstRunMarkerPath()
     return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + QStringLiteral("BodyTemperatureLiveView.ini");
 }
 
+void BTShowLiveView::SetCameraTree(CBTViewTree* tree)
+{
+    m_pCameraTree = tree;
+}
+
 void BTShowLiveView::Init(UiDataController::CLogicModel* logicModel)
 {
     if (logicModel == nullptr)
@@ -217,11 +222,10 @@ bool BTShowLiveView::StartCamera(CStreamPlayWindowWithTask* window, const std::s
 {
     window->StopPreview();
     window->SetStreamSettings(CurrentStreamSettings());
-    if (!window->StartPreview(cameraId, value, 0, 0)) {
-        // A camera the model no longer knows is skipped, silently.
-        BASE_LOG_WARN("camera %s cannot be opened", cameraId.c_str());
+    // A camera the model no longer knows still takes its window (which says
+    // so), so it stays in the saved state until the operator closes it.
+    if (!window->StartPreview(cameraId, value, 0, 0))
         return false;
-    }
     m_mapOpenViews[window] = cameraId;
     return true;
 }

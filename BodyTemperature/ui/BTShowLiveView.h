@@ -47,7 +47,7 @@ public:
 
     // Builds the play windows over the host logic model; nothing without a model.
     void Init(UiDataController::CLogicModel* logicModel);
-    void SetCameraTree(CBTViewTree* tree) { m_pCameraTree = tree; }
+    void SetCameraTree(CBTViewTree* tree);
 
     // Opens camera i of the list in play window i (empty identifiers skipped).
     // On the page's very first run (no state saved yet) an empty list opens the

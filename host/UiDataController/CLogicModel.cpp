@@ -137,7 +137,8 @@ vantordesk::IElement* CLogicModel::GetElementByID(const std::string& elementId) 
 
 vantordesk::IElement* CLogicModel::GetElementByIndex(const QModelIndex& index) const
 {
-    if (!index.isValid() || index.model() != this)
+    // Works for indexes of a proxy over this model too: the roles carry the identifiers.
+    if (!index.isValid())
         return nullptr;
     const int type = index.data(RoleNodeType).toInt();
     if (type == NodeCamera)

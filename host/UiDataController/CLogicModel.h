@@ -51,6 +51,7 @@ public:
     std::vector<std::string> GetElementIDsOfArea(const std::string& areaId) const;
     QModelIndex GetElementIndexByElementID(const std::string& elementId) const;
     vantordesk::IElement* GetElementByID(const std::string& elementId) const;
+    // The element of a row of this model or of a proxy over it.
     vantordesk::IElement* GetElementByIndex(const QModelIndex& index) const;
     // Camera identifiers in tree order (areas, then their cameras).
     std::vector<std::string> GetAllCameraIDs() const;

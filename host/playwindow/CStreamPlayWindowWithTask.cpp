@@ -106,28 +106,43 @@ void CStreamPlayWindowWithTask::EnableToolBar(bool enable)
 
 bool CStreamPlayWindowWithTask::StartPreview(const std::string& cameraId, int iValue, int, int)
 {
-    if (cameraId.empty() || m_pPlugin == nullptr)
+    if (cameraId.empty())
         return false;
-    vantordesk::IElement* element = m_pPlugin->GetElement(cameraId);
-    if (element == nullptr || element->GetElementType() != vantordesk::ElementCamera)
-        return false;
-    const auto* camera = static_cast<vantordesk::ICamera*>(element);
-    const QString url = playwindow::StreamUrlOf(*camera, m_settings);
-    if (url.isEmpty())
-        return false;
+    vantordesk::IElement* element = m_pPlugin != nullptr ? m_pPlugin->GetElement(cameraId) : nullptr;
+    const auto* camera = element != nullptr && element->GetElementType() == vantordesk::ElementCamera
+        ? static_cast<vantordesk::ICamera*>(element) : nullptr;
+    const QString url = camera != nullptr ? playwindow::StreamUrlOf(*camera, m_settings) : QString();
+    if (url.isEmpty()) {
+        StopPreview();
+        BeginPreview(cameraId, QString());
+        ShowMessage(tr("The camera is not available."));
+        m_iStartValue = iValue;
+        return true;
+    }
+    StartPreviewUrl(url, cameraId);
     m_iStartValue = iValue;
-    if (!StartPreviewUrl(url, cameraId))
-        return false;
     m_pTitle->setText(QString::fromStdString(camera->GetElementName()));
     return true;
+}
+
+void CStreamPlayWindowWithTask::BeginPreview(const std::string& cameraId, const QString& url)
+{
+    m_bPreviewing = true;
+    m_strCameraID = cameraId;
+    m_strUrl = url;
+    m_pTitle->setText(QString::fromStdString(cameraId));
+    m_pVideo->Clear();
+    UpdateChildren();
+    BASE_LOG_INFO("window %d: preview of %s started", m_iIndex, cameraId.c_str());
+    emit SignalLiveViewEvent(CLiveViewEvent(CLiveViewEvent::PreviewStarted, cameraId));
+    emit SignalPlayStateChanged();
 }
 
 bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::string& cameraId)
 {
     if (url.isEmpty())
         return false;
-    if (m_decoder)
-        StopPreview();
+    StopPreview();
     const quint64 generation = ++m_generation;
     playwindow::CStreamDecoder::Callbacks cb;
     // The decoder calls these on its thread; they only post to the GUI thread,
@@ -142,25 +157,20 @@ bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::s
     };
     m_decoder = std::make_unique<playwindow::CStreamDecoder>(url, std::move(cb));
     m_decoder->SetTargetSize(size());
-    m_strCameraID = cameraId;
-    m_strUrl = url;
-    m_pTitle->setText(QString::fromStdString(cameraId));
-    m_pVideo->Clear();
     ShowMessage(tr("Connecting..."));
     m_decoder->Start();
-    UpdateChildren();
-    BASE_LOG_INFO("window %d: preview of %s started", m_iIndex, cameraId.c_str());
-    emit SignalLiveViewEvent(CLiveViewEvent(CLiveViewEvent::PreviewStarted, cameraId));
-    emit SignalPlayStateChanged();
+    BeginPreview(cameraId, url);
     return true;
 }
 
 void CStreamPlayWindowWithTask::StopPreview()
 {
-    if (!m_decoder)
+    if (!m_bPreviewing)
         return;
+    m_bPreviewing = false;
     ++m_generation;
-    m_decoder->Stop();
+    if (m_decoder)
+        m_decoder->Stop();
     m_decoder.reset();
     const std::string cameraId = m_strCameraID;
     m_strCameraID.clear();
@@ -282,7 +292,7 @@ void CStreamPlayWindowWithTask::ShowMessage(const QString& text, int ms)
 void CStreamPlayWindowWithTask::UpdateChildren()
 {
     const QRect r = rect();
-    const bool playing = m_decoder != nullptr;
+    const bool playing = m_bPreviewing;
     m_pLiveViewWindow->setGeometry(r);
     m_pLiveViewWindow->setVisible(!playing);
     m_pVideo->setGeometry(r);

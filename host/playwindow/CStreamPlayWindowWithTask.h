@@ -44,13 +44,16 @@ public:
     void SetStreamSettings(const publicdatacontroller::StreamSettings& settings) { m_settings = settings; }
     QPushButton* GetCloseButton() const { return m_pCloseBtn; }
 
-    // Starts the live view of a camera found through the plugin; false (and
-    // the window left idle) when the camera is unknown or has no stream.
+    // Starts the live view of a camera found through the plugin. A camera the
+    // plugin does not know (or that has no stream) still takes the window,
+    // which says so until it is stopped; false only for an empty identifier.
     bool StartPreview(const std::string& cameraId, int iValue, int iReserved1, int iReserved2);
     // Starts a stream by URL (the camera identifier is only reported).
     bool StartPreviewUrl(const QString& url, const std::string& cameraId);
     void StopPreview();
-    bool IsPreviewing() const { return m_decoder != nullptr; }
+    bool IsPreviewing() const { return m_bPreviewing; }
+    // Previewing, and the stream is being fetched (the camera was found).
+    bool HasStream() const { return m_decoder != nullptr; }
     std::string GetPreviewCameraID() const { return m_strCameraID; }
     QString GetPreviewUrl() const { return m_strUrl; }
     int GetStartValue() const { return m_iStartValue; }
@@ -94,6 +97,7 @@ protected:
 private:
     void OnFrameReady(quint64 generation);
     void OnDecoderStatus(quint64 generation, int state, const QString& message);
+    void BeginPreview(const std::string& cameraId, const QString& url);
     void ShowMessage(const QString& text, int ms = 0);
     void UpdateChildren();
 
@@ -105,6 +109,7 @@ private:
     std::string m_strCameraID;
     QString m_strUrl;
     int m_iStartValue = 0;
+    bool m_bPreviewing = false;
     bool m_bSound = false;
     bool m_bSelected = false;
     bool m_bMaximized = false;

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QFile>
 #include <QMimeData>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -166,9 +167,11 @@ TEST_F(LiveViewTest, DropRules)
     EXPECT_EQ(restarts, 0);
     EXPECT_EQ(view->SelectedWindow(), Window(0));
 
-    // A camera the model does not know leaves the window idle.
+    // A camera the model does not know takes the window, which says so.
     Drop(2, QStringLiteral("g"), QStringLiteral("NOPE"));
-    EXPECT_FALSE(Window(2)->IsPreviewing());
+    EXPECT_TRUE(Window(2)->IsPreviewing());
+    EXPECT_FALSE(Window(2)->HasStream());
+    EXPECT_FALSE(Window(2)->MessageText().isEmpty());
 }
 
 TEST_F(LiveViewTest, CameraInTwoWindowsKeepsItsPlayingIcon)
@@ -208,15 +211,22 @@ TEST_F(LiveViewTest, SelectFreeWindowTakesTheFirstIdleInDisplayOrder)
         EXPECT_FALSE(w->IsPreviewing());
 }
 
-TEST_F(LiveViewTest, RestoreSkipsEmptyAndUnknownIdentifiers)
+TEST_F(LiveViewTest, RestoreSkipsEmptyAndKeepsUnknownIdentifiers)
 {
     Build(2);
     view->restorePlayingCameras({QString(), QStringLiteral("GONE"), QStringLiteral("CAM4"), QStringLiteral("CAM5"),
         QStringLiteral("CAM2")});
     EXPECT_FALSE(Window(0)->IsPreviewing());
-    EXPECT_FALSE(Window(1)->IsPreviewing());
+    // A camera that has left the model keeps its window (and its place in the saved state).
+    EXPECT_TRUE(Window(1)->IsPreviewing());
+    EXPECT_FALSE(Window(1)->HasStream());
     EXPECT_EQ(Window(2)->GetPreviewCameraID(), "CAM4");
+    EXPECT_TRUE(Window(2)->HasStream());
     EXPECT_EQ(Window(3)->GetPreviewCameraID(), "CAM5");
+    EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"GONE", "CAM4", "CAM5"}));
+    // Closing it frees the window.
+    Window(1)->GetCloseButton()->click();
+    EXPECT_FALSE(Window(1)->IsPreviewing());
     EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"CAM4", "CAM5"}));
 }
 
