@@ -1,6 +1,7 @@
 #include "ui/BTShowLiveView.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDropEvent>
 #include <QFile>
 #include <QHBoxLayout>
@@ -128,7 +129,12 @@ BTShowLiveView::~BTShowLiveView()
 
 QString BTShowLiveView::FirstRunMarkerPath()
 {
-    return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + QStringLiteral("BodyTemperatureLiveView.ini");
+    // One marker per host configuration: a client set up anew (another
+    // configuration file) starts with live video again.
+    const QByteArray config = clientcommonlogical::CConfigMgr::Instance()->FilePath().toUtf8();
+    const QString key = QString::fromLatin1(QCryptographicHash::hash(config, QCryptographicHash::Sha1).toHex().left(12));
+    return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + QStringLiteral("BodyTemperatureLiveView-")
+        + key + QStringLiteral(".ini");
 }
 
 void BTShowLiveView::SetCameraTree(CBTViewTree* tree)

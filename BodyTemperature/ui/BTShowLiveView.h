@@ -50,8 +50,9 @@ public:
     void SetCameraTree(CBTViewTree* tree);
 
     // Opens camera i of the list in play window i (empty identifiers skipped).
-    // On the page's very first run (no state saved yet) an empty list opens the
-    // first cameras of the model instead, so the page starts with live video.
+    // On the page's first run (before live view was ever stopped as a whole, by
+    // saveState or the stop-all button) an empty list opens the first cameras
+    // of the model instead, so the page starts with live video.
     void restorePlayingCameras(const QStringList& cameraIds);
     void stopAllLiveView();
     void SelectFreeWindow();
@@ -76,7 +77,8 @@ public:
     CSelectBoder* SelectBoder() const { return m_pSelectBoder; }
 
     void OnVideoSystemConfigChanged() override;
-    // Where a "first run" is remembered (a file in the component folder).
+    // Where the end of the first run is remembered (a file in the component
+    // folder, one per host configuration file).
     static QString FirstRunMarkerPath();
 
 signals:
