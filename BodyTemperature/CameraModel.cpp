@@ -1,5 +1,6 @@
 #include "CameraModel.h"
 
+#include <QHash>
 #include <QIcon>
 #include <QPixmap>
 
@@ -91,7 +92,12 @@ void CameraModel::UpdateCameraIcon(const QModelIndex& index, bool playing)
     else
         icon = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
     setData(index, playing, PlayingRole);
-    setData(index, QIcon(icon), Qt::DecorationRole);
+    // Three pictures shared by every row.
+    static QHash<QString, QIcon> icons;
+    auto it = icons.find(icon);
+    if (it == icons.end())
+        it = icons.insert(icon, QIcon(icon));
+    setData(index, it.value(), Qt::DecorationRole);
     setData(index, icon, IconPathRole);
 }
 

@@ -35,6 +35,20 @@ CBTViewTree::CBTViewTree(QWidget* parent) : aiguitoolkit::CAIExpandTreeView(pare
 
 CBTViewTree::~CBTViewTree() = default;
 
+void CBTViewTree::setModel(QAbstractItemModel* model)
+{
+    if (this->model() != nullptr)
+        disconnect(this->model(), nullptr, this, nullptr);
+    aiguitoolkit::CAIExpandTreeView::setModel(model);
+    if (model == nullptr)
+        return;
+    expandAll();
+    connect(model, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& parent, int first, int last) {
+        for (int r = first; r <= last; ++r)
+            expand(this->model()->index(r, 0, parent));
+    });
+}
+
 void CBTViewTree::OnItemClicked(const QModelIndex& index, VantorGUIToolkit::CItemDataRole enumTypeRole)
 {
     if (index.data(UiDataController::RoleNodeType).toInt() == UiDataController::NodeCamera

@@ -21,6 +21,9 @@ public:
     explicit CBTViewTree(QWidget* parent = nullptr);
     ~CBTViewTree() override;
 
+    // Areas open as they appear, so every camera is in view.
+    void setModel(QAbstractItemModel* model) override;
+
     // Keeps the camera's playing icon in step with a live-view event.
     void UpdateCameraState(const CLiveViewEvent& eventLiveView);
 
