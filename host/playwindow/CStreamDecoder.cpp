@@ -158,6 +158,25 @@ bool CStreamDecoder::EnableSound(bool on)
     return true;
 }
 
+QImage& CStreamDecoder::PooledImage(int w, int h)
+{
+    // A picture is reused once nobody else holds it (the window has moved on
+    // to a newer one), which saves an allocation and page faults per picture.
+    for (QImage& img : m_pool) {
+        if (img.isDetached() && img.width() == w && img.height() == h)
+            return img;
+    }
+    for (QImage& img : m_pool) {
+        if (img.isNull() || img.isDetached()) {
+            img = QImage(w, h, QImage::Format_RGB32);
+            return img;
+        }
+    }
+    // Every picture is still held: the window is behind. Replace the oldest slot.
+    m_pool[0] = QImage(w, h, QImage::Format_RGB32);
+    return m_pool[0];
+}
+
 int CStreamDecoder::InterruptCallback(void* opaque)
 {
     auto* self = static_cast<CStreamDecoder*>(opaque);
@@ -313,10 +332,12 @@ bool CStreamDecoder::RunOnce(QString& failure)
                 if (sws_getColorspaceDetails(s.sws, &invTable, &srcRange, &table, &dstRange, &b, &c, &sat) >= 0
                     && srcRange != int(fullRange))
                     sws_setColorspaceDetails(s.sws, coeffs, fullRange ? 1 : 0, coeffs, 1, b, c, sat);
-                QImage img(w, h, QImage::Format_RGB32);
-                uint8_t* dst[4] = {img.bits(), nullptr, nullptr, nullptr};
-                int dstStride[4] = {static_cast<int>(img.bytesPerLine()), 0, 0, 0};
+                // Written in place (the pool holds the only reference), then shared with the window.
+                QImage& pooled = PooledImage(w, h);
+                uint8_t* dst[4] = {pooled.bits(), nullptr, nullptr, nullptr};
+                int dstStride[4] = {static_cast<int>(pooled.bytesPerLine()), 0, 0, 0};
                 sws_scale(s.sws, s.frame->data, s.frame->linesize, 0, s.frame->height, dst, dstStride);
+                QImage img = pooled;
                 av_frame_unref(s.frame);
                 ++m_decoded;
                 badInARow = 0;

@@ -64,6 +64,7 @@ private:
     bool RunOnce(QString& failure);
     bool WaitBackoff(int ms);
     static int InterruptCallback(void* opaque);
+    QImage& PooledImage(int w, int h);
     void ArmDeadline(int ms);
 
     const QString m_url;
@@ -77,6 +78,7 @@ private:
     std::mutex m_frameMutex;
     QImage m_frame;
     std::atomic<bool> m_framePending{false};
+    QImage m_pool[3];  // decode thread only
     std::atomic<uint64_t> m_targetSize{0};  // width << 32 | height
 
     std::atomic<bool> m_bHasAudio{false};
