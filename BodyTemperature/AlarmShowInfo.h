@@ -2,11 +2,13 @@
 // The display record the information display builds for each alarm; every
 // card keeps its own copy (pictures are shared, not copied).
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "protocol/IntelAlarmInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
+#include "ui/ShowCard/CEventPictures.h"
 
 namespace BodyTemperature {
 
@@ -33,6 +35,10 @@ struct AlarmShowInfo {
     protocol::IntelAlarmFaceInfo faceInfo;
     std::vector<protocol::IntelAlarmFaceInfo> faceInfoList;
 
+    // Decoded pictures of this event, shared by every copy so that all its
+    // cards decode each picture once (see CEventPictures).
+    mutable std::shared_ptr<CEventPictures> pictures = std::make_shared<CEventPictures>();
+
     // Identifier, texts, event block and faces of the record; display codes
     // keep their defaults and the second identifier stays empty.
     static AlarmShowInfo FromRecord(const publicdatacontroller::IntelAlarmEventInfo& r)
@@ -52,6 +58,13 @@ struct AlarmShowInfo {
         s.faceInfo = r.faceInfo;
         s.faceInfoList = r.faceInfoList;
         return s;
+    }
+
+    CEventPictures& Pictures() const
+    {
+        if (!pictures)
+            pictures = std::make_shared<CEventPictures>();
+        return *pictures;
     }
 
     bool isCaptureKind() const { return kind == 3 || kind == 4; }

@@ -1,17 +1,177 @@
 #include "ui/ShowCard/CPopUpUnit.h"
 
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpacerItem>
+#include <QStyle>
+
+#include "ui/ShowCard/CardStyle.h"
+
 namespace BodyTemperature {
+
+namespace {
+
+void SetBold(QWidget* w)
+{
+    QFont f = w->font();
+    f.setBold(true);
+    w->setFont(f);
+}
+
+void Repolish(QWidget* w)
+{
+    w->style()->unpolish(w);
+    w->style()->polish(w);
+}
+
+} // namespace
 
 CPopUpUnit::CPopUpUnit(QWidget* parent) : CAlarmUnit(parent)
 {
     setFixedSize(630, 468);
+
+    m_pCloseBtn = new QPushButton(this);
+    m_pCloseBtn->setObjectName(QStringLiteral("m_pCloseBtn"));
+    m_pCloseBtn->setToolTip(tr("Close"));
+    m_pCloseBtn->setCursor(Qt::PointingHandCursor);
+    connect(m_pCloseBtn, &QPushButton::clicked, this, &CPopUpUnit::onClose);
+
+    m_pBigTemperatureLabel = new QLabel(this);
+    m_pBigTemperatureLabel->setAlignment(Qt::AlignCenter);
+    m_pBigTemperatureLabel->hide();
+
+    m_pBigMaskIconLabel = new QLabel(m_pMaskRow);
+    m_pBigMaskIconLabel->setFixedSize(32, 32);
+    m_pBigMaskIconLabel->hide();
+
+    m_pMaskRowLayout = new QHBoxLayout(m_pMaskRow);
+    m_pMaskRowLayout->setContentsMargins(0, 0, 4, 0);
+    m_pMaskRowLayout->setSpacing(4);
+    m_pMaskRowLayout->addWidget(m_pMaskTextLabel);
+    m_pMaskRowLayout->addWidget(m_pBigMaskIconLabel);
+    m_pMaskRowLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Expanding, QSizePolicy::Minimum));
 }
 
 CPopUpUnit::~CPopUpUnit() = default;
 
+QString CPopUpUnit::BigUnitText(uint32_t unitCode)
+{
+    switch (unitCode) {
+    case 0: return tr("DegreeC");
+    case 1: return tr("DegreeF");
+    case 2: return tr("xYyCxaTr");
+    default: return QString();
+    }
+}
+
 void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
+    // The list cards' temperature-capture background is drawn for their size;
+    // the pop-up keeps its own alarm frame whatever event it shows.
+    setStyleSheet(QString());
+
+    if (m_info.popType == 1 || m_info.popType == 2) {
+        const bool red = m_info.popType == 1;
+        const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
+        setObjectName(QStringLiteral("Cmp_PopUp_") + colour);
+        m_pDetailBtn->setObjectName(QStringLiteral("DetailBtn_Cmp_PopUp_") + colour);
+        const QString title = QLatin1Char('[')
+            + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
+        m_pNameLabel->setObjectName(QStringLiteral("m_pName%1Big").arg(colour));
+        m_pSimilarityLabel->setObjectName(QStringLiteral("m_pSimilarity%1Big").arg(colour));
+        m_pMaskTextLabel->setObjectName(QStringLiteral("m_pFacelibName%1Big").arg(colour));
+        m_pCameraLabel->setObjectName(QStringLiteral("m_pCamera%1Big").arg(colour));
+        m_pTimeLabel->setObjectName(QStringLiteral("m_pTime%1Big").arg(colour));
+        Repolish(this);
+        Repolish(m_pDetailBtn);
+        setFixedSize(630, 468);
+        // The card is refilled for every pop-up: one title label at a time.
+        delete m_pTitleLabel;
+        m_pTitleLabel = new QLabel(title, this);
+        m_pTitleLabel->setObjectName(red ? QStringLiteral("m_pStaPopUpName") : QStringLiteral("m_pStaPopUpNameYellow"));
+        m_pTitleLabel->setAlignment(Qt::AlignCenter);
+    }
+
+    const bool capture = m_info.isCaptureKind();
+    m_pFacePicLabel->setGeometry(34, 124, 182, 242);
+    m_pFacePicLabel->show();
+    m_pSecondPicLabel->setGeometry(230, 124, 182, 242);
+    m_pSecondPicLabel->setVisible(!capture);
+    if (m_pTitleLabel)
+        m_pTitleLabel->setGeometry(188, 27, 254, 40);
+    m_pBigTemperatureLabel->setGeometry(102, 124, 256, 50);
+    m_pBigTemperatureLabel->hide();
+    m_pBigMaskIconLabel->hide();
+    const int textX = capture ? 352 : 452;
+    const int textW = capture ? 242 : 142;
+    const Qt::Alignment leftCentre = Qt::AlignLeft | Qt::AlignVCenter;
+    m_pNameLabel->setGeometry(textX, 146, textW, 40);
+    m_pNameLabel->setAlignment(leftCentre);
+    m_pSimilarityLabel->setGeometry(172, 220, 100, 52);
+    m_pSimilarityLabel->setAlignment(Qt::AlignCenter);
+    m_pMaskRow->setGeometry(textX, 202, capture ? 242 : 140, 40);
+    m_pMaskRow->show();
+    m_pMaskTextLabel->setFixedHeight(40);
+    m_pMaskTextLabel->setMaximumWidth(capture ? 202 : 100);
+    m_pMaskTextLabel->setAlignment(leftCentre);
+    m_pCameraLabel->setGeometry(textX, 260, textW, 40);
+    m_pCameraLabel->setAlignment(leftCentre);
+    m_pTimeLabel->setGeometry(textX, 322, textW, 40);
+    m_pTimeLabel->setAlignment(leftCentre);
+    m_pDetailBtn->setGeometry(34, 390, 564, 48);
+    m_pDetailBtn->show();
+    m_pCloseBtn->setGeometry(594, 30, 24, 24);
+    m_pCloseBtn->show();
+
+    if (capture) {
+        m_pSimilarityLabel->hide();
+        if (!m_info.faceInfoList.empty() && m_info.faceInfoList.front().TemperatureEnabled == 1) {
+            const protocol::IntelAlarmFaceInfo& face = m_info.faceInfoList.front();
+            CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
+                                             CardStyle::TemperatureText(face.Temperature),
+                                             BigUnitText(face.TemperatureUnit), true);
+        }
+        if (m_info.popType == 0 || m_info.popType == 1)
+            setObjectName(QStringLiteral("Snap_PopUp_Red"));
+        else if (m_info.popType == 2)
+            setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
+    } else {
+        Repolish(m_pSimilarityLabel);
+        const double similarity = m_info.alarmInfo.comparison.similarity;
+        if (similarity != 0.0) {
+            m_pSimilarityLabel->setText(CardStyle::SimilarityText(similarity));
+            m_pSimilarityLabel->show();
+        } else {
+            m_pSimilarityLabel->hide();
+        }
+        const protocol::ThermometryInfo& thermometry = m_info.alarmInfo.thermometry;
+        if (thermometry.TemperatureEnabled == 1)
+            CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
+                                             CardStyle::TemperatureText(thermometry.Temperature),
+                                             BigUnitText(thermometry.TemperatureUnit), true);
+    }
+
+    CardStyle::ApplyBigMaskIcon(m_pBigMaskIconLabel, m_info.maskType);
+
+    Repolish(m_pNameLabel);
+    Repolish(m_pMaskTextLabel);
+    Repolish(m_pTimeLabel);
+    Repolish(m_pCameraLabel);
+    Repolish(this);
+    m_pBigTemperatureLabel->raise();
+    m_pSimilarityLabel->raise();
+    update();
+
+    SetBold(m_pNameLabel);
+    SetBold(m_pSimilarityLabel);
+    SetBold(m_pDetailBtn);
+    if (m_pTitleLabel) {
+        SetBold(m_pTitleLabel);
+        m_pTitleLabel->show();
+    }
 }
 
 void CPopUpUnit::onClose()

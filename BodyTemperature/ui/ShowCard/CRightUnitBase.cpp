@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "Base/Log.h"
+
 namespace BodyTemperature {
 
 CRightUnitBase::CRightUnitBase(QWidget* parent) : QFrame(parent)
@@ -12,10 +14,22 @@ CRightUnitBase::CRightUnitBase(QWidget* parent) : QFrame(parent)
     m_pCameraLabel = new QLabel(this);
     m_pDetailBtn = new QPushButton(tr("ViewDetails"), this);
     m_pDetailBtn->setFlat(true);
+    m_pDetailBtn->setCursor(Qt::PointingHandCursor);
     connect(m_pDetailBtn, &QPushButton::clicked, this, &CRightUnitBase::onDetailesBtnClicked);
 }
 
-CRightUnitBase::~CRightUnitBase() = default;
+CRightUnitBase::~CRightUnitBase()
+{
+    BASE_LOG_DEBUG("CRightUnitBase Destruct.");
+    delete m_pFacePicLabel;
+    m_pFacePicLabel = nullptr;
+    delete m_pTimeLabel;
+    m_pTimeLabel = nullptr;
+    delete m_pCameraLabel;
+    m_pCameraLabel = nullptr;
+    delete m_pDetailBtn;
+    m_pDetailBtn = nullptr;
+}
 
 void CRightUnitBase::onDetailesBtnClicked()
 {

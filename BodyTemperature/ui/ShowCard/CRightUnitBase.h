@@ -1,6 +1,8 @@
 #pragma once
-// Common base of the event cards of the right-hand list. Created, filled once
-// and owned by the information display (GUI thread).
+// Common base of the event cards of the right-hand list (alarm card, pop-up,
+// returning-person card): face picture, time, camera and a "ViewDetails"
+// button. Cards are created, filled once and owned by the information display
+// (GUI thread); each keeps its own copy of the record it shows.
 #include <QFrame>
 
 #include "AlarmShowInfo.h"
@@ -16,6 +18,7 @@ public:
     explicit CRightUnitBase(QWidget* parent = nullptr);
     ~CRightUnitBase() override;
 
+public slots:
     // Fills an alarm-type card; bLarge selects the big pictures of the pop-up.
     virtual void SetAlarmInfo(const AlarmShowInfo& info, bool bLarge) = 0;
     // Fills a returning-person card.
@@ -23,7 +26,6 @@ public:
     // Opens the detail view of the card's event.
     virtual void ShowDetails() = 0;
 
-public slots:
     void onDetailesBtnClicked();
 
 protected:

@@ -1,0 +1,166 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name>BodyTemperature::BTShowTitle</name>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>No Mask</translation>
+    </message>
+    <message>
+        <source>TemperatureAnomaliesWaPooFNo</source>
+        <translation>Abnormal</translation>
+    </message>
+    <message>
+        <source>TemperatureIsNormalLvoFXpTP</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>TheTotalNumberOfyDridGtt</source>
+        <translation>Total</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CAlarmUnit</name>
+    <message>
+        <source>AStranger</source>
+        <translation>Stranger</translation>
+    </message>
+    <message>
+        <source>DegreeC</source>
+        <translation>°C</translation>
+    </message>
+    <message>
+        <source>DegreeF</source>
+        <translation>°F</translation>
+    </message>
+    <message>
+        <source>FaceCaptured</source>
+        <translation>Face Captured</translation>
+    </message>
+    <message>
+        <source>FaceFail</source>
+        <translation>Comparison Failed</translation>
+    </message>
+    <message>
+        <source>FacePictureComparison</source>
+        <translation>Face Comparison</translation>
+    </message>
+    <message>
+        <source>FaceTemperatureCaptureJLMWvg</source>
+        <translation>Temperature Capture</translation>
+    </message>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>No Mask</translation>
+    </message>
+    <message>
+        <source>WearingAMask</source>
+        <translation>Masked</translation>
+    </message>
+    <message>
+        <source>xYyCxaTr</source>
+        <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CBTShowWidget</name>
+    <message>
+        <source>AlarmPopoverConfigurrXBbmhnE</source>
+        <translation>Alarm Pop-up Settings</translation>
+    </message>
+    <message>
+        <source>AlarmType</source>
+        <translation>Alarm Type</translation>
+    </message>
+    <message>
+        <source>InformationDisplayrMJyZHOJ</source>
+        <translation>Information Display</translation>
+    </message>
+    <message>
+        <source>TurnOnoffAlarmDisplaHyBGelcI</source>
+        <translation>Turn Alarm Display On/Off</translation>
+    </message>
+    <message>
+        <source>VoiceConfiguration</source>
+        <translation>Voice Settings</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CFrequenterUnit</name>
+    <message>
+        <source>NoDetails</source>
+        <translation>No details available.</translation>
+    </message>
+    <message>
+        <source>ObtainingDetailsFailed</source>
+        <translation>Failed to obtain the details.</translation>
+    </message>
+    <message>
+        <source>RegularCustomer</source>
+        <translation>Frequent Visitor</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CPopUpUnit</name>
+    <message>
+        <source>AbnormalTemperatureAbnPnaZOG</source>
+        <translation>Abnormal Temperature</translation>
+    </message>
+    <message>
+        <source>AlarmWithoutMaskxBDZWfBH</source>
+        <translation>No Mask Alarm</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>DegreeC</source>
+        <translation>°C</translation>
+    </message>
+    <message>
+        <source>DegreeF</source>
+        <translation>°F</translation>
+    </message>
+    <message>
+        <source>xYyCxaTr</source>
+        <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CRightUnitBase</name>
+    <message>
+        <source>ViewDetails</source>
+        <translation>View Details</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CSnapUnit</name>
+    <message>
+        <source>AddToFacePictureLibrary</source>
+        <translation>Add to Face Picture Library</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>EpidemicPreventionAnHjjMjujt</source>
+        <translation>Body Temperature Screening</translation>
+    </message>
+</context>
+<context>
+    <name>RightNoData</name>
+    <message>
+        <source>NoData</source>
+        <translation>No data</translation>
+    </message>
+</context>
+<context>
+    <name>WaitShowWid</name>
+    <message>
+        <source>Processing</source>
+        <translation>Processing...</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,166 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN">
+<context>
+    <name>BodyTemperature::BTShowTitle</name>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>TemperatureAnomaliesWaPooFNo</source>
+        <translation>体温异常</translation>
+    </message>
+    <message>
+        <source>TemperatureIsNormalLvoFXpTP</source>
+        <translation>体温正常</translation>
+    </message>
+    <message>
+        <source>TheTotalNumberOfyDridGtt</source>
+        <translation>总数</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CAlarmUnit</name>
+    <message>
+        <source>AStranger</source>
+        <translation>陌生人</translation>
+    </message>
+    <message>
+        <source>DegreeC</source>
+        <translation>℃</translation>
+    </message>
+    <message>
+        <source>DegreeF</source>
+        <translation>℉</translation>
+    </message>
+    <message>
+        <source>FaceCaptured</source>
+        <translation>人脸抓拍</translation>
+    </message>
+    <message>
+        <source>FaceFail</source>
+        <translation>比对失败</translation>
+    </message>
+    <message>
+        <source>FacePictureComparison</source>
+        <translation>人脸比对</translation>
+    </message>
+    <message>
+        <source>FaceTemperatureCaptureJLMWvg</source>
+        <translation>人脸测温抓拍</translation>
+    </message>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>WearingAMask</source>
+        <translation>佩戴口罩</translation>
+    </message>
+    <message>
+        <source>xYyCxaTr</source>
+        <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CBTShowWidget</name>
+    <message>
+        <source>AlarmPopoverConfigurrXBbmhnE</source>
+        <translation>报警弹窗配置</translation>
+    </message>
+    <message>
+        <source>AlarmType</source>
+        <translation>报警类型</translation>
+    </message>
+    <message>
+        <source>InformationDisplayrMJyZHOJ</source>
+        <translation>信息展示</translation>
+    </message>
+    <message>
+        <source>TurnOnoffAlarmDisplaHyBGelcI</source>
+        <translation>开启/关闭报警显示</translation>
+    </message>
+    <message>
+        <source>VoiceConfiguration</source>
+        <translation>语音配置</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CFrequenterUnit</name>
+    <message>
+        <source>NoDetails</source>
+        <translation>暂无详情</translation>
+    </message>
+    <message>
+        <source>ObtainingDetailsFailed</source>
+        <translation>获取详情失败</translation>
+    </message>
+    <message>
+        <source>RegularCustomer</source>
+        <translation>熟客</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CPopUpUnit</name>
+    <message>
+        <source>AbnormalTemperatureAbnPnaZOG</source>
+        <translation>体温异常</translation>
+    </message>
+    <message>
+        <source>AlarmWithoutMaskxBDZWfBH</source>
+        <translation>未戴口罩报警</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>DegreeC</source>
+        <translation>℃</translation>
+    </message>
+    <message>
+        <source>DegreeF</source>
+        <translation>℉</translation>
+    </message>
+    <message>
+        <source>xYyCxaTr</source>
+        <translation>K</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CRightUnitBase</name>
+    <message>
+        <source>ViewDetails</source>
+        <translation>查看详情</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CSnapUnit</name>
+    <message>
+        <source>AddToFacePictureLibrary</source>
+        <translation>添加到人脸库</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>EpidemicPreventionAnHjjMjujt</source>
+        <translation>体温筛查</translation>
+    </message>
+</context>
+<context>
+    <name>RightNoData</name>
+    <message>
+        <source>NoData</source>
+        <translation>暂无数据</translation>
+    </message>
+</context>
+<context>
+    <name>WaitShowWid</name>
+    <message>
+        <source>Processing</source>
+        <translation>处理中...</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,147 @@
+#include "ui/ShowCard/CEventPictures.h"
+
+#include <deque>
+
+#include "ui/ShowCard/PictureDecoder.h"
+
+namespace BodyTemperature {
+
+namespace {
+
+bool SameRect(const protocol::PictureRect& a, const protocol::PictureRect& b)
+{
+    return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
+}
+
+std::mutex g_recentMutex;
+std::deque<std::weak_ptr<CEventPictures>> g_recent;
+
+} // namespace
+
+PictureSource CEventPictures::FaceSourceOf(const protocol::IntelAlarmFaceInfo& block)
+{
+    PictureSource source;
+    if (block.SubPic.isEmpty() || block.bNoSubPic) {
+        source.bytes = block.bkPic;
+        if (!block.faceRects.empty() && !block.faceRects.front().isWhole()) {
+            source.crop = block.faceRects.front();
+            source.cropped = true;
+        }
+    } else {
+        source.bytes = block.SubPic;
+    }
+    return source;
+}
+
+CEventPictures::Entry& CEventPictures::EntryFor(const PictureSource& source)
+{
+    for (Entry& e : m_entries) {
+        if (e.bytes.constData() == source.bytes.constData() && e.bytes.size() == source.bytes.size()
+            && e.cropped == source.cropped && (!e.cropped || SameRect(e.crop, source.crop)))
+            return e;
+    }
+    Entry e;
+    e.bytes = source.bytes;
+    e.crop = source.crop;
+    e.cropped = source.cropped;
+    m_entries.push_back(std::move(e));
+    return m_entries.back();
+}
+
+void CEventPictures::DecodeInto(Entry& entry)
+{
+    ++m_iDecodeCount;
+    entry.decoded = true;
+    if (!entry.cropped) {
+        entry.image = PictureDecoder::Decode(entry.bytes);
+    } else {
+        const QSize size = PictureDecoder::DeclaredSize(entry.bytes);
+        const QRect rect = PictureDecoder::CropRectFor(size, entry.crop);
+        // An empty rectangle keeps the whole picture, as a pixmap copy would.
+        entry.image = rect.isEmpty() ? PictureDecoder::Decode(entry.bytes)
+                                     : PictureDecoder::DecodeRegion(entry.bytes, rect);
+    }
+    entry.failed = entry.image.isNull();
+}
+
+QImage CEventPictures::Image(const PictureSource& source)
+{
+    if (source.isEmpty())
+        return QImage();
+    QImage result;
+    bool fresh = false;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        Entry& entry = EntryFor(source);
+        if (!entry.failed && entry.image.isNull()) {
+            DecodeInto(entry);
+            fresh = !entry.failed;
+        }
+        result = entry.image;
+    }
+    if (fresh)
+        NoteRecentlyDecoded();
+    return result;
+}
+
+QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
+{
+    if (source.isEmpty())
+        return QPixmap();
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        Entry& entry = EntryFor(source);
+        if (entry.failed)
+            return QPixmap();
+        for (const auto& s : entry.scaled)
+            if (s.first == size)
+                return s.second;
+    }
+    const QImage image = Image(source);
+    if (image.isNull())
+        return QPixmap();
+    const QPixmap pixmap = QPixmap::fromImage(image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    std::lock_guard<std::mutex> lock(m_mutex);
+    EntryFor(source).scaled.emplace_back(size, pixmap);
+    return pixmap;
+}
+
+int CEventPictures::DecodeCount() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_iDecodeCount;
+}
+
+void CEventPictures::ReleaseImages()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    for (Entry& e : m_entries)
+        e.image = QImage();
+}
+
+void CEventPictures::NoteRecentlyDecoded()
+{
+    std::weak_ptr<CEventPictures> self = weak_from_this();
+    if (self.expired())
+        return;  // not shared by records: nothing to bound
+    std::shared_ptr<CEventPictures> evicted;
+    {
+        std::lock_guard<std::mutex> lock(g_recentMutex);
+        for (auto it = g_recent.begin(); it != g_recent.end();) {
+            auto p = it->lock();
+            if (!p || p.get() == this)
+                it = g_recent.erase(it);
+            else
+                ++it;
+        }
+        g_recent.push_back(self);
+        if (static_cast<int>(g_recent.size()) > kKeptEvents) {
+            evicted = g_recent.front().lock();
+            g_recent.pop_front();
+        }
+    }
+    if (evicted)
+        evicted->ReleaseImages();
+}
+
+} // namespace BodyTemperature

@@ -1,0 +1,114 @@
+#include "ui/ShowCard/CardStyle.h"
+
+#include <QLabel>
+#include <QStyle>
+#include <cmath>
+#include <cstdlib>
+
+namespace BodyTemperature {
+namespace CardStyle {
+
+QString LevelColour(uint32_t alarmType)
+{
+    switch (alarmType) {
+    case 0: return QStringLiteral("Red");
+    case 1: return QStringLiteral("Yellow");
+    case 2: return QStringLiteral("Blue");
+    case 3: return QStringLiteral("Green");
+    default: return QString();
+    }
+}
+
+void Rename(QWidget* w, const QString& objectName)
+{
+    if (!w || w->objectName() == objectName)
+        return;
+    w->setObjectName(objectName);
+    w->style()->unpolish(w);
+    w->style()->polish(w);
+}
+
+QString SimilarityText(double similarity)
+{
+    return QString::number(static_cast<int>(std::trunc(similarity * 100 + 0.5))) + QLatin1Char('%');
+}
+
+QString TemperatureText(double temperature)
+{
+    return QString::number(temperature, 'f', 1);
+}
+
+namespace {
+
+// Pictures by state code 0..2 (red, yellow, green); other codes have none.
+const char* const kMask16[] = {":/icons/Images/BodyTemperature/icons/R-mask16.png",
+                               ":/icons/Images/BodyTemperature/icons/Y-mask16.png",
+                               ":/icons/Images/BodyTemperature/icons/G-mask16.png"};
+const char* const kMask32[] = {":/icons/Images/BodyTemperature/icons/R-mask32.png",
+                               ":/icons/Images/BodyTemperature/icons/Y-mask32.png",
+                               ":/icons/Images/BodyTemperature/icons/G-mask32.png"};
+const char* const kBadge[] = {":/icons/Images/BodyTemperature/icons/R-temp.png",
+                              ":/icons/Images/BodyTemperature/icons/Y-temp.png",
+                              ":/icons/Images/BodyTemperature/icons/G-temp.png"};
+const char* const kBigBadge[] = {":/icons/Images/BodyTemperature/icons/R-temp1.png",
+                                 ":/icons/Images/BodyTemperature/icons/Y-temp1.png",
+                                 ":/icons/Images/BodyTemperature/icons/G-temp1.png"};
+
+QString ByState(const char* const (&pictures)[3], uint32_t state)
+{
+    return state < 3 ? QString::fromLatin1(pictures[state]) : QString();
+}
+
+} // namespace
+
+void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
+{
+    if (!icon || maskState == 3)
+        return;
+    const QString picture = ByState(kMask16, maskState);
+    if (picture.isEmpty()) {
+        icon->hide();
+        return;
+    }
+    icon->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture + QStringLiteral(");}"));
+    icon->show();
+}
+
+void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState)
+{
+    if (!icon)
+        return;
+    const QString picture = ByState(kMask32, maskState);
+    if (picture.isEmpty()) {
+        icon->hide();
+        return;
+    }
+    icon->setStyleSheet(QStringLiteral("border-image: url(") + picture + QStringLiteral(");"));
+    icon->show();
+}
+
+void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QString& temperatureText,
+                           const QString& unitText, bool big)
+{
+    if (!badge || temperatureState == 3)
+        return;
+    const QString picture = ByState(big ? kBigBadge : kBadge, temperatureState);
+    if (big)
+        badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
+                             + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:32px;color: #FFFFFF;"
+                                              "letter-spacing: 1.78px;}"));
+    else
+        badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
+                             + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:18px;color: #FFFFFF;"
+                                              "letter-spacing: 0.89px;}"));
+    const double value = std::atof(temperatureText.toUtf8().constData());
+    if (value == 65535.0) {
+        badge->hide();
+        return;
+    }
+    badge->setText(TemperatureText(value) + QLatin1Char(' ') + unitText);
+    badge->show();
+}
+
+} // namespace CardStyle
+} // namespace BodyTemperature

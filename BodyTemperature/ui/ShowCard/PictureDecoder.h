@@ -1,0 +1,40 @@
+#pragma once
+// Decoding of the encoded pictures that arrive with face events (JPEG from
+// the devices, any format QImage reads otherwise), with a size check made on
+// the header before any pixel memory is allocated.
+//
+// Pure functions, callable from any thread; the results are plain QImages.
+#include <QByteArray>
+#include <QImage>
+#include <QRect>
+#include <QSize>
+
+#include "protocol/IntelAlarmInfo.h"
+
+namespace BodyTemperature {
+namespace PictureDecoder {
+
+// Pictures above these are refused like undecodable ones: a hostile or broken
+// header must not make a card allocate gigabytes.
+constexpr int kMaxSide = 8192;
+constexpr qint64 kMaxPixels = 40LL * 1000 * 1000;
+
+// The size the header declares; an invalid size when the header cannot be read.
+QSize DeclaredSize(const QByteArray& bytes);
+bool IsSizeAllowed(const QSize& size);
+
+// The pixel rectangle of a face rectangle on a picture of the given size:
+// each coordinate truncated from size * fraction.
+QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect);
+
+// Decodes the whole picture; a null image when it is undecodable or too big
+// (the refusal is logged).
+QImage Decode(const QByteArray& bytes);
+
+// The rectangle `crop` (pixels of the whole picture) of the picture, equal
+// pixel for pixel to Decode(bytes).copy(crop). For a JPEG only the rows and
+// columns around the rectangle are decoded. A null image on failure or refusal.
+QImage DecodeRegion(const QByteArray& bytes, const QRect& crop);
+
+} // namespace PictureDecoder
+} // namespace BodyTemperature

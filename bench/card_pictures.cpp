@@ -1,0 +1,227 @@
+// Pictures of one event's cards (capture card 118 x 113, alarm card 120 x 160,
+// pop-up 182 x 242) from a 1920 x 1080 scene JPEG without a separate face
+// picture, two ways in the same run:
+//   (a) naive: decode the whole scene once per card, cut the face, scale;
+//   (b) ours:  one shared decode per event of only the face region, scaled per card.
+// Then the full card cycle per event (create, fill, insert, trim the oldest,
+// paint) with the module style sheet.
+//
+//   card_pictures [events]                 timings of (a), (b) and the card cycle
+//   card_pictures --only naive|ours N [noiseShift]   just one path, for instruction counts:
+//   valgrind --tool=callgrind --collect-atstart=no card_pictures --only ours 5 29
+#include <QApplication>
+#include <QBoxLayout>
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPainter>
+#include <QPixmap>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <valgrind/callgrind.h>
+#include <vector>
+
+#include "AlarmShowInfo.h"
+#include "ui/ShowCard/CAlarmUnit.h"
+#include "ui/ShowCard/CPopUpUnit.h"
+#include "ui/ShowCard/CSnapUnit.h"
+
+using namespace BodyTemperature;
+
+namespace {
+
+const QSize kSizes[] = {QSize(118, 113), QSize(120, 160), QSize(182, 242)};
+const protocol::PictureRect kFace{0.42, 0.25, 0.12, 0.30};
+
+// A camera-like scene: smooth shading, pixel noise and a person. The noise
+// sets how much entropy-coded data the JPEG carries, which is what the
+// region decode cannot skip: noiseShift 29 gives about 150 KB (a typical
+// device scene picture), 28 about 280 KB, 27 about 500 KB (very noisy).
+QByteArray MakeScene(int noiseShift)
+{
+    QImage img(1920, 1080, QImage::Format_RGB32);
+    quint32 seed = 7;
+    for (int y = 0; y < img.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(img.scanLine(y));
+        for (int x = 0; x < img.width(); ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            const int n = static_cast<int>(seed >> noiseShift);
+            line[x] = qRgb(qBound(0, 90 + y / 12 + n, 255), qBound(0, 100 + x / 30 + n, 255), qBound(0, 110 + n, 255));
+        }
+    }
+    QPainter p(&img);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setBrush(QColor(60, 70, 120));
+    p.drawRoundedRect(QRectF(720, 560, 480, 520), 80, 80);
+    p.setBrush(QColor(226, 186, 150));
+    p.drawEllipse(QRectF(840, 300, 200, 280));
+    p.end();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    img.save(&buffer, "JPEG", 85);
+    return bytes;
+}
+
+AlarmShowInfo MakeEvent(const QByteArray& scene, int i)
+{
+    AlarmShowInfo info;
+    info.kind = 4;
+    info.popType = 1;
+    info.alarmType = static_cast<uint32_t>(i % 4);
+    info.maskType = 2;
+    info.temperatureType = 0;
+    info.captureTime = 1700000000 + i;
+    info.cameraName = "Lobby";
+    protocol::IntelAlarmFaceInfo face;
+    face.bkPic = scene;
+    face.bNoSubPic = true;
+    face.faceRects.push_back(kFace);
+    face.TemperatureEnabled = 1;
+    face.Temperature = 37.9;
+    info.faceInfoList.push_back(face);
+    info.alarmInfo.thermometry.TemperatureEnabled = 1;
+    info.alarmInfo.thermometry.Temperature = 37.9;
+    return info;
+}
+
+// (a): what a card does on its own: full decode, cut, scale.
+qint64 NaiveEvent(const QByteArray& scene)
+{
+    qint64 sink = 0;
+    for (const QSize& size : kSizes) {
+        QPixmap full;
+        full.loadFromData(scene);
+        const QRect crop(static_cast<int>(full.width() * kFace.x), static_cast<int>(full.height() * kFace.y),
+                         static_cast<int>(full.width() * kFace.width), static_cast<int>(full.height() * kFace.height));
+        sink += full.copy(crop).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).cacheKey() & 1;
+    }
+    return sink;
+}
+
+// (b): one record per event, its cards share the decode.
+qint64 OursEvent(const QByteArray& scene)
+{
+    AlarmShowInfo info = MakeEvent(scene, 0);
+    const PictureSource source = CEventPictures::FaceSourceOf(info.faceInfoList.front());
+    qint64 sink = 0;
+    for (const QSize& size : kSizes) {
+        AlarmShowInfo cardCopy = info;  // each card keeps its own copy of the record
+        sink += cardCopy.Pictures().Scaled(source, size).cacheKey() & 1;
+    }
+    return sink;
+}
+
+double Median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+void CardCycle(const QByteArray& scene, int events)
+{
+    QWidget page;
+    page.setObjectName(QStringLiteral("BTShowWidget"));
+    QFile qss(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
+    qss.open(QIODevice::ReadOnly);
+    page.setStyleSheet(QString::fromUtf8(qss.readAll()));
+    page.resize(1920, 1080);
+    auto* list = new QWidget(&page);
+    list->setGeometry(1500, 0, 400, 5000);
+    auto* listLayout = new QBoxLayout(QBoxLayout::BottomToTop, list);
+    listLayout->setContentsMargins(0, 0, 0, 0);
+    listLayout->setSpacing(12);
+    listLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding));
+    auto* strip = new QWidget(&page);
+    strip->setObjectName(QStringLiteral("m_pBottomWidget"));
+    strip->setGeometry(0, 900, 1500, 158);
+    auto* stripLayout = new QHBoxLayout(strip);
+    stripLayout->setDirection(QBoxLayout::RightToLeft);
+    stripLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Expanding, QSizePolicy::Minimum));
+    auto* pop = new CPopUpUnit(&page);
+    page.show();
+    QImage canvas(1920, 1080, QImage::Format_RGB32);
+
+    std::vector<double> perEvent;
+    for (int i = 0; i < events; ++i) {
+        QElapsedTimer t;
+        t.start();
+        const AlarmShowInfo info = MakeEvent(scene, i);
+        auto* snap = new CSnapUnit(strip);
+        snap->SetAlarmInfo(info);
+        stripLayout->addWidget(snap);
+        if (stripLayout->count() > 11) {  // the strip keeps what fits its width
+            QLayoutItem* oldest = stripLayout->takeAt(1);
+            delete oldest->widget();
+            delete oldest;
+        }
+        auto* card = new CAlarmUnit(list);
+        card->SetIsSnap(true);
+        card->SetAlarmInfo(info, false);
+        listLayout->addWidget(card);
+        if (listLayout->count() > 21) {
+            QLayoutItem* oldest = listLayout->takeAt(1);
+            delete oldest->widget();
+            delete oldest;
+        }
+        pop->SetAlarmInfo(info, true);
+        pop->show();
+        QPainter painter(&canvas);
+        page.render(&painter);
+        painter.end();
+        perEvent.push_back(t.nsecsElapsed() / 1e6);
+    }
+    std::vector<double> steady(perEvent.begin() + std::min<size_t>(25, perEvent.size() / 2), perEvent.end());
+    std::printf("card cycle (capture card + alarm card + pop-up, insert, trim, paint 1920x1080), %d events:\n"
+                "  median %.2f ms/event, max %.2f ms (after the list is full)\n",
+                events, Median(steady), *std::max_element(steady.begin(), steady.end()));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+
+    if (argc >= 4 && std::strcmp(argv[1], "--only") == 0) {
+        const QByteArray scene = MakeScene(argc >= 5 ? std::atoi(argv[4]) : 29);
+        const bool naive = std::strcmp(argv[2], "naive") == 0;
+        const int n = std::atoi(argv[3]);
+        qint64 sink = 0;
+        CALLGRIND_TOGGLE_COLLECT;
+        for (int i = 0; i < n; ++i)
+            sink += naive ? NaiveEvent(scene) : OursEvent(scene);
+        CALLGRIND_TOGGLE_COLLECT;
+        std::printf("%s: %d events (%lld)\n", naive ? "naive" : "ours", n, static_cast<long long>(sink));
+        return 0;
+    }
+
+    const int events = argc > 1 ? std::max(10, std::atoi(argv[1])) : 100;
+    for (int noiseShift : {29, 28, 27}) {
+        const QByteArray scene = MakeScene(noiseShift);
+        std::printf("scene: 1920x1080 JPEG, %d bytes; face rectangle (%.2f, %.2f, %.2f, %.2f)\n",
+                    static_cast<int>(scene.size()), kFace.x, kFace.y, kFace.width, kFace.height);
+        NaiveEvent(scene);  // warm up both paths
+        OursEvent(scene);
+        std::vector<double> naive, ours;
+        qint64 sink = 0;
+        for (int i = 0; i < events; ++i) {
+            QElapsedTimer t;
+            t.start();
+            sink += NaiveEvent(scene);
+            naive.push_back(t.nsecsElapsed() / 1e6);
+            t.restart();
+            sink += OursEvent(scene);
+            ours.push_back(t.nsecsElapsed() / 1e6);
+        }
+        const double a = Median(naive), b = Median(ours);
+        std::printf("  pictures of 3 cards per event, %d events, median: (a) full decode per card %.2f ms,"
+                    " (b) shared region decode %.2f ms, ratio %.1fx%s\n",
+                    events, a, b, a / b, (sink & 1) ? " " : "");
+    }
+    CardCycle(MakeScene(29), events);
+    return 0;
+}

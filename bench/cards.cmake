@@ -1,0 +1,8 @@
+# Event-card programs: the picture-path benchmark and the card gallery (a
+# rendering tool for looking at the cards; not run by ctest).
+add_executable(card_pictures ${CMAKE_CURRENT_LIST_DIR}/card_pictures.cpp $<TARGET_OBJECTS:BodyTemperatureResources>)
+target_link_libraries(card_pictures PRIVATE BodyTemperatureCore)
+
+add_executable(card_gallery ${PROJECT_SOURCE_DIR}/tests/BodyTemperature/ui/ShowCard/CardGallery.cpp
+  $<TARGET_OBJECTS:BodyTemperatureResources>)
+target_link_libraries(card_gallery PRIVATE BodyTemperatureCore)

@@ -1,0 +1,16 @@
+#pragma once
+// Internal: reading and writing the <PersonInfoExtend> items shared by several documents.
+#include <libxml/tree.h>
+#include <string>
+#include <vector>
+
+#include "CapabilitySet/PersonnalInfoExtendListConfig.h"
+
+namespace CapabilitySet {
+namespace detail {
+
+bool readExtendList(xmlNodePtr list, std::vector<PersonInfoExtendCfg>& out);
+std::string writeExtendList(const std::vector<PersonInfoExtendCfg>& items);
+
+} // namespace detail
+} // namespace CapabilitySet

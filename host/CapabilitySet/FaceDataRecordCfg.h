@@ -1,0 +1,35 @@
+#pragma once
+// One face record of a library ("<FaceAppendData>"): read from
+// GET /DVAPI/Intelligent/FDLib/<FDID>/picture/<PID>, and written by
+// StructToXML as the person document of an upload or the conditions of a
+// search (empty fields are left out).
+#include <string>
+#include <vector>
+
+#include "CapabilitySet/PersonnalInfoExtendListConfig.h"
+
+namespace CapabilitySet {
+
+class FaceDataRecordCfg {
+public:
+    FaceDataRecordCfg() = default;
+    explicit FaceDataRecordCfg(const std::string& text) { Parse(text); }
+    bool Parse(const std::string& text);
+    static std::string StructToXML(const FaceDataRecordCfg& record);
+
+    bool bValid = false;
+    std::string name;
+    std::string gender;     // "male", "female", "unlimited"
+    std::string idType;     // "officerID", "ID", "passportID", "other"
+    std::string idNumber;
+    std::string province;   // two-digit province code
+    std::string city;       // city code within the province
+    std::string birthDate;  // yyyy-MM-dd
+    std::string contact;
+    std::string FDID;
+    std::string PID;
+    std::string picURL;
+    std::vector<PersonInfoExtendCfg> extendList;
+};
+
+} // namespace CapabilitySet

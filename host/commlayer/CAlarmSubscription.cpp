@@ -1,0 +1,214 @@
+#include "commlayer/CAlarmSubscription.h"
+
+#include <QString>
+#include <ctime>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <sys/socket.h>
+
+#include "Base/Base.h"
+#include "Base/Log.h"
+#include "commlayer/CAlarmEventDecoder.h"
+#include "commlayer/CDeviceStateNotifier.h"
+#include "commlayer/CMultipartReader.h"
+#include "commlayer/DeviceHttp.h"
+#include "publicdatacontroller/AlarmTransfer.h"
+
+namespace commlayer {
+
+namespace {
+
+uint64_t threadCpuNs()
+{
+    timespec ts{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return uint64_t(ts.tv_sec) * 1000000000ULL + uint64_t(ts.tv_nsec);
+}
+
+std::string boundaryOf(const std::string& contentType)
+{
+    const size_t at = contentType.find("boundary=");
+    if (at == std::string::npos)
+        return CAlarmSubscription::kBoundaryDefault;
+    std::string b = contentType.substr(at + 9);
+    const size_t end = b.find(';');
+    if (end != std::string::npos)
+        b.resize(end);
+    if (b.size() >= 2 && b.front() == '"' && b.back() == '"')
+        b = b.substr(1, b.size() - 2);
+    return b.empty() ? std::string(CAlarmSubscription::kBoundaryDefault) : b;
+}
+
+uint64_t pictureBytes(const publicdatacontroller::IntelAlarmEventInfo& info)
+{
+    uint64_t n = uint64_t(info.alarmInfo.comparison.libraryPic.size());
+    for (const auto& f : info.faceInfoList)
+        n += uint64_t(f.bkPic.size() + f.SubPic.size() + f.ThermalPic.size());
+    return n;
+}
+
+} // namespace
+
+CAlarmSubscription::CAlarmSubscription(clientcommonlogical::DeviceConfig device, int statusPollMs)
+    : m_device(std::move(device)), m_statusPollMs(statusPollMs)
+{
+}
+
+CAlarmSubscription::~CAlarmSubscription()
+{
+    Stop();
+}
+
+void CAlarmSubscription::Start()
+{
+    if (m_stream.joinable())
+        return;
+    detail::GlobalInit();
+    m_stop = false;
+    m_stopFlag = false;
+    m_stream = std::thread([this] { runStream(); });
+    if (m_statusPollMs > 0)
+        m_status = std::thread([this] { runStatus(); });
+}
+
+void CAlarmSubscription::RequestStop()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_stop = true;
+        m_stopFlag = true;
+    }
+    m_cv.notify_all();
+    {
+        // Cut an open transfer now rather than at libcurl's next progress call.
+        std::lock_guard<std::mutex> lock(m_socketMutex);
+        if (m_socket >= 0)
+            shutdown(m_socket, SHUT_RDWR);
+    }
+}
+
+void CAlarmSubscription::Stop()
+{
+    RequestStop();
+    if (m_stream.joinable())
+        m_stream.join();
+    if (m_status.joinable())
+        m_status.join();
+}
+
+bool CAlarmSubscription::waitStop(int ms)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_cv.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stop.load(); });
+}
+
+void CAlarmSubscription::runStream()
+{
+    const QString id = QString::fromStdString(m_device.id);
+    const uint64_t cpuStart = threadCpuNs();
+    int backoffMs = 500;
+    bool wasOnline = false;
+    while (!m_stop) {
+        CAlarmEventDecoder decoder(m_device);
+        std::unique_ptr<CMultipartReader> reader;
+        bool streaming = false;
+        decoder.onError = [this](const std::string& why) {
+            ++m_stats.errors;
+            BASE_LOG_ERROR("alarm stream of device [%s]: %s", m_device.id.c_str(), why.c_str());
+        };
+        decoder.onEvent = [this, cpuStart](publicdatacontroller::IntelAlarmEventInfo&& info) {
+            m_stats.pictureBytes += pictureBytes(info);
+            BASE_LOG_DEBUG("alarm %u from device [%s] camera [%s] event [%s] faces %zu", info.eventType,
+                info.deviceID.c_str(), info.cameraID.c_str(), info.eventID.c_str(), info.faceInfoList.size());
+            auto alarm = std::make_shared<const publicdatacontroller::CIntelAlarmObject>(std::move(info));
+            Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(std::move(alarm));
+            ++m_stats.events;
+            m_stats.cpuNs = threadCpuNs() - cpuStart;
+        };
+
+        detail::HttpExchange ex;
+        ex.path = kAlertPath;
+        ex.timeoutMs = 0;  // a stream has no end; silence is caught by the low-speed limit
+        ex.connectTimeoutMs = 5000;
+        ex.lowSpeedTimeSec = 90;
+        ex.abortFlag = &m_stopFlag;
+        ex.socketFd = &m_socket;
+        ex.socketMutex = &m_socketMutex;
+        ex.onHeaders = [&](long status, const std::string& contentType) {
+            if (status != 200)
+                return;
+            streaming = true;
+            reader = std::make_unique<CMultipartReader>(boundaryOf(contentType), kMaxPartBytes);
+            reader->onPart = [&decoder](CMultipartReader::Part& part) { decoder.onPart(part); };
+            reader->onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
+            ++m_stats.connects;
+            backoffMs = 500;
+            BASE_LOG_INFO("alarm stream of device [%s] connected", m_device.id.c_str());
+            if (!wasOnline) {
+                wasOnline = true;
+                CDeviceStateNotifier::Instance()->SetDeviceOnline(id, true);
+            }
+        };
+        uint64_t copiedBefore = 0;
+        ex.sink = [&](const char* data, size_t len) {
+            if (reader) {
+                reader->feed(data, len);
+                m_stats.copiedBytes += reader->bytesCopied() - copiedBefore;
+                copiedBefore = reader->bytesCopied();
+            }
+            return !m_stop;
+        };
+        const detail::HttpResult r = detail::Perform(m_device, ex);
+        if (m_stop)
+            break;
+        if (streaming) {
+            BASE_LOG_WARN("alarm stream of device [%s] lost (transfer code %d); reconnecting", m_device.id.c_str(),
+                r.curlCode);
+        } else {
+            BASE_LOG_WARN("alarm stream of device [%s] unavailable (transfer code %d, http %ld); retry in %d ms",
+                m_device.id.c_str(), r.curlCode, r.status, backoffMs);
+            if (wasOnline) {
+                wasOnline = false;
+                CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false);
+            }
+        }
+        if (waitStop(streaming ? 200 : backoffMs))
+            break;
+        if (!streaming)
+            backoffMs = std::min(backoffMs * 2, 10000);
+    }
+    if (wasOnline)
+        CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false);
+    BASE_LOG_INFO("alarm stream of device [%s] stopped", m_device.id.c_str());
+}
+
+void CAlarmSubscription::runStatus()
+{
+    const QString id = QString::fromStdString(m_device.id);
+    while (!m_stop) {
+        detail::HttpExchange ex;
+        ex.path = "/DVAPI/System/channels/status";
+        ex.timeoutMs = 5000;
+        ex.abortFlag = &m_stopFlag;
+        const detail::HttpResult r = detail::Perform(m_device, ex);
+        if (m_stop)
+            break;
+        const auto doc = nlohmann::json::parse(r.body, nullptr, false);
+        if (r.curlCode == 0 && r.status == 200 && doc.is_object() && doc.contains("channels")
+            && doc["channels"].is_array()) {
+            for (const auto& ch : doc["channels"]) {
+                if (!ch.is_object() || !ch.contains("id") || !ch["id"].is_number_integer())
+                    continue;
+                const bool online = ch.value("online", false);
+                CDeviceStateNotifier::Instance()->SetChannelOnline(id, ch["id"].get<int>(), online);
+            }
+        } else {
+            for (const auto& ch : m_device.channels)
+                CDeviceStateNotifier::Instance()->SetChannelOnline(id, ch.channel, false);
+        }
+        if (waitStop(m_statusPollMs))
+            break;
+    }
+}
+
+} // namespace commlayer

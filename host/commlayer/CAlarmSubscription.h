@@ -1,0 +1,62 @@
+#pragma once
+// The live alarm intake of one device: a worker thread keeps the device's
+// alert stream open (reconnecting with back-off), turns each event into an
+// IntelAlarmEventInfo and publishes it through AlarmTransfer::publishAlarm;
+// a second thread polls the channel status every few seconds. Both update
+// CDeviceStateNotifier. Owned by CAlarmIntake (or a test); the destructor
+// stops and joins both threads promptly (an open transfer is cut).
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <thread>
+
+#include "clientcommonlogical/CConfigMgr.h"
+
+namespace commlayer {
+
+struct IntakeStats {
+    std::atomic<uint64_t> events{0};         // published
+    std::atomic<uint64_t> errors{0};         // parts or events skipped
+    std::atomic<uint64_t> connects{0};       // successful stream openings
+    std::atomic<uint64_t> pictureBytes{0};   // picture bytes in published events
+    std::atomic<uint64_t> copiedBytes{0};    // body bytes copied out of the network buffers
+    std::atomic<uint64_t> cpuNs{0};          // CPU time of the intake thread
+};
+
+class CAlarmSubscription final {
+public:
+    explicit CAlarmSubscription(clientcommonlogical::DeviceConfig device, int statusPollMs = 3000);
+    ~CAlarmSubscription();
+    CAlarmSubscription(const CAlarmSubscription&) = delete;
+    CAlarmSubscription& operator=(const CAlarmSubscription&) = delete;
+
+    void Start();
+    // Asks the threads to end without waiting; Stop() also joins them.
+    void RequestStop();
+    void Stop();
+    const IntakeStats& Stats() const { return m_stats; }
+
+    static constexpr const char* kAlertPath = "/DVAPI/Event/notification/alertStream";
+    static constexpr const char* kBoundaryDefault = "btalertboundary7d1f";
+    static constexpr qint64 kMaxPartBytes = 16 * 1024 * 1024;
+
+private:
+    void runStream();
+    void runStatus();
+    bool waitStop(int ms);
+
+    clientcommonlogical::DeviceConfig m_device;
+    int m_statusPollMs;
+    volatile bool m_stopFlag = false;
+    std::atomic<bool> m_stop{false};
+    std::mutex m_mutex;
+    std::condition_variable m_cv;
+    std::mutex m_socketMutex;
+    int m_socket = -1;
+    std::thread m_stream;
+    std::thread m_status;
+    IntakeStats m_stats;
+};
+
+} // namespace commlayer

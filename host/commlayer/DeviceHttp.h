@@ -1,0 +1,56 @@
+#pragma once
+// Internal: one blocking HTTP(S) exchange with a configured device over
+// libcurl (digest authentication, TLS verification per device, time-out).
+// Any thread; no shared state besides libcurl's global initialisation.
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <functional>
+#include <string>
+
+#include "clientcommonlogical/CConfigMgr.h"
+
+namespace commlayer {
+namespace detail {
+
+struct HttpExchange {
+    std::string method = "GET";
+    std::string path;          // "/DVAPI/..." (query included)
+    std::string body;
+    std::string contentType;   // of the body
+    long timeoutMs = 30000;    // whole exchange; 0: none (streams)
+    long connectTimeoutMs = 5000;
+    // Streaming: when set, body bytes go here instead of into result.body.
+    // Return false to abort the transfer.
+    std::function<bool(const char*, size_t)> sink;
+    std::function<void(long status, const std::string& contentType)> onHeaders;
+    const volatile bool* abortFlag = nullptr;  // polled during the transfer
+    long lowSpeedTimeSec = 0;  // abort when under 1 byte/s for this long
+    // The connection's socket while it is open, so another thread can cut it
+    // (shutdown) at once; both guarded by socketMutex.
+    int* socketFd = nullptr;
+    std::mutex* socketMutex = nullptr;
+};
+
+struct HttpResult {
+    int curlCode = 0;
+    long status = 0;
+    std::string contentType;
+    std::string body;
+};
+
+void GlobalInit();
+std::string BaseUrl(const clientcommonlogical::DeviceConfig& dev);
+HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExchange& ex);
+
+// Maps an exchange that failed (transport or HTTP status) to the error pair
+// and stores it with Base::Error::SetLastError. Returns false when it failed.
+bool CheckResult(const HttpResult& r, bool requireWellFormed);
+
+// Sub-status code from a device status document (XML or JSON); 0 when none.
+int ParseSubStatus(const std::string& body);
+// Splits "GET /path\r\n" into method and path. False on a malformed line.
+bool SplitRequestLine(const std::string& line, std::string& method, std::string& path);
+
+} // namespace detail
+} // namespace commlayer
