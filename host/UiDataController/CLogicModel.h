@@ -2,8 +2,9 @@
 // The host's logic model of the camera tree: one row per area with its cameras
 // as children, built from the group manager (the host's device list). Item
 // roles carry the node data the pages filter and decorate on. Elements are
-// owned by the model. Availability flags of cameras follow the device-state
-// notifier of the communication layer when the host has one. GUI thread.
+// owned by the model. The availability flags of cameras follow the
+// communication layer's device-state notifier (signals on the GUI thread);
+// a device it has not heard from reads as unreachable. GUI thread.
 #include <QStandardItemModel>
 #include <map>
 #include <memory>

@@ -10,6 +10,7 @@
 #include "CAppRscManager.h"
 #include "CameraModel.h"
 #include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CDeviceStateNotifier.h"
 #include "playwindow/CLiveViewEvent.h"
 #include "support/TestSupport.h"
 #include "ui/CBTViewTree.h"
@@ -32,6 +33,11 @@ void ConfigureTwoAreas()
     dev.channels = {{1, "DEV1-CH1", "Gate", "Lobby", ""}, {2, "DEV1-CH2", "Hall", "Lobby", ""},
         {3, "DEV1-CH3", "Yard", "Outside", ""}};
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({dev});
+    // The device answers and its channels have a signal, as the host's alarm intake reports it.
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
+    for (int ch = 1; ch <= 3; ++ch)
+        notifier->SetChannelOnline(QStringLiteral("DEV1"), ch, true);
     auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
     rsc->GetGroupManager()->Reload();
     rsc->GetCameraModel()->Reload();
@@ -102,6 +108,18 @@ TEST_F(CameraTreeTest, ModelWithoutPreviewButtonsIsPlain)
 
 TEST_F(CameraTreeTest, StateIconFollowsAvailabilityAndPlaying)
 {
+    // The host's notifier reaches the model's cameras.
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, false);
+    EXPECT_EQ(IconOf("DEV1-CH3"), kOffline);
+    EXPECT_FALSE(dynamic_cast<vantordesk::ICamera*>(model->GetElementByID("DEV1-CH3"))->IsChannelOnline());
+    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, true);
+    EXPECT_EQ(IconOf("DEV1-CH3"), kIdle);
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), false);
+    EXPECT_EQ(IconOf("DEV1-CH1"), kOffline);
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
+    EXPECT_EQ(IconOf("DEV1-CH1"), kIdle);
+
     struct Row {
         bool device, channel, playing;
         const QString& icon;

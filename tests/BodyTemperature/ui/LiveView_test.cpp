@@ -16,6 +16,7 @@
 #include "aiguitoolkit/CFullScreenWidget.h"
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CDeviceStateNotifier.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/LoopbackStream.h"
@@ -49,6 +50,9 @@ protected:
             {3, "CAM3", "Three", "Lobby", refused}, {4, "CAM4", "Four", "Yard", refused}, {5, "CAM5", "Five", "Yard", refused}};
         auto* config = clientcommonlogical::CConfigMgr::Instance();
         config->SetDevices({dev});
+        commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(QStringLiteral("DEV"), true);
+        for (int ch = 1; ch <= 5; ++ch)
+            commlayer::CDeviceStateNotifier::Instance()->SetChannelOnline(QStringLiteral("DEV"), ch, true);
         config->SetLanguage(2);
         auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
         rsc->Init();
