@@ -1,9 +1,10 @@
 #include "ui/BTShowLiveView.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QDropEvent>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QMimeData>
 #include <QPainter>
@@ -129,12 +130,14 @@ BTShowLiveView::~BTShowLiveView()
 
 QString BTShowLiveView::FirstRunMarkerPath()
 {
-    // One marker per host configuration: a client set up anew (another
-    // configuration file) starts with live video again.
-    const QByteArray config = clientcommonlogical::CConfigMgr::Instance()->FilePath().toUtf8();
-    const QString key = QString::fromLatin1(QCryptographicHash::hash(config, QCryptographicHash::Sha1).toHex().left(12));
-    return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + QStringLiteral("BodyTemperatureLiveView-")
-        + key + QStringLiteral(".ini");
+    // Kept beside the host configuration, where the host keeps the pages'
+    // saved state too: a client set up anew starts with live video again.
+    // Without a writable configuration folder, the component folder serves.
+    const QFileInfo config(clientcommonlogical::CConfigMgr::Instance()->FilePath());
+    const QString name = QStringLiteral(".BodyTemperatureLiveView.ini");
+    if (!config.filePath().isEmpty() && QFileInfo(config.absolutePath()).isWritable())
+        return config.absoluteDir().filePath(name);
+    return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + name;
 }
 
 void BTShowLiveView::SetCameraTree(CBTViewTree* tree)
@@ -165,7 +168,7 @@ void BTShowLiveView::Init(UiDataController::CLogicModel* logicModel)
     }
     const QString closeStyle = QStringLiteral(
         "QPushButton#m_pCloseBtn{ border-image:url(:/MixedTargetOperation/Images/MixedTargetDetectionAlarm/operation/CloseView.svg); }"
-        "QPushButton#m_pCloseBtn:hover{ border-image:url(:/MixedTargetOperation/Images/MixedTargetDetectionAlarm/operation/CloseView_hover.svg); }");
+        "QPushButton#m_pCloseBtn:hover{ border-image:url(:/MixedTargetOperation/Images/MixedTargetDetectionAlarm/operation/CloseViewHover.svg); }");
     for (int i = 0; i < count; ++i) {
         auto* w = new CStreamPlayWindowWithTask(i, m_pFullScreen);
         w->setObjectName(QStringLiteral("m_pStreamPlayWnd"));

@@ -77,8 +77,8 @@ public:
     CSelectBoder* SelectBoder() const { return m_pSelectBoder; }
 
     void OnVideoSystemConfigChanged() override;
-    // Where the end of the first run is remembered (a file in the component
-    // folder, one per host configuration file).
+    // Where the end of the first run is remembered (beside the host
+    // configuration file, else in the component folder).
     static QString FirstRunMarkerPath();
 
 signals:
