@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
+    <name>BodyTemperature::BTShowLiveView</name>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>FullScreen</source>
+        <translation>Full screen</translation>
+    </message>
+    <message>
+        <source>OpeningSoundFailed</source>
+        <translation>Failed to open the sound.</translation>
+    </message>
+    <message>
+        <source>StopAllLiveView</source>
+        <translation>Stop all live view</translation>
+    </message>
+    <message>
+        <source>WindowDivision</source>
+        <translation>Window division</translation>
+    </message>
+</context>
+<context>
     <name>BodyTemperature::BTShowTitle</name>
     <message>
         <source>NoGauzeMask</source>
@@ -140,6 +163,21 @@
     <message>
         <source>AddToFacePictureLibrary</source>
         <translation>Add to Face Picture Library</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CameraModel</name>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Preview</translation>
+    </message>
+    <message>
+        <source>ViewAllCamerasInGroup</source>
+        <translation>View all cameras in the group</translation>
     </message>
 </context>
 <context>

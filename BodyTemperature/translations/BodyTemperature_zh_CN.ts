@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>BodyTemperature::BTShowLiveView</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>FullScreen</source>
+        <translation>全屏</translation>
+    </message>
+    <message>
+        <source>OpeningSoundFailed</source>
+        <translation>打开声音失败</translation>
+    </message>
+    <message>
+        <source>StopAllLiveView</source>
+        <translation>全部停止预览</translation>
+    </message>
+    <message>
+        <source>WindowDivision</source>
+        <translation>窗口分割</translation>
+    </message>
+</context>
+<context>
     <name>BodyTemperature::BTShowTitle</name>
     <message>
         <source>NoGauzeMask</source>
@@ -140,6 +163,21 @@
     <message>
         <source>AddToFacePictureLibrary</source>
         <translation>添加到人脸库</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CameraModel</name>
+    <message>
+        <source>All</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>预览</translation>
+    </message>
+    <message>
+        <source>ViewAllCamerasInGroup</source>
+        <translation>查看分组内全部监控点</translation>
     </message>
 </context>
 <context>

@@ -1,43 +1,85 @@
 #pragma once
-// The live-view area of the dashboard: a grid of play windows with stop-all,
-// division and full-screen buttons, a selection frame and drops from the
-// camera tree. Held by the information display. GUI thread.
+// The live-view area of the dashboard: a grid of play windows (4, or 9 when
+// the client's language is 1) with stop-all, division and full-screen buttons,
+// a selection frame around the selected window and drops of cameras from the
+// camera tree. Held by the information display, which also reads its table of
+// open views. Play windows are created once by Init and live with the widget;
+// their decode threads are joined when they stop. GUI thread.
 #include <QByteArray>
 #include <QList>
+#include <QMap>
+#include <QPointer>
 #include <QStringList>
 #include <QVector>
 #include <QWidget>
+#include <memory>
 #include <string>
 
-class QAbstractItemModel;
+#include "UiDataController/IVideoSystemConfigObserver.h"
+#include "playwindow/CLiveViewEvent.h"
+
+class CStreamPlayWindowWithTask;
+class CPtzControlWnd;
+class CPtzControlMgr;
+class QToolButton;
+class QDropEvent;
+
+namespace UiDataController {
+class CLogicModel;
+}
+namespace aiguitoolkit {
+class CWidgetLayoutMgr;
+class CCutNumFrame;
+class CFullScreenWidget;
+}
 
 namespace BodyTemperature {
 
 class CBTViewTree;
+class CBTLiveViewPlugin;
+class CSelectBoder;
 
-class BTShowLiveView : public QWidget {
+class BTShowLiveView : public QWidget, public vantordesk::IVideoSystemConfigObserver {
     Q_OBJECT
 public:
     explicit BTShowLiveView(QWidget* parent = nullptr);
     ~BTShowLiveView() override;
 
-    // Builds the play windows from the host logic model; nothing without a model.
-    void Init(QAbstractItemModel* logicModel);
-    void SetCameraTree(CBTViewTree* tree) { m_pCameraTree = tree; }
+    // Builds the play windows over the host logic model; nothing without a model.
+    void Init(UiDataController::CLogicModel* logicModel);
+    void SetCameraTree(CBTViewTree* tree);
 
     // Opens camera i of the list in play window i (empty identifiers skipped).
+    // On the page's first run (before live view was ever stopped as a whole, by
+    // saveState or the stop-all button) an empty list opens the first cameras
+    // of the model instead, so the page starts with live video.
     void restorePlayingCameras(const QStringList& cameraIds);
     void stopAllLiveView();
     void SelectFreeWindow();
     // Opens a camera in the selected window (value: the start value, 100 from the tree).
     void OpenCamera(const std::string& cameraId, int value);
-    // A camera is being removed from the host's model.
+    // A camera is being removed from the host's model: its windows stop.
     void RemoveCamera(const std::string& cameraId);
 
     // The identifiers of the cameras open now, in window order.
     QList<QByteArray> GetPlayingCameraIds() const;
-    // The table of open views: one camera identifier per playing window.
+    // The table of open views: one camera identifier per playing window, in window order.
     QVector<std::string> openViewCameraIds() const;
+
+    // Read access for the page and tests.
+    QList<CStreamPlayWindowWithTask*> PlayWindows() const { return m_listPlayWnd; }
+    CStreamPlayWindowWithTask* SelectedWindow() const { return m_pSelectedWnd; }
+    int MaxWndNum() const { return m_iMaxWndNum; }
+    int CutType() const { return m_iCutType; }
+    aiguitoolkit::CWidgetLayoutMgr* LayoutMgr() const { return m_pLayoutMgr; }
+    aiguitoolkit::CCutNumFrame* CutNumFrame() const { return m_pSelectCutNum; }
+    aiguitoolkit::CFullScreenWidget* FullScreenWidget() const { return m_pFullScreen; }
+    CSelectBoder* SelectBoder() const { return m_pSelectBoder; }
+
+    void OnVideoSystemConfigChanged() override;
+    // Where the end of the first run is remembered (beside the host
+    // configuration file, else in the component folder).
+    static QString FirstRunMarkerPath();
 
 signals:
     void SignalScreenChanged(bool bFull);
@@ -45,13 +87,45 @@ signals:
     void SignalResized();
     void signalUpdateGroupSelectState(std::string guidCamera);
 
+public slots:
+    void OnSoundBtnClicked();
+    void OnCloseAllBtnClicked();
+    void OnCutWndBtnPressed();
+    void OnFullScreenBtnPressed();
+    void OnPlayWindowSelected();
+    void OnWindowPlayState();
+    void OnWindowDoubleClicked();
+    void OnCutBtnNumClicked(int iWndNum);
+    void OnUpdateLiveViewState(CLiveViewEvent eventLiveView);
+    void onDropAccept(QDropEvent* event);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    CBTViewTree* m_pCameraTree = nullptr;
-    QVector<std::string> m_views;  // one entry per window; empty when idle
-    int m_iSelected = 0;
+    void SelectWindow(CStreamPlayWindowWithTask* window);
+    bool StartCamera(CStreamPlayWindowWithTask* window, const std::string& cameraId, int value);
+
+    int m_iMaxWndNum;
+    QList<CStreamPlayWindowWithTask*> m_listPlayWnd;
+    QMap<CStreamPlayWindowWithTask*, std::string> m_mapOpenViews;
+    CStreamPlayWindowWithTask* m_pSelectedWnd = nullptr;
+    int m_iCutType = 2;
+    int m_iFullScreen = 0;
+
+    UiDataController::CLogicModel* m_pLogicModel = nullptr;
+    std::unique_ptr<CBTLiveViewPlugin> m_pPlugin;
+    QPointer<CBTViewTree> m_pCameraTree;
+    aiguitoolkit::CWidgetLayoutMgr* m_pLayoutMgr = nullptr;
+    aiguitoolkit::CCutNumFrame* m_pSelectCutNum = nullptr;
+    aiguitoolkit::CFullScreenWidget* m_pFullScreen = nullptr;
+    CSelectBoder* m_pSelectBoder = nullptr;
+    CPtzControlWnd* m_pPtzControlWnd = nullptr;
+    CPtzControlMgr* m_pPtzControlMgr = nullptr;
+
+    QToolButton* m_pStopAllBtn = nullptr;
+    QToolButton* m_pCutWndBtn = nullptr;
+    QToolButton* m_pFullScreenBtn = nullptr;
 };
 
 } // namespace BodyTemperature

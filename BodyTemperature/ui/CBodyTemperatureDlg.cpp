@@ -232,6 +232,11 @@ void CBodyTemperatureDlg::OnCameraTreeDoubleClicked(const QModelIndex& miIndex)
         // A camera the model marks unavailable (disabled) is not opened.
         if (!(miIndex.flags() & Qt::ItemIsEnabled))
             return;
+        // ... nor one whose device is unreachable or whose channel has no signal.
+        const auto* camera = m_pCameraModel != nullptr
+            ? dynamic_cast<const vantordesk::ICamera*>(m_pCameraModel->GetElementByIndex(miIndex)) : nullptr;
+        if (camera != nullptr && (!camera->IsDeviceOnline() || !camera->IsChannelOnline()))
+            return;
         const QString cameraId = miIndex.data(kRoleCameraId).toString();
         if (cameraId.isEmpty())
             return;

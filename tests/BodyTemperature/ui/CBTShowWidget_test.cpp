@@ -15,6 +15,9 @@
 #include <vector>
 #include <gtest/gtest.h>
 
+#include "Base/CSingleton.h"
+#include "CAppRscManager.h"
+#include "CameraModel.h"
 #include "DashboardRecords.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
@@ -264,6 +267,8 @@ TEST_F(ShowWidgetTest, ListsKeepTheNewestTwentyAndTwentyOneCards)
 TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
 {
     auto w = makeWidget(voiceConfig());
+    // Play windows exist once the live view has a model (the dialog does this).
+    w->LiveView()->Init(Base::CSingleton<BodyTemperature::CAppRscManager>::Instance()->GetCameraModel());
     w->restorePlayingCameras({QStringLiteral("CAM1"), QStringLiteral("CAM2"), QStringLiteral("CAM1")});
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
     QSignalSpy voices(w.get(), &CBTShowWidget::signalVoiceRequested);

@@ -1,0 +1,393 @@
+#include "playwindow/CStreamDecoder.h"
+
+#include <chrono>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/imgutils.h>
+#include <libswresample/swresample.h>
+#include <libswscale/swscale.h>
+}
+
+#include "Base/Log.h"
+#include "playwindow/CAudioOutput.h"
+#include "playwindow/CStreamSource.h"
+
+namespace playwindow {
+namespace {
+
+constexpr int kOpenTimeoutMs = 6000;
+constexpr int kReadTimeoutMs = 5000;
+std::atomic<int> g_liveDecoders{0};
+
+int64_t NowMs()
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+QString AvError(int code)
+{
+    char buf[AV_ERROR_MAX_STRING_SIZE] = {0};
+    av_strerror(code, buf, sizeof(buf));
+    return QString::fromUtf8(buf);
+}
+
+// The JPEG pixel formats are deprecated aliases: use the plain ones and tell
+// the scaler the range instead, which also keeps it from warning per frame.
+AVPixelFormat PlainFormat(int fmt, bool& fullRange)
+{
+    switch (fmt) {
+    case AV_PIX_FMT_YUVJ420P: fullRange = true; return AV_PIX_FMT_YUV420P;
+    case AV_PIX_FMT_YUVJ422P: fullRange = true; return AV_PIX_FMT_YUV422P;
+    case AV_PIX_FMT_YUVJ444P: fullRange = true; return AV_PIX_FMT_YUV444P;
+    case AV_PIX_FMT_YUVJ440P: fullRange = true; return AV_PIX_FMT_YUV440P;
+    default: return static_cast<AVPixelFormat>(fmt);
+    }
+}
+
+void QuietFfmpegOnce()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        // Damaged frames are counted and shown in the window; FFmpeg's own
+        // per-frame messages would only flood the log.
+        av_log_set_level(AV_LOG_FATAL);
+        avformat_network_init();
+    });
+}
+
+} // namespace
+
+// Everything FFmpeg allocates for one connection; freed in one place.
+struct CStreamDecoder::Session {
+    AVFormatContext* fmt = nullptr;
+    AVCodecContext* video = nullptr;
+    AVCodecContext* audio = nullptr;
+    SwsContext* sws = nullptr;
+    SwrContext* swr = nullptr;
+    AVPacket* pkt = nullptr;
+    AVFrame* frame = nullptr;
+    int videoIndex = -1;
+    int audioIndex = -1;
+
+    ~Session()
+    {
+        if (video != nullptr)
+            g_liveDecoders.fetch_sub(1);
+        avcodec_free_context(&video);
+        avcodec_free_context(&audio);
+        sws_freeContext(sws);
+        swr_free(&swr);
+        av_packet_free(&pkt);
+        av_frame_free(&frame);
+        avformat_close_input(&fmt);
+    }
+};
+
+CStreamDecoder::CStreamDecoder(QString url, Callbacks callbacks) : m_url(std::move(url)), m_cb(std::move(callbacks)) {}
+
+CStreamDecoder::~CStreamDecoder()
+{
+    Stop();
+}
+
+int CStreamDecoder::LiveDecoders()
+{
+    return g_liveDecoders.load();
+}
+
+int CStreamDecoder::BackoffMs(int attempt)
+{
+    return 500 << std::min(attempt, 4);
+}
+
+void CStreamDecoder::Start()
+{
+    if (m_thread.joinable())
+        return;
+    QuietFfmpegOnce();
+    m_stop = false;
+    m_thread = std::thread(&CStreamDecoder::Run, this);
+}
+
+void CStreamDecoder::Stop()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_waitMutex);
+        m_stop = true;
+    }
+    m_waitCv.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
+    std::lock_guard<std::mutex> lock(m_audioMutex);
+    m_audio.reset();
+    m_bSound = false;
+}
+
+void CStreamDecoder::SetTargetSize(const QSize& size)
+{
+    m_targetSize = (static_cast<uint64_t>(std::max(0, size.width())) << 32) | static_cast<uint32_t>(std::max(0, size.height()));
+}
+
+QImage CStreamDecoder::TakeFrame()
+{
+    std::lock_guard<std::mutex> lock(m_frameMutex);
+    m_framePending = false;
+    QImage img = std::move(m_frame);
+    m_frame = QImage();
+    return img;
+}
+
+bool CStreamDecoder::EnableSound(bool on)
+{
+    std::lock_guard<std::mutex> lock(m_audioMutex);
+    if (!on) {
+        m_bSound = false;
+        m_audio.reset();
+        return true;
+    }
+    if (!m_bHasAudio)
+        return false;
+    auto out = std::make_unique<CAudioOutput>();
+    if (!out->Open())
+        return false;
+    m_audio = std::move(out);
+    m_bSound = true;
+    return true;
+}
+
+QImage& CStreamDecoder::PooledImage(int w, int h)
+{
+    // A picture is reused once nobody else holds it (the window has moved on
+    // to a newer one), which saves an allocation and page faults per picture.
+    for (QImage& img : m_pool) {
+        if (img.isDetached() && img.width() == w && img.height() == h)
+            return img;
+    }
+    for (QImage& img : m_pool) {
+        if (img.isNull() || img.isDetached()) {
+            img = QImage(w, h, QImage::Format_RGB32);
+            return img;
+        }
+    }
+    // Every picture is still held: the window is behind. Replace the oldest slot.
+    m_pool[0] = QImage(w, h, QImage::Format_RGB32);
+    return m_pool[0];
+}
+
+int CStreamDecoder::InterruptCallback(void* opaque)
+{
+    auto* self = static_cast<CStreamDecoder*>(opaque);
+    return (self->m_stop.load() || NowMs() > self->m_deadlineMs.load()) ? 1 : 0;
+}
+
+void CStreamDecoder::ArmDeadline(int ms)
+{
+    m_deadlineMs = NowMs() + ms;
+}
+
+bool CStreamDecoder::WaitBackoff(int ms)
+{
+    std::unique_lock<std::mutex> lock(m_waitMutex);
+    return !m_waitCv.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stop.load(); });
+}
+
+void CStreamDecoder::Run()
+{
+    int attempt = 0;
+    while (!m_stop) {
+        if (m_cb.status)
+            m_cb.status(State::Connecting, QString());
+        QString failure;
+        const bool played = RunOnce(failure);
+        if (m_stop)
+            break;
+        if (played)
+            attempt = 0;  // it worked for a while: retry quickly
+        BASE_LOG_WARN("stream %s: %s", qUtf8Printable(RedactedUrl(m_url)), qUtf8Printable(failure));
+        if (m_cb.status)
+            m_cb.status(State::Retrying, failure);
+        if (!WaitBackoff(BackoffMs(attempt++)))
+            break;
+    }
+    if (m_cb.status)
+        m_cb.status(State::Stopped, QString());
+}
+
+bool CStreamDecoder::RunOnce(QString& failure)
+{
+    Session s;
+    s.fmt = avformat_alloc_context();
+    if (s.fmt == nullptr) {
+        failure = QStringLiteral("out of memory");
+        return false;
+    }
+    s.fmt->interrupt_callback.callback = &CStreamDecoder::InterruptCallback;
+    s.fmt->interrupt_callback.opaque = this;
+    AVDictionary* opts = nullptr;
+    av_dict_set(&opts, "rw_timeout", "5000000", 0);
+    av_dict_set(&opts, "probesize", "1000000", 0);
+    av_dict_set(&opts, "analyzeduration", "1500000", 0);
+    if (m_url.startsWith(QLatin1String("rtsp"), Qt::CaseInsensitive)) {
+        av_dict_set(&opts, "rtsp_transport", "tcp", 0);
+        av_dict_set(&opts, "timeout", "5000000", 0);
+    }
+    ArmDeadline(kOpenTimeoutMs);
+    ++m_connections;
+    int ret = avformat_open_input(&s.fmt, m_url.toUtf8().constData(), nullptr, &opts);
+    av_dict_free(&opts);
+    if (ret < 0) {
+        failure = AvError(ret);
+        return false;
+    }
+    ArmDeadline(kOpenTimeoutMs);
+    ret = avformat_find_stream_info(s.fmt, nullptr);
+    if (ret < 0) {
+        failure = AvError(ret);
+        return false;
+    }
+    const AVCodec* vcodec = nullptr;
+    s.videoIndex = av_find_best_stream(s.fmt, AVMEDIA_TYPE_VIDEO, -1, -1, &vcodec, 0);
+    if (s.videoIndex < 0 || vcodec == nullptr) {
+        failure = QStringLiteral("no video in the stream");
+        return false;
+    }
+    s.video = avcodec_alloc_context3(vcodec);
+    if (s.video == nullptr) {
+        failure = QStringLiteral("out of memory");
+        return false;
+    }
+    g_liveDecoders.fetch_add(1);
+    avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
+    // One thread per window: frame threading only adds latency to live video,
+    // and the windows already spread over the cores.
+    s.video->thread_count = 1;
+    if ((ret = avcodec_open2(s.video, vcodec, nullptr)) < 0) {
+        failure = AvError(ret);
+        return false;
+    }
+    const AVCodec* acodec = nullptr;
+    s.audioIndex = av_find_best_stream(s.fmt, AVMEDIA_TYPE_AUDIO, -1, s.videoIndex, &acodec, 0);
+    if (s.audioIndex >= 0 && acodec != nullptr) {
+        s.audio = avcodec_alloc_context3(acodec);
+        avcodec_parameters_to_context(s.audio, s.fmt->streams[s.audioIndex]->codecpar);
+        if (avcodec_open2(s.audio, acodec, nullptr) < 0)
+            avcodec_free_context(&s.audio);
+    }
+    m_bHasAudio = s.audio != nullptr;
+    s.pkt = av_packet_alloc();
+    s.frame = av_frame_alloc();
+
+    bool playing = false;
+    int badInARow = 0;
+    while (!m_stop) {
+        ArmDeadline(kReadTimeoutMs);
+        ret = av_read_frame(s.fmt, s.pkt);
+        if (ret < 0) {
+            failure = ret == AVERROR_EOF ? QStringLiteral("the stream ended") : AvError(ret);
+            return playing;
+        }
+        if (s.pkt->stream_index == s.videoIndex) {
+            ret = avcodec_send_packet(s.video, s.pkt);
+            av_packet_unref(s.pkt);
+            if (ret < 0 && ret != AVERROR(EAGAIN)) {
+                ++m_badPackets;
+                if (++badInARow == 1 && m_cb.status)
+                    m_cb.status(State::Playing, QStringLiteral("damaged frame skipped"));
+                if (badInARow > 50) {
+                    failure = QStringLiteral("the stream cannot be decoded");
+                    return playing;
+                }
+                continue;
+            }
+            while (avcodec_receive_frame(s.video, s.frame) == 0) {
+                if (s.frame->decode_error_flags != 0 || s.frame->width <= 0 || s.frame->height <= 0) {
+                    ++m_badPackets;
+                    av_frame_unref(s.frame);
+                    continue;
+                }
+                const uint64_t target = m_targetSize.load();
+                int tw = static_cast<int>(target >> 32), th = static_cast<int>(target & 0xffffffffu);
+                if (tw <= 0 || th <= 0) {
+                    tw = s.frame->width;
+                    th = s.frame->height;
+                }
+                // Keep the picture's aspect inside the target.
+                const double sx = double(tw) / s.frame->width, sy = double(th) / s.frame->height;
+                const double k = std::min(sx, sy);
+                const int w = std::max(2, int(s.frame->width * k)), h = std::max(2, int(s.frame->height * k));
+                bool fullRange = s.frame->color_range == AVCOL_RANGE_JPEG;
+                const AVPixelFormat src = PlainFormat(s.frame->format, fullRange);
+                s.sws = sws_getCachedContext(s.sws, s.frame->width, s.frame->height, src, w, h, AV_PIX_FMT_RGB32,
+                    SWS_FAST_BILINEAR, nullptr, nullptr, nullptr);
+                if (s.sws == nullptr) {
+                    ++m_badPackets;
+                    av_frame_unref(s.frame);
+                    continue;
+                }
+                const int* coeffs = sws_getCoefficients(SWS_CS_DEFAULT);
+                int* invTable = nullptr; int* table = nullptr; int srcRange = 0, dstRange = 0, b = 0, c = 0, sat = 0;
+                if (sws_getColorspaceDetails(s.sws, &invTable, &srcRange, &table, &dstRange, &b, &c, &sat) >= 0
+                    && srcRange != int(fullRange))
+                    sws_setColorspaceDetails(s.sws, coeffs, fullRange ? 1 : 0, coeffs, 1, b, c, sat);
+                // Written in place (the pool holds the only reference), then shared with the window.
+                QImage& pooled = PooledImage(w, h);
+                uint8_t* dst[4] = {pooled.bits(), nullptr, nullptr, nullptr};
+                int dstStride[4] = {static_cast<int>(pooled.bytesPerLine()), 0, 0, 0};
+                sws_scale(s.sws, s.frame->data, s.frame->linesize, 0, s.frame->height, dst, dstStride);
+                QImage img = pooled;
+                av_frame_unref(s.frame);
+                ++m_decoded;
+                badInARow = 0;
+                if (!playing) {
+                    playing = true;
+                    if (m_cb.status)
+                        m_cb.status(State::Playing, QString());
+                }
+                {
+                    std::lock_guard<std::mutex> lock(m_frameMutex);
+                    m_frame = std::move(img);
+                }
+                // One notification per picture the window has not taken yet:
+                // a busy GUI skips pictures instead of queueing them.
+                if (!m_framePending.exchange(true) && m_cb.frameReady)
+                    m_cb.frameReady();
+            }
+        } else if (s.pkt->stream_index == s.audioIndex && s.audio != nullptr && m_bSound) {
+            if (avcodec_send_packet(s.audio, s.pkt) >= 0) {
+                while (avcodec_receive_frame(s.audio, s.frame) == 0) {
+                    if (s.swr == nullptr) {
+                        AVChannelLayout outLayout;
+                        av_channel_layout_default(&outLayout, CAudioOutput::kChannels);
+                        swr_alloc_set_opts2(&s.swr, &outLayout, AV_SAMPLE_FMT_S16, CAudioOutput::kRate,
+                            &s.frame->ch_layout, static_cast<AVSampleFormat>(s.frame->format), s.frame->sample_rate, 0, nullptr);
+                        if (s.swr != nullptr && swr_init(s.swr) < 0)
+                            swr_free(&s.swr);
+                    }
+                    if (s.swr != nullptr) {
+                        const int maxOut = swr_get_out_samples(s.swr, s.frame->nb_samples);
+                        std::vector<int16_t> out(static_cast<size_t>(std::max(0, maxOut)) * CAudioOutput::kChannels);
+                        uint8_t* outPlanes[1] = {reinterpret_cast<uint8_t*>(out.data())};
+                        const int n = swr_convert(s.swr, outPlanes, maxOut,
+                            const_cast<const uint8_t**>(s.frame->extended_data), s.frame->nb_samples);
+                        if (n > 0) {
+                            out.resize(static_cast<size_t>(n) * CAudioOutput::kChannels);
+                            std::lock_guard<std::mutex> lock(m_audioMutex);
+                            if (m_audio)
+                                m_audio->Push(std::move(out));
+                        }
+                    }
+                    av_frame_unref(s.frame);
+                }
+            }
+            av_packet_unref(s.pkt);
+        } else {
+            av_packet_unref(s.pkt);
+        }
+    }
+    return playing;
+}
+
+} // namespace playwindow

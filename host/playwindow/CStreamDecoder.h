@@ -1,0 +1,94 @@
+#pragma once
+// Decodes one live stream on its own thread with FFmpeg and keeps the newest
+// picture, already scaled to the size its window asks for. A stream that
+// cannot be opened, or ends, is retried with a growing pause (0.5 s up to 8 s).
+// Every blocking FFmpeg call is bounded by rw_timeout and an interrupt
+// callback with a deadline, so Stop() returns promptly; Stop() (and the
+// destructor) join the thread. The callbacks run on the decode thread.
+#include <QImage>
+#include <QSize>
+#include <QString>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace playwindow {
+
+class CAudioOutput;
+
+class CStreamDecoder final {
+public:
+    enum class State { Connecting, Playing, Retrying, Stopped };
+    struct Callbacks {
+        std::function<void()> frameReady;  // a new picture waits in TakeFrame()
+        std::function<void(State, QString)> status;
+    };
+
+    CStreamDecoder(QString url, Callbacks callbacks);
+    ~CStreamDecoder();
+    CStreamDecoder(const CStreamDecoder&) = delete;
+    CStreamDecoder& operator=(const CStreamDecoder&) = delete;
+
+    void Start();
+    void Stop();
+    bool IsRunning() const { return m_thread.joinable(); }
+
+    // The size of the area the picture is shown in; the picture keeps its aspect.
+    void SetTargetSize(const QSize& size);
+    // Takes the newest picture (null when none is waiting).
+    QImage TakeFrame();
+
+    // The stream's audio goes to the sound server while enabled. Fails when
+    // the stream has no audio or no sound server answers.
+    bool EnableSound(bool on);
+    bool HasAudio() const { return m_bHasAudio.load(); }
+
+    // Counters for diagnostics and tests.
+    uint64_t DecodedFrames() const { return m_decoded.load(); }
+    uint64_t BadPackets() const { return m_badPackets.load(); }
+    int Connections() const { return m_connections.load(); }
+
+    // Decoder contexts alive in this process (leak checks).
+    static int LiveDecoders();
+
+    // Pause before reconnect attempt n (0-based), in milliseconds.
+    static int BackoffMs(int attempt);
+
+private:
+    struct Session;
+    void Run();
+    bool RunOnce(QString& failure);
+    bool WaitBackoff(int ms);
+    static int InterruptCallback(void* opaque);
+    QImage& PooledImage(int w, int h);
+    void ArmDeadline(int ms);
+
+    const QString m_url;
+    Callbacks m_cb;
+    std::thread m_thread;
+    std::atomic<bool> m_stop{false};
+    std::atomic<int64_t> m_deadlineMs{0};
+    std::mutex m_waitMutex;
+    std::condition_variable m_waitCv;
+
+    std::mutex m_frameMutex;
+    QImage m_frame;
+    std::atomic<bool> m_framePending{false};
+    QImage m_pool[3];  // decode thread only
+    std::atomic<uint64_t> m_targetSize{0};  // width << 32 | height
+
+    std::atomic<bool> m_bHasAudio{false};
+    std::atomic<bool> m_bSound{false};
+    std::mutex m_audioMutex;
+    std::unique_ptr<CAudioOutput> m_audio;
+
+    std::atomic<uint64_t> m_decoded{0};
+    std::atomic<uint64_t> m_badPackets{0};
+    std::atomic<int> m_connections{0};
+};
+
+} // namespace playwindow

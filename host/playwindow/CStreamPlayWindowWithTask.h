@@ -1,0 +1,128 @@
+#pragma once
+// One play window of a live-view grid: plays a camera's live stream (decoded
+// on the window's own thread, see CStreamDecoder) and paints the newest
+// picture scaled into itself. Idle, it shows the logo its style sheet gives
+// "QLabel#m_pLiveViewWindow". It has a tool bar (sound, close "m_pCloseBtn")
+// shown while the pointer is over a playing window, a selected state, and
+// accepts cameras dropped from a tree (mime data with the properties
+// "GroupGUID" and "CameraGUID"). Created, driven and destroyed on the GUI
+// thread; stopping a preview (or destroying the window) joins its thread.
+#include <QFrame>
+#include <QImage>
+#include <QList>
+#include <memory>
+#include <string>
+
+#include "playwindow/CLiveViewEvent.h"
+#include "publicdatacontroller/CLocalDataManagerDelegate.h"
+
+class CLiveViewControllerPlugin;
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace playwindow {
+class CStreamDecoder;
+class CVideoSurface;
+}
+
+class CStreamPlayWindowWithTask : public QFrame {
+    Q_OBJECT
+public:
+    // Tool-bar buttons a page may ask for.
+    enum ToolBarButton { BtnSound = 3, BtnCapture = 4, BtnPtz = 9, BtnZoom = 10, BtnInstantPlayback = 11,
+        BtnStreamInfo = 17, BtnTalk = 18 };
+
+    explicit CStreamPlayWindowWithTask(int index, QWidget* parent = nullptr);
+    ~CStreamPlayWindowWithTask() override;
+
+    int GetIndex() const { return m_iIndex; }
+    void SetLiveViewControllerPlugin(CLiveViewControllerPlugin* plugin) { m_pPlugin = plugin; }
+    void SetToolBarBtnList(const QList<int>& buttons, const QList<int>& extraButtons);
+    void EnableToolBar(bool enable);
+    bool IsToolBarEnabled() const { return m_bToolBar; }
+    void SetStreamSettings(const publicdatacontroller::StreamSettings& settings) { m_settings = settings; }
+    QPushButton* GetCloseButton() const { return m_pCloseBtn; }
+
+    // Starts the live view of a camera found through the plugin. A camera the
+    // plugin does not know (or that has no stream) still takes the window,
+    // which says so until it is stopped; false only for an empty identifier.
+    bool StartPreview(const std::string& cameraId, int iValue, int iReserved1, int iReserved2);
+    // Starts a stream by URL (the camera identifier is only reported).
+    bool StartPreviewUrl(const QString& url, const std::string& cameraId);
+    void StopPreview();
+    bool IsPreviewing() const { return m_bPreviewing; }
+    // Previewing, and the stream is being fetched (the camera was found).
+    bool HasStream() const { return m_decoder != nullptr; }
+    std::string GetPreviewCameraID() const { return m_strCameraID; }
+    QString GetPreviewUrl() const { return m_strUrl; }
+    int GetStartValue() const { return m_iStartValue; }
+
+    bool IsSoundOpen() const { return m_bSound; }
+    bool OpenSound();
+    void CloseSound();
+
+    void SetSelected(bool selected);
+    bool IsSelected() const { return m_bSelected; }
+    void SetMaximized(bool maximized) { m_bMaximized = maximized; }
+    bool IsMaximized() const { return m_bMaximized; }
+
+    // What the window shows now: the newest picture, the message text.
+    QImage CurrentFrame() const;
+    QString MessageText() const;
+    bool HasFrame() const;
+    // Decoder statistics (diagnostics, tests, benches).
+    uint64_t DecodedFrames() const;
+    uint64_t PaintedFrames() const;
+    uint64_t BadPackets() const;
+
+signals:
+    void SignalSelected();
+    void SignalPlayStateChanged();
+    void SignalDoubleClicked();
+    void SignalLiveViewEvent(CLiveViewEvent eventLiveView);
+    void SignalDrop(QDropEvent* event);
+    void SignalSoundBtnClicked();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void OnFrameReady(quint64 generation);
+    void OnDecoderStatus(quint64 generation, int state, const QString& message);
+    void BeginPreview(const std::string& cameraId, const QString& url);
+    void ShowMessage(const QString& text, int ms = 0);
+    void UpdateChildren();
+
+    int m_iIndex;
+    CLiveViewControllerPlugin* m_pPlugin = nullptr;
+    publicdatacontroller::StreamSettings m_settings;
+    std::unique_ptr<playwindow::CStreamDecoder> m_decoder;
+    quint64 m_generation = 0;
+    std::string m_strCameraID;
+    QString m_strUrl;
+    int m_iStartValue = 0;
+    bool m_bPreviewing = false;
+    bool m_bSound = false;
+    bool m_bSelected = false;
+    bool m_bMaximized = false;
+    bool m_bToolBar = false;
+    bool m_bHover = false;
+    QList<int> m_toolButtons;
+
+    QLabel* m_pLiveViewWindow = nullptr;
+    playwindow::CVideoSurface* m_pVideo = nullptr;
+    QLabel* m_pMessage = nullptr;
+    QFrame* m_pToolBar = nullptr;
+    QLabel* m_pTitle = nullptr;
+    QToolButton* m_pSoundBtn = nullptr;
+    QPushButton* m_pCloseBtn = nullptr;
+    class QTimer* m_pMessageTimer = nullptr;
+};

@@ -1,0 +1,223 @@
+// The camera model and the camera tree over the host's real logic model,
+// built from a device list in the host configuration.
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QStandardItem>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "Base/CSingleton.h"
+#include "CAppRscManager.h"
+#include "CameraModel.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CDeviceStateNotifier.h"
+#include "playwindow/CLiveViewEvent.h"
+#include "support/TestSupport.h"
+#include "ui/CBTViewTree.h"
+
+using namespace BodyTemperature;
+using UiDataController::RoleNodeType;
+
+namespace {
+
+const QString kOffline = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraOffline.svg");
+const QString kPlaying = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraPlaying.svg");
+const QString kIdle = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
+
+void ConfigureTwoAreas()
+{
+    clientcommonlogical::DeviceConfig dev;
+    dev.id = "DEV1";
+    dev.address = "127.0.0.1";
+    dev.port = 1;
+    dev.channels = {{1, "DEV1-CH1", "Gate", "Lobby", ""}, {2, "DEV1-CH2", "Hall", "Lobby", ""},
+        {3, "DEV1-CH3", "Yard", "Outside", ""}};
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({dev});
+    // The device answers and its channels have a signal, as the host's alarm intake reports it.
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
+    for (int ch = 1; ch <= 3; ++ch)
+        notifier->SetChannelOnline(QStringLiteral("DEV1"), ch, true);
+    auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
+    rsc->GetGroupManager()->Reload();
+    rsc->GetCameraModel()->Reload();
+}
+
+class CameraTreeTest : public testsupport::TempDirTest {
+protected:
+    void SetUp() override
+    {
+        TempDirTest::SetUp();
+        ConfigureTwoAreas();
+        model = Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel();
+    }
+    QModelIndex Camera(const char* id) const { return model->GetElementIndexByElementID(id); }
+    QString IconOf(const char* id) const { return Camera(id).data(CameraModel::IconPathRole).toString(); }
+    CameraModel* model = nullptr;
+};
+
+TEST_F(CameraTreeTest, ModelHoldsAreasWithTheirCameras)
+{
+    ASSERT_EQ(model->rowCount(), 2);
+    EXPECT_EQ(model->index(0, 0).data(RoleNodeType).toInt(), 1);
+    EXPECT_EQ(model->rowCount(model->index(0, 0)), 2);
+    EXPECT_EQ(model->rowCount(model->index(1, 0)), 1);
+    const QModelIndex cam = Camera("DEV1-CH3");
+    EXPECT_EQ(cam.data(RoleNodeType).toInt(), 2);
+    EXPECT_EQ(cam.data(UiDataController::RoleCameraID).toString(), QStringLiteral("DEV1-CH3"));
+    EXPECT_EQ(cam.parent(), model->index(1, 0));
+    EXPECT_EQ(model->headerData(0, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 129);
+    EXPECT_FALSE(Camera("nope").isValid());
+}
+
+TEST_F(CameraTreeTest, LaterRowsCarryTheGroupTooltipOnlyTheFirstIsDecorated)
+{
+    // Cameras present at construction: "Preview"; cameras that arrive later
+    // (here: the reload in SetUp) carry the group text.
+    CameraModel fresh(nullptr, true);
+    const QModelIndex early = fresh.GetElementIndexByElementID("DEV1-CH1");
+    EXPECT_EQ(early.data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("Preview"));
+    EXPECT_TRUE(early.data(UiDataController::RoleRightPixmap).isValid());
+    EXPECT_EQ(Camera("DEV1-CH1").data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("ViewAllCamerasInGroup"));
+    // Two camera rows inserted at once: only the first is decorated, with the group text.
+    QStandardItem* area = model->item(0);
+    QList<QStandardItem*> rows;
+    for (int i = 0; i < 2; ++i) {
+        auto* it = new QStandardItem(QStringLiteral("late %1").arg(i));
+        it->setData(2, RoleNodeType);
+        rows << it;
+    }
+    area->insertRows(area->rowCount(), rows);
+    EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("ViewAllCamerasInGroup"));
+    EXPECT_TRUE(rows[0]->data(UiDataController::RoleRightPixmap).isValid());
+    EXPECT_FALSE(rows[1]->data(UiDataController::RoleRightPixmap).isValid());
+}
+
+TEST_F(CameraTreeTest, ModelWithoutPreviewButtonsIsPlain)
+{
+    CameraModel plain(nullptr, false);
+    const QModelIndex cam = plain.GetElementIndexByElementID("DEV1-CH1");
+    ASSERT_TRUE(cam.isValid());
+    EXPECT_FALSE(cam.data(UiDataController::RoleRightPixmap).isValid());
+    EXPECT_FALSE(cam.data(UiDataController::RoleRightPixmapTip).isValid());
+    auto* late = new QStandardItem(QStringLiteral("late"));
+    late->setData(2, RoleNodeType);
+    plain.item(0)->appendRow(late);
+    EXPECT_FALSE(late->data(UiDataController::RoleRightPixmap).isValid());
+}
+
+TEST_F(CameraTreeTest, StateIconFollowsAvailabilityAndPlaying)
+{
+    // The host's notifier reaches the model's cameras.
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, false);
+    EXPECT_EQ(IconOf("DEV1-CH3"), kOffline);
+    EXPECT_FALSE(dynamic_cast<vantordesk::ICamera*>(model->GetElementByID("DEV1-CH3"))->IsChannelOnline());
+    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, true);
+    EXPECT_EQ(IconOf("DEV1-CH3"), kIdle);
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), false);
+    EXPECT_EQ(IconOf("DEV1-CH1"), kOffline);
+    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
+    EXPECT_EQ(IconOf("DEV1-CH1"), kIdle);
+
+    struct Row {
+        bool device, channel, playing;
+        const QString& icon;
+    } rows[] = {
+        {true, true, false, kIdle},
+        {true, true, true, kPlaying},
+        {false, true, true, kOffline},   // offline but playing: offline wins
+        {true, false, true, kOffline},
+        {false, false, false, kOffline},
+    };
+    for (const Row& r : rows) {
+        model->SetDeviceOnline("DEV1", r.device);
+        model->SetChannelOnline("DEV1", 2, r.channel);
+        model->UpdateCameraIcon(Camera("DEV1-CH2"), r.playing);
+        EXPECT_EQ(IconOf("DEV1-CH2"), r.icon) << r.device << r.channel << r.playing;
+    }
+    // Coming back online keeps the playing state.
+    model->SetDeviceOnline("DEV1", true);
+    model->SetChannelOnline("DEV1", 2, true);
+    model->UpdateCameraIcon(Camera("DEV1-CH2"), true);
+    model->SetChannelOnline("DEV1", 2, false);
+    EXPECT_EQ(IconOf("DEV1-CH2"), kOffline);
+    model->SetChannelOnline("DEV1", 2, true);
+    EXPECT_EQ(IconOf("DEV1-CH2"), kPlaying);
+    EXPECT_EQ(IconOf("DEV1-CH1"), kIdle);  // another channel of the device untouched
+}
+
+TEST_F(CameraTreeTest, LiveViewEventsSetThePlayingIcon)
+{
+    CBTViewTree tree;
+    struct Step {
+        int type;
+        const char* camera;
+        const QString& expected;
+    } steps[] = {
+        {0, "DEV1-CH1", kPlaying}, {1, "DEV1-CH1", kIdle}, {6, "DEV1-CH1", kPlaying},
+        {3, "DEV1-CH1", kPlaying},  // other kinds change nothing
+        {1, "DEV1-CH1", kIdle},
+    };
+    for (const Step& s : steps) {
+        tree.UpdateCameraState(CLiveViewEvent(s.type, s.camera));
+        EXPECT_EQ(IconOf(s.camera), s.expected) << s.type;
+    }
+    tree.UpdateCameraState(CLiveViewEvent(0, "unknown"));  // ignored, no crash
+}
+
+TEST_F(CameraTreeTest, OnlyThePlayIconOfACameraRowStartsLiveView)
+{
+    CBTViewTree tree;
+    tree.setModel(model);
+    tree.resize(278, 400);
+    tree.expandAll();
+    tree.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tree));
+    QSignalSpy spy(&tree, &CBTViewTree::signalStartLiveView);
+    const QRect row = tree.visualRect(Camera("DEV1-CH1"));
+    const QPoint icon(row.right() - 14, row.center().y());
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, row.topLeft() + QPoint(20, row.height() / 2));
+    EXPECT_EQ(spy.count(), 0);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, icon);
+    ASSERT_EQ(spy.count(), 1);
+    EXPECT_EQ(spy.at(0).at(0).value<QModelIndex>(), Camera("DEV1-CH1"));
+    // The same spot on an area row starts nothing.
+    const QRect areaRow = tree.visualRect(model->index(0, 0));
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(row.right() - 14, areaRow.center().y()));
+    EXPECT_EQ(spy.count(), 1);
+}
+
+TEST_F(CameraTreeTest, DragCarriesGroupAndCamera)
+{
+    CBTViewTree tree;
+    CBTViewTree::DragData d;
+    ASSERT_TRUE(tree.DragDataOf(Camera("DEV1-CH3"), d));
+    EXPECT_EQ(d.cameraGuid, QStringLiteral("DEV1-CH3"));
+    EXPECT_EQ(d.groupGuid, model->index(1, 0).data(UiDataController::RoleGroupID).toString());
+    EXPECT_EQ(d.pixmap, QStringLiteral(":/public/btn/Public/Camera.svg"));
+
+    ASSERT_TRUE(tree.DragDataOf(model->index(0, 0), d));
+    EXPECT_FALSE(d.groupGuid.isEmpty());
+    EXPECT_TRUE(d.cameraGuid.isEmpty());
+    EXPECT_EQ(d.pixmap, QStringLiteral(":/public/btn/Public/Group.svg"));
+
+    // A row of no known type still drags, carrying nothing.
+    QStandardItemModel other;
+    other.appendRow(new QStandardItem(QStringLiteral("x")));
+    ASSERT_TRUE(tree.DragDataOf(other.index(0, 0), d));
+    EXPECT_TRUE(d.groupGuid.isEmpty() && d.cameraGuid.isEmpty());
+
+    // A camera row the logic model does not know starts no drag.
+    auto* ghost = new QStandardItem(QStringLiteral("ghost"));
+    ghost->setData(2, RoleNodeType);
+    ghost->setData(QStringLiteral("GHOST"), UiDataController::RoleCameraID);
+    other.appendRow(ghost);
+    EXPECT_FALSE(tree.DragDataOf(other.index(1, 0), d));
+
+    std::unique_ptr<QMimeData> mime(CBTViewTree::CreateMimeData({QStringLiteral("g"), QStringLiteral("c"), QString()}));
+    EXPECT_EQ(mime->property("GroupGUID").toString(), QStringLiteral("g"));
+    EXPECT_EQ(mime->property("CameraGUID").toString(), QStringLiteral("c"));
+}
+
+} // namespace

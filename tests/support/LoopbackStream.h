@@ -1,0 +1,132 @@
+#pragma once
+// Live streams for tests, served on 127.0.0.1 only:
+//  - PartServer: a multipart JPEG (MJPEG over HTTP) stream of given pictures,
+//    looped at about 25 per second, to one client, from its own thread;
+//  - FfmpegServer: ffmpeg encoding a lavfi source and serving it to one client;
+//  - ListeningSocket / FreePort: a port that accepts but never answers, or refuses.
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <arpa/inet.h>
+#include <atomic>
+#include <chrono>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include "support/TestSupport.h"
+
+namespace testsupport {
+
+class ListeningSocket {
+public:
+    explicit ListeningSocket(bool listen = true)
+    {
+        m_fd = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof(a));
+        socklen_t len = sizeof(a);
+        ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
+        m_port = ntohs(a.sin_port);
+        if (listen)
+            ::listen(m_fd, 4);
+    }
+    ~ListeningSocket() { Close(); }
+    ListeningSocket(const ListeningSocket&) = delete;
+    ListeningSocket& operator=(const ListeningSocket&) = delete;
+    // Also wakes a thread blocked in accept().
+    void Close()
+    {
+        if (m_fd >= 0) {
+            ::shutdown(m_fd, SHUT_RDWR);
+            ::close(m_fd);
+        }
+        m_fd = -1;
+    }
+    int port() const { return m_port; }
+    int fd() const { return m_fd; }
+
+private:
+    int m_fd = -1;
+    int m_port = 0;
+};
+
+// A loopback port nobody listens on (connections are refused).
+inline int FreePort()
+{
+    ListeningSocket s(false);
+    return s.port();
+}
+
+class PartServer {
+public:
+    explicit PartServer(std::vector<QByteArray> parts, int intervalMs = 40) : m_parts(std::move(parts)), m_interval(intervalMs)
+    {
+        url = QStringLiteral("http://127.0.0.1:%1/live").arg(m_socket.port());
+        m_thread = std::thread([this] { Serve(); });
+    }
+    ~PartServer()
+    {
+        m_stop = true;
+        m_socket.Close();
+        m_thread.join();
+    }
+    QString url;
+
+private:
+    void Serve()
+    {
+        const int fd = ::accept(m_socket.fd(), nullptr, nullptr);
+        if (fd < 0)
+            return;
+        char req[2048];
+        (void)::recv(fd, req, sizeof(req), 0);
+        auto send = [fd](const QByteArray& b) {
+            return ::send(fd, b.constData(), static_cast<size_t>(b.size()), MSG_NOSIGNAL) == b.size();
+        };
+        bool ok = send(QByteArrayLiteral("HTTP/1.0 200 OK\r\nContent-Type: multipart/x-mixed-replace;boundary=frame\r\n\r\n"));
+        for (size_t i = 0; ok && !m_stop; ++i) {
+            const QByteArray& part = m_parts[i % m_parts.size()];
+            ok = send("--frame\r\nContent-Type: image/jpeg\r\nContent-Length: " + QByteArray::number(part.size()) + "\r\n\r\n")
+                && send(part) && send(QByteArrayLiteral("\r\n"));
+            std::this_thread::sleep_for(std::chrono::milliseconds(m_interval));
+        }
+        ::close(fd);
+    }
+    ListeningSocket m_socket;
+    std::vector<QByteArray> m_parts;
+    int m_interval;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+class FfmpegServer {
+public:
+    // graph: a lavfi source such as "testsrc=size=640x360:rate=25".
+    explicit FfmpegServer(const QString& graph, const QStringList& extra = {}, const QString& format = QStringLiteral("mpjpeg"))
+    {
+        url = QStringLiteral("http://127.0.0.1:%1/live").arg(FreePort());
+        QStringList args{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"), QStringLiteral("quiet"),
+            QStringLiteral("-re"), QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), graph};
+        args += extra;
+        args += {QStringLiteral("-f"), format, QStringLiteral("-listen"), QStringLiteral("1"), url};
+        proc.start(QStringLiteral("ffmpeg"), args);
+        proc.waitForStarted();
+        // ffmpeg needs a moment before it listens (a probe would use up its one client).
+        pump(300);
+    }
+    ~FfmpegServer()
+    {
+        proc.kill();
+        proc.waitForFinished(2000);
+    }
+    QString url;
+    QProcess proc;
+};
+
+} // namespace testsupport
