@@ -141,14 +141,14 @@ bool CVoicePlayer::PlayOnDevice(const std::string& localPath)
         return false;
     }
 
-    pa_sample_spec spec{};
-    spec.format = PA_SAMPLE_S16LE;
-    spec.rate = static_cast<uint32_t>(info.samplerate);
-    spec.channels = static_cast<uint8_t>(info.channels);
+    pa_sample_spec sample{};
+    sample.format = PA_SAMPLE_S16LE;
+    sample.rate = static_cast<uint32_t>(info.samplerate);
+    sample.channels = static_cast<uint8_t>(info.channels);
     int error = 0;
     // Fails at once ("Connection refused") when no sound server runs.
     pa_simple* stream = pa_simple_new(nullptr, "BodyTemperature", PA_STREAM_PLAYBACK, nullptr, "voice prompt",
-        &spec, nullptr, nullptr, &error);
+        &sample, nullptr, nullptr, &error);
     if (stream == nullptr) {
         BASE_LOG_WARN("no sound output for %s: %s", localPath.c_str(), pa_strerror(error));
         sf_close(file);

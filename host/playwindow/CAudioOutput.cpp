@@ -22,12 +22,12 @@ CAudioOutput::~CAudioOutput()
 
 bool CAudioOutput::Open()
 {
-    pa_sample_spec spec;
-    spec.format = PA_SAMPLE_S16LE;
-    spec.rate = kRate;
-    spec.channels = kChannels;
+    pa_sample_spec sample;
+    sample.format = PA_SAMPLE_S16LE;
+    sample.rate = kRate;
+    sample.channels = kChannels;
     int err = 0;
-    m_pa = pa_simple_new(nullptr, "vantordesk", PA_STREAM_PLAYBACK, nullptr, "live view", &spec, nullptr, nullptr, &err);
+    m_pa = pa_simple_new(nullptr, "vantordesk", PA_STREAM_PLAYBACK, nullptr, "live view", &sample, nullptr, nullptr, &err);
     if (m_pa == nullptr) {
         BASE_LOG_WARN("sound server unavailable: %s", pa_strerror(err));
         return false;
