@@ -29,25 +29,13 @@ const char* const kDurationPattern = "[1-9]|[1-9][0-9]|[1-9][0-9][0-9]|1[0-7][0-
 CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("PopConfigPage"));
-    setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
-    setAttribute(Qt::WA_TranslucentBackground);
-
-    m_pFrame = new QFrame(this);
-    m_pFrame->setObjectName(QStringLiteral("PopConfigFrame"));
-    ApplySettingsPageLook(m_pFrame);
-
-    m_pTitleLabel = new QLabel(text("AlarmPopoverConfigurrXBbmhnE"), m_pFrame);
-    m_pTitleLabel->setObjectName(QStringLiteral("m_pTitleLabel"));
-    QFont titleFont = m_pTitleLabel->font();
-    titleFont.setBold(true);
-    m_pTitleLabel->setFont(titleFont);
-    EnableDragMove(m_pTitleLabel);
-    m_pCloseBtn = new QToolButton(m_pFrame);
-    m_pCloseBtn->setObjectName(QStringLiteral("m_pCloseBtn"));
-    m_pCloseBtn->setToolTip(text("close"));
-    m_pCloseBtn->setText(QStringLiteral("\u2715"));
-    m_pCloseBtn->setAutoRaise(true);
-    m_pCloseBtn->setCursor(Qt::PointingHandCursor);
+    const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("PopConfigFrame"),
+        text("AlarmPopoverConfigurrXBbmhnE"), text("close"), text("Save"), text("UndoMerge"));
+    m_pFrame = parts.frame;
+    m_pTitleLabel = parts.title;
+    m_pCloseBtn = parts.close;
+    m_pSaveBtn = parts.save;
+    m_pCancelBtn = parts.cancel;
 
     m_pNoMaskCheck = new QCheckBox(text("DoNotWearAMaskPopoveDNxNGyNy"), m_pFrame);
     m_pNoMaskCheck->setObjectName(QStringLiteral("m_pNoMaskCheckBox"));
@@ -71,47 +59,18 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
         + text("From%1To%2").arg(QStringLiteral("1"), QStringLiteral("1800")));
     m_pDurationEdit->setFixedWidth(120);
 
-    m_pSaveBtn = new QPushButton(text("Save"), m_pFrame);
-    m_pSaveBtn->setObjectName(QStringLiteral("m_pSaveBtn"));
-    m_pSaveBtn->setDefault(true);
-    m_pCancelBtn = new QPushButton(text("UndoMerge"), m_pFrame);
-    m_pCancelBtn->setObjectName(QStringLiteral("m_pCancelBtn"));
-    for (QPushButton* b : {m_pSaveBtn, m_pCancelBtn}) {
-        b->setMinimumWidth(88);
-        b->setCursor(Qt::PointingHandCursor);
-    }
-
-    auto* titleRow = new QHBoxLayout;
-    titleRow->addWidget(m_pTitleLabel, 1);
-    titleRow->addWidget(m_pCloseBtn);
     auto* durationRow = new QHBoxLayout;
     durationRow->setContentsMargins(24, 0, 0, 0);
     durationRow->addWidget(m_pDurationLabel);
     durationRow->addWidget(m_pDurationEdit);
     durationRow->addStretch(1);
-    auto* buttonRow = new QHBoxLayout;
-    buttonRow->addStretch(1);
-    buttonRow->addWidget(m_pSaveBtn);
-    buttonRow->addWidget(m_pCancelBtn);
-
-    auto* inner = new QVBoxLayout(m_pFrame);
-    inner->setContentsMargins(20, 12, 16, 16);
-    inner->setSpacing(12);
-    inner->addLayout(titleRow);
-    inner->addSpacing(4);
-    inner->addWidget(m_pNoMaskCheck);
-    inner->addWidget(m_pAbnormalCheck);
-    inner->addWidget(m_pAutoCloseCheck);
-    inner->addLayout(durationRow);
-    inner->addStretch(1);
-    inner->addLayout(buttonRow);
-
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(m_pFrame);
-    // Translations differ in length: the dialog grows with its labels.
-    outer->setSizeConstraint(QLayout::SetMinimumSize);
-    resize(400, 300);
+    auto* body = new QVBoxLayout;
+    body->setSpacing(12);
+    body->addWidget(m_pNoMaskCheck);
+    body->addWidget(m_pAbnormalCheck);
+    body->addWidget(m_pAutoCloseCheck);
+    body->addLayout(durationRow);
+    LayOutSettingsDialog(this, parts, body, 4, QSize(400, 300));
 
     connect(m_pSaveBtn, &QPushButton::clicked, this, &CPopConfigPage::onClickedOK);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CPopConfigPage::onClickedClose);

@@ -26,25 +26,13 @@ QString text(const char* key) { return QCoreApplication::translate("CSoundConfig
 CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("SoundConfigPage"));
-    setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
-    setAttribute(Qt::WA_TranslucentBackground);
-
-    m_pFrame = new QFrame(this);
-    m_pFrame->setObjectName(QStringLiteral("SoundConfigFrame"));
-    ApplySettingsPageLook(m_pFrame);
-
-    m_pTitleLabel = new QLabel(text("VoiceConfiguration"), m_pFrame);
-    m_pTitleLabel->setObjectName(QStringLiteral("m_pTitleLabel"));
-    QFont titleFont = m_pTitleLabel->font();
-    titleFont.setBold(true);
-    m_pTitleLabel->setFont(titleFont);
-    EnableDragMove(m_pTitleLabel);
-    m_pCloseBtn = new QToolButton(m_pFrame);
-    m_pCloseBtn->setObjectName(QStringLiteral("m_pCloseBtn"));
-    m_pCloseBtn->setToolTip(text("close"));
-    m_pCloseBtn->setText(QStringLiteral("\u2715"));
-    m_pCloseBtn->setAutoRaise(true);
-    m_pCloseBtn->setCursor(Qt::PointingHandCursor);
+    const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("SoundConfigFrame"),
+        text("VoiceConfiguration"), text("close"), text("Save"), text("UndoMerge"));
+    m_pFrame = parts.frame;
+    m_pTitleLabel = parts.title;
+    m_pCloseBtn = parts.close;
+    m_pSaveBtn = parts.save;
+    m_pCancelBtn = parts.cancel;
 
     m_pNormalCheck = new QCheckBox(text("NormalBodyTemperaturOwfVDUEE"), m_pFrame);
     m_pNormalCheck->setObjectName(QStringLiteral("m_pNormalCheckBox"));
@@ -56,19 +44,6 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     m_pAbnormalPath = makeChooser("m_pAbnormalPathCombo");
     m_pNoMaskPath = makeChooser("m_pNoMaskPathCombo");
 
-    m_pSaveBtn = new QPushButton(text("Save"), m_pFrame);
-    m_pSaveBtn->setObjectName(QStringLiteral("m_pSaveBtn"));
-    m_pSaveBtn->setDefault(true);
-    m_pCancelBtn = new QPushButton(text("UndoMerge"), m_pFrame);
-    m_pCancelBtn->setObjectName(QStringLiteral("m_pCancelBtn"));
-    for (QPushButton* b : {m_pSaveBtn, m_pCancelBtn}) {
-        b->setMinimumWidth(88);
-        b->setCursor(Qt::PointingHandCursor);
-    }
-
-    auto* titleRow = new QHBoxLayout;
-    titleRow->addWidget(m_pTitleLabel, 1);
-    titleRow->addWidget(m_pCloseBtn);
     auto* rows = new QGridLayout;
     rows->setHorizontalSpacing(16);
     rows->setVerticalSpacing(14);
@@ -79,26 +54,7 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     rows->addWidget(m_pAbnormalPath, 1, 1);
     rows->addWidget(m_pNoMaskCheck, 2, 0);
     rows->addWidget(m_pNoMaskPath, 2, 1);
-    auto* buttonRow = new QHBoxLayout;
-    buttonRow->addStretch(1);
-    buttonRow->addWidget(m_pSaveBtn);
-    buttonRow->addWidget(m_pCancelBtn);
-
-    auto* inner = new QVBoxLayout(m_pFrame);
-    inner->setContentsMargins(20, 12, 16, 16);
-    inner->setSpacing(12);
-    inner->addLayout(titleRow);
-    inner->addSpacing(6);
-    inner->addLayout(rows);
-    inner->addStretch(1);
-    inner->addLayout(buttonRow);
-
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(m_pFrame);
-    // Translations differ in length: the dialog grows with its labels.
-    outer->setSizeConstraint(QLayout::SetMinimumSize);
-    resize(620, 290);
+    LayOutSettingsDialog(this, parts, rows, 6, QSize(620, 290));
 
     connect(m_pSaveBtn, &QPushButton::clicked, this, &CSoundConfigPage::onClickedOK);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CSoundConfigPage::onClickedCancel);

@@ -1,7 +1,13 @@
 #include "ui/SettingsPageLook.h"
 
+#include <QDialog>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QMouseEvent>
-#include <QWidget>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
 
 namespace BodyTemperature {
 namespace {
@@ -76,6 +82,69 @@ void ApplySettingsPageLook(QWidget* panel)
         "QToolButton { background: transparent; color: #C9D3E0; border: 1px solid transparent; padding: 2px 6px; }"
         "QToolButton#PathComboBoxBrowseBtn { background-color: #13233A; border-color: #24405F; }";
     panel->setStyleSheet(QString::fromLatin1(kLook).arg(panel->objectName()));
+}
+
+SettingsDialogFrame MakeSettingsDialogFrame(QDialog* dialog, const QString& frameName, const QString& title,
+    const QString& closeTip, const QString& saveText, const QString& cancelText)
+{
+    dialog->setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
+    dialog->setAttribute(Qt::WA_TranslucentBackground);
+
+    SettingsDialogFrame parts;
+    parts.frame = new QFrame(dialog);
+    parts.frame->setObjectName(frameName);
+    ApplySettingsPageLook(parts.frame);
+
+    parts.title = new QLabel(title, parts.frame);
+    parts.title->setObjectName(QStringLiteral("m_pTitleLabel"));
+    QFont titleFont = parts.title->font();
+    titleFont.setBold(true);
+    parts.title->setFont(titleFont);
+    EnableDragMove(parts.title);
+    parts.close = new QToolButton(parts.frame);
+    parts.close->setObjectName(QStringLiteral("m_pCloseBtn"));
+    parts.close->setToolTip(closeTip);
+    parts.close->setText(QStringLiteral("\u2715"));
+    parts.close->setAutoRaise(true);
+    parts.close->setCursor(Qt::PointingHandCursor);
+
+    parts.save = new QPushButton(saveText, parts.frame);
+    parts.save->setObjectName(QStringLiteral("m_pSaveBtn"));
+    parts.save->setDefault(true);
+    parts.cancel = new QPushButton(cancelText, parts.frame);
+    parts.cancel->setObjectName(QStringLiteral("m_pCancelBtn"));
+    for (QPushButton* b : {parts.save, parts.cancel}) {
+        b->setMinimumWidth(88);
+        b->setCursor(Qt::PointingHandCursor);
+    }
+    return parts;
+}
+
+void LayOutSettingsDialog(QDialog* dialog, const SettingsDialogFrame& parts, QLayout* body, int spacingAfterTitle,
+    const QSize& startSize)
+{
+    auto* titleRow = new QHBoxLayout;
+    titleRow->addWidget(parts.title, 1);
+    titleRow->addWidget(parts.close);
+    auto* buttonRow = new QHBoxLayout;
+    buttonRow->addStretch(1);
+    buttonRow->addWidget(parts.save);
+    buttonRow->addWidget(parts.cancel);
+
+    auto* inner = new QVBoxLayout(parts.frame);
+    inner->setContentsMargins(20, 12, 16, 16);
+    inner->setSpacing(12);
+    inner->addLayout(titleRow);
+    inner->addSpacing(spacingAfterTitle);
+    inner->addLayout(body);
+    inner->addStretch(1);
+    inner->addLayout(buttonRow);
+
+    auto* outer = new QVBoxLayout(dialog);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(parts.frame);
+    outer->setSizeConstraint(QLayout::SetMinimumSize);
+    dialog->resize(startSize);
 }
 
 } // namespace BodyTemperature
