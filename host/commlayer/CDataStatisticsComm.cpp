@@ -35,6 +35,32 @@ std::string devicePath(const std::string& reference)
     return ref;
 }
 
+// POSTs body as JSON to one of the device's SDK endpoints and parses the
+// answer (reply keeps the raw text). On failure the error pair is set; what
+// names the call in the log.
+bool postSdkJson(const std::string& deviceId, const char* path, const nlohmann::json& body, int timeout,
+    const char* what, nlohmann::json& answer, std::string& reply)
+{
+    clientcommonlogical::DeviceConfig dev;
+    if (!findDevice(deviceId, dev))
+        return false;
+    detail::HttpExchange ex;
+    ex.method = "POST";
+    ex.path = path;
+    ex.body = body.dump();
+    ex.contentType = "application/json";
+    ex.timeoutMs = timeout > 0 ? timeout : 30000;
+    const detail::HttpResult r = detail::Perform(dev, ex);
+    if (!detail::CheckResult(r, true)) {
+        const auto err = Base::Error::GetLastError();
+        BASE_LOG_WARN("%s on device [%s] failed [%d-%d]", what, deviceId.c_str(), err.first, err.second);
+        return false;
+    }
+    answer = nlohmann::json::parse(r.body, nullptr, false);
+    reply = r.body;
+    return true;
+}
+
 } // namespace
 
 bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::DvapiPassThroughRspData& rsp,
@@ -77,26 +103,14 @@ bool CDataStatisticsComm::devnetsdkrequest(const std::string& deviceId, protocol
         Base::Error::SetLastError(kErrParam, 0);
         return false;
     }
-    clientcommonlogical::DeviceConfig dev;
-    if (!findDevice(deviceId, dev))
-        return false;
     nlohmann::json j;
     j["function"] = req.function;
     j["params"] = req.params;
-    detail::HttpExchange ex;
-    ex.method = "POST";
-    ex.path = "/DVAPI/SDK/passThrough";
-    ex.body = j.dump();
-    ex.contentType = "application/json";
-    ex.timeoutMs = req.timeout > 0 ? req.timeout : 30000;
-    detail::HttpResult r = detail::Perform(dev, ex);
-    if (!detail::CheckResult(r, true)) {
-        const auto err = Base::Error::GetLastError();
-        BASE_LOG_WARN("SDK function %s on device [%s] failed [%d-%d]", req.function.c_str(), deviceId.c_str(),
-            err.first, err.second);
+    nlohmann::json answer;
+    std::string reply;
+    const std::string what = "SDK function " + req.function;
+    if (!postSdkJson(deviceId, "/DVAPI/SDK/passThrough", j, req.timeout, what.c_str(), answer, reply))
         return false;
-    }
-    auto answer = nlohmann::json::parse(r.body, nullptr, false);
     if (!answer.is_object() || !answer.contains("data") || !answer["data"].is_string()) {
         Base::Error::SetLastError(kErrBadAnswer, 0);
         return false;
@@ -121,28 +135,16 @@ bool CDataStatisticsComm::uploadToFaceLibSDKRequest(bool& finished, const std::s
         Base::Error::SetLastError(0, 0);
         return true;
     }
-    clientcommonlogical::DeviceConfig dev;
-    if (!findDevice(deviceId, dev))
-        return false;
     nlohmann::json j;
     j["command"] = req.command;
     j["encoding"] = req.encoding;
     j["xml"] = req.xml;
     j["picture"] = req.picture;
     j["condition"] = Base::Encrypt::Base64EncodeEx(req.condition);
-    detail::HttpExchange ex;
-    ex.method = "POST";
-    ex.path = "/DVAPI/SDK/batch";
-    ex.body = j.dump();
-    ex.contentType = "application/json";
-    ex.timeoutMs = req.timeout > 0 ? req.timeout : 30000;
-    detail::HttpResult r = detail::Perform(dev, ex);
-    if (!detail::CheckResult(r, true)) {
-        const auto err = Base::Error::GetLastError();
-        BASE_LOG_WARN("face upload to device [%s] failed [%d-%d]", deviceId.c_str(), err.first, err.second);
+    nlohmann::json answer;
+    std::string reply;
+    if (!postSdkJson(deviceId, "/DVAPI/SDK/batch", j, req.timeout, "face upload", answer, reply))
         return false;
-    }
-    auto answer = nlohmann::json::parse(r.body, nullptr, false);
     if (!answer.is_object() || !answer.contains("results") || !answer["results"].is_array()) {
         Base::Error::SetLastError(kErrBadAnswer, 0);
         return false;
@@ -164,7 +166,7 @@ bool CDataStatisticsComm::uploadToFaceLibSDKRequest(bool& finished, const std::s
     req.sendData.clear();
     protocol::BatchSendData sent;
     sent.deviceId = deviceId;
-    sent.reply = r.body;
+    sent.reply = std::move(reply);
     req.sendData.push_back(sent);
     Base::Error::SetLastError(failedSub != 0 ? kErrDeviceStatus : 0, failedSub > 0 ? failedSub : 0);
     return true;
