@@ -7,7 +7,7 @@ PKGS=(
   libboost-thread-dev libsqlite3-dev sqlite3 liblog4cxx-dev libxml2-dev
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
-  libsndfile1-dev libpulse-dev libgtest-dev
+  libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
   xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
 )
 missing=()
