@@ -39,7 +39,9 @@ cat > "$CONFIG" <<JSON
 }
 JSON
 
-ARGS=(--modules "$BIN/modules" --config "$CONFIG" --open m_BodyTemperatureBtn)
+# The demo keeps its settings beside its configuration, so that another
+# checkout's saved voice paths are never picked up.
+ARGS=(--modules "$BIN/modules" --config "$CONFIG" --data-dir "$DEMO_DIR/data" --open m_BodyTemperatureBtn)
 if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ]; then
   "$BIN/vantordesk" "${ARGS[@]}"
 else
