@@ -2,14 +2,10 @@
 // used by the display at once, is in the settings file for the next start,
 // and a failed save still changes what the display does for this run.
 #include <QApplication>
-#include <QDir>
-#include <QGuiApplication>
-#include <QPixmap>
-#include <QPointer>
-#include <QScreen>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -73,12 +69,24 @@ protected:
         CConfigMgr::Instance()->SetLanguage(m_language);
         SettingsFileTest::TearDown();
     }
+    static void showDisplay(CBTShowWidget& w)
+    {
+        w.setGeometry(0, 0, 1600, 900);
+        w.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    }
     static void press(CBTShowWidget& w, const char* button)
     {
         auto* b = w.ToolButtonBar()->findChild<QToolButton*>(QString::fromLatin1(button));
         ASSERT_NE(b, nullptr) << button;
         b->click();
     }
+    static CTypeConfigPage* openTypePanel(CBTShowWidget& w)
+    {
+        press(w, "m_pAlarmTypeBtn");
+        return w.TypeConfigPage();
+    }
+    static void clickBox(QCheckBox* box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8)); }
     // True when the display took the record in (it reports its counters).
     static bool accepted(CBTShowWidget& w, const IntelAlarmEventInfo& r)
     {
@@ -86,10 +94,10 @@ protected:
         w.DealAlarmInfo(r);
         return spy.count() == 1;
     }
-    // Runs the display's slot that opens a modal page, acting on the page
-    // from inside its event loop.
+    // Presses the display's button that opens a modal page and acts on the
+    // page from inside its event loop.
     template <typename Page>
-    static void runModal(const std::function<void()>& open, const std::function<void(Page&)>& act)
+    static void runModal(CBTShowWidget& w, const char* button, const std::function<void(Page&)>& act)
     {
         bool acted = false;
         QTimer::singleShot(0, qApp, [&] {
@@ -98,7 +106,7 @@ protected:
             acted = true;
             act(*page);
         });
-        open();
+        press(w, button);
         EXPECT_TRUE(acted);
     }
     int m_language = 2;
@@ -109,16 +117,14 @@ TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
     for (int language : {1, 2}) {
         CConfigMgr::Instance()->SetLanguage(language);
         CBTShowWidget w;
-        w.setGeometry(0, 0, 1600, 900);
-        w.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-        press(w, "m_pAlarmTypeBtn");
-        CTypeConfigPage* page = w.TypeConfigPage();
+        showDisplay(w);
+        CTypeConfigPage* page = openTypePanel(w);
         ASSERT_NE(page, nullptr);
         EXPECT_EQ(page->parentWidget(), w.ToolButtonBar());
         EXPECT_TRUE(page->isVisible());
         EXPECT_EQ(page->size(), CTypeConfigPage::PageSize(language));
-        // The computed place, unless the panel would run off the screen there.
+        // The computed place, unless the panel would run off the screen there
+        // (as it does on the 800 x 600 test screen: then it is shifted back).
         QWidget* bar = w.ToolButtonBar();
         const QPoint place = bar->mapToGlobal(CTypeConfigPage::PagePosition(bar->geometry(), language));
         const QRect area = page->screen()->availableGeometry();
@@ -130,92 +136,56 @@ TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
     }
 }
 
-TEST_F(SettingsThroughDisplayTest, UncheckingCapturesStopsThemAtOnceAndAcrossARestart)
+TEST_F(SettingsThroughDisplayTest, UncheckedTypesStopAtOnceAndAcrossARestartButReturningPersonsPass)
 {
     CBTShowWidget w;
-    w.resize(1600, 900);
-    w.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    showDisplay(w);
     ASSERT_TRUE(accepted(w, record(100101)));
-    EXPECT_EQ(w.AllNum(), 1);
 
-    press(w, "m_pAlarmTypeBtn");
-    CTypeConfigPage* page = w.TypeConfigPage();
+    CTypeConfigPage* page = openTypePanel(w);
     ASSERT_NE(page, nullptr);
-    QTest::mouseClick(page->CaptureCheckBox(), Qt::LeftButton, {}, QPoint(8, 8));
-    ASSERT_FALSE(page->CaptureCheckBox()->isChecked());
+    clickBox(page->CaptureCheckBox());
     ASSERT_TRUE(page->isVisible());  // still open: the change is already in effect
-
     EXPECT_FALSE(accepted(w, record(100101)));
-    EXPECT_EQ(w.AllNum(), 1);
     EXPECT_TRUE(accepted(w, record(100119)));
     EXPECT_EQ(w.AllNum(), 2);
     EXPECT_FALSE(reloaded().bFaceCapture);
     EXPECT_TRUE(reloaded().bFaceTemperatureCapture);
 
-    // The next start of the display reads it back.
-    CBTShowWidget restarted;
-    EXPECT_FALSE(restarted.Config().bFaceCapture);
-    EXPECT_FALSE(accepted(restarted, record(100101)));
-    press(restarted, "m_pAlarmTypeBtn");
-    EXPECT_FALSE(restarted.TypeConfigPage()->CaptureCheckBox()->isChecked());
-}
-
-TEST_F(SettingsThroughDisplayTest, AllTypesOffStillLetsReturningPersonsThrough)
-{
-    CBTShowWidget w;
-    w.resize(1600, 900);
-    w.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-    press(w, "m_pAlarmTypeBtn");
-    CTypeConfigPage* page = w.TypeConfigPage();
-    for (QCheckBox* box : {page->ComparisonCheckBox(), page->TemperatureCaptureCheckBox(), page->CaptureCheckBox()})
-        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8));
-
+    // All three off: returning persons are not one of the three.
+    clickBox(page->ComparisonCheckBox());
+    clickBox(page->TemperatureCaptureCheckBox());
     for (uint32_t code : {100103u, 100506u, 100114u, 100101u, 100119u})
         EXPECT_FALSE(accepted(w, record(code))) << code;
-    EXPECT_EQ(w.AllNum(), 0);
     EXPECT_TRUE(accepted(w, record(100112)));
-    const AlarmDisplayConfig stored = reloaded();
-    EXPECT_FALSE(stored.bFaceCapture || stored.bFaceTemperatureCapture || stored.bFacePictureComparison);
+
+    // The next start of the display reads it back.
+    CBTShowWidget restarted;
+    EXPECT_FALSE(accepted(restarted, record(100119)));
+    page = openTypePanel(restarted);
+    for (QCheckBox* box : {page->ComparisonCheckBox(), page->TemperatureCaptureCheckBox(), page->CaptureCheckBox()})
+        EXPECT_FALSE(box->isChecked()) << qPrintable(box->objectName());
 }
 
 TEST_F(SettingsThroughDisplayTest, ThePopUpPageChangesTheDisplayEvenWhenTheSaveFails)
 {
-    struct Row {
-        const char* name;
-        bool breakFile;
-        const char* message;
-    };
-    const Row rows[] = {
-        {"saved", false, "SaveSuccessfulYCFI2BGO"},
-        {"save failed", true, "SaveFailed"},
-    };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(r.name);
+    for (bool readOnly : {false, true}) {
+        SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
         settingstest::recreateTable();
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         CBTShowWidget w;
-        w.resize(1600, 900);
-        w.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+        showDisplay(w);
         ASSERT_TRUE(w.Config().bPopAbnormal);
-        const settingstest::SaveFailure& failure = settingstest::saveFailures().front();
-        sqlite3* holder = nullptr;
-        runModal<CPopConfigPage>([&w] { press(w, "m_pPopBtn"); }, [&](CPopConfigPage& page) {
+        runModal<CPopConfigPage>(w, "m_pPopBtn", [&](CPopConfigPage& page) {
             page.AbnormalCheckBox()->click();
             page.DurationEdit()->setText(QStringLiteral("12"));
-            if (r.breakFile)
-                failure.breakIt(&holder);
-            page.SaveButton()->click();
+            clickSave(page.SaveButton(), readOnly);
         });
-        if (r.breakFile)
-            failure.repair(&holder);
 
-        EXPECT_EQ(messages(), QStringList{QString::fromLatin1(r.message)});
+        EXPECT_EQ(messages(), QStringList{QLatin1String(readOnly ? "SaveFailed" : "SaveSuccessfulYCFI2BGO")});
         EXPECT_FALSE(w.Config().bPopAbnormal);
         EXPECT_EQ(w.Config().iPopDuration, 12);
-        EXPECT_EQ(reloaded().iPopDuration == 12, !r.breakFile);
+        EXPECT_EQ(reloaded().iPopDuration == 12, !readOnly);
         // An abnormal temperature no longer raises the pop-up card.
         EXPECT_TRUE(accepted(w, record(100119, true)));
         EXPECT_TRUE(w.PopUpUnit() == nullptr || !w.PopUpUnit()->isVisible());
@@ -228,13 +198,13 @@ TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
     const AlarmDisplayConfig before = w.Config();
     ASSERT_FALSE(before.strNormalVoice.isEmpty());  // the display filled in the shipped files
 
-    runModal<CSoundConfigPage>([&w] { press(w, "m_pSoundBtn"); }, [](CSoundConfigPage& page) {
+    runModal<CSoundConfigPage>(w, "m_pSoundBtn", [](CSoundConfigPage& page) {
         page.NormalCheckBox()->click();
         page.CancelButton()->click();
     });
     EXPECT_TRUE(w.Config() == before);
 
-    runModal<CSoundConfigPage>([&w] { press(w, "m_pSoundBtn"); }, [](CSoundConfigPage& page) {
+    runModal<CSoundConfigPage>(w, "m_pSoundBtn", [](CSoundConfigPage& page) {
         page.NormalCheckBox()->click();
         page.SaveButton()->click();
     });
@@ -244,32 +214,3 @@ TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
 }
 
 } // namespace
-
-// On a real 1920 x 1080 screen (xvfb-run, QT_QPA_PLATFORM=xcb): the display
-// full screen with the alarm-type panel open under its tool bar, then with
-// the pop-up page over it.
-TEST_F(SettingsThroughDisplayTest, Renders)
-{
-    const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
-    if (dir.isEmpty())
-        GTEST_SKIP() << "set BT_SNAPSHOT_DIR to write the pictures";
-    for (int language : {1, 2}) {
-        CConfigMgr::Instance()->SetLanguage(language);
-        CBTShowWidget w;
-        w.setGeometry(QGuiApplication::primaryScreen()->geometry());
-        w.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-        const auto shoot = [&dir, language](const char* what) {
-            testsupport::pump(300);
-            EXPECT_TRUE(QGuiApplication::primaryScreen()->grabWindow(0).save(
-                QDir(dir).filePath(QStringLiteral("%1OnDisplay_%2.png").arg(QLatin1String(what)).arg(language))));
-        };
-        press(w, "m_pAlarmTypeBtn");
-        shoot("TypePanel");
-        w.TypeConfigPage()->close();
-        runModal<CPopConfigPage>([&w] { press(w, "m_pPopBtn"); }, [&](CPopConfigPage& page) {
-            shoot("PopPage");
-            page.CloseButton()->click();
-        });
-    }
-}

@@ -1,7 +1,6 @@
 // Bottom-right messages: recorded, placed at the lower right of the screen,
 // stacked upward newest lowest, gone after their fade.
 #include <QGuiApplication>
-#include <QPixmap>
 #include <QScreen>
 #include <gtest/gtest.h>
 
@@ -62,17 +61,3 @@ TEST(InformationDlg, ALaterMessageMovesDownWhenTheOnesBelowGo)
 }
 
 } // namespace
-
-TEST(InformationDlg, Renders)
-{
-    const QString dir = qEnvironmentVariable("BT_SNAPSHOT_DIR");
-    if (dir.isEmpty())
-        GTEST_SKIP() << "set BT_SNAPSHOT_DIR to write the picture (a real screen: run under xvfb)";
-    CInformationDlg::ShowInformationAtScreenRightBottom(QStringLiteral("SaveFailed"));
-    CInformationDlg::ShowInformationAtScreenRightBottom(QStringLiteral("SaveSuccessfulYCFI2BGO"));
-    testsupport::pump(300);
-    QScreen* screen = QGuiApplication::primaryScreen();
-    EXPECT_TRUE(screen->grabWindow(0).save(dir + QStringLiteral("/InformationDlg_screen.png")));
-    for (CInformationDlg* dlg : CInformationDlg::VisibleMessages())
-        delete dlg;
-}
