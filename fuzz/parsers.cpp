@@ -43,14 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         commlayer::CAlarmEventDecoder decoder{clientcommonlogical::DeviceConfig()};
         reader.onPart = [&decoder](commlayer::CMultipartReader::Part& p) { decoder.onPart(p); };
         reader.onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
-        size_t at = 0;
-        size_t step = 1;
-        while (at < text.size()) {
-            const size_t n = std::min(step, text.size() - at);
-            reader.feed(text.data() + at, n);
-            at += n;
-            step = step * 3 % 17 + 1;
-        }
+        for (size_t at = 0, step = 1; at < text.size(); at += step, step = step * 3 % 17 + 1)
+            reader.feed(text.data() + at, std::min(step, text.size() - at));
         break;
     }
     }
@@ -62,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 #include <QFile>
 #include <cstdio>
 
-// Replay driver: runs every file in the given folders (or the corpus).
+// Replay driver: runs every file in the given folders (or the corpus) once per reader.
 int main(int argc, char** argv)
 {
     QStringList dirs;
@@ -72,18 +66,12 @@ int main(int argc, char** argv)
         dirs << QStringLiteral(BT_FUZZ_CORPUS);
     int runs = 0;
     for (const QString& d : dirs) {
-        const QDir dir(d);
-        for (const QString& name : dir.entryList(QDir::Files, QDir::Name)) {
-            QFile f(dir.filePath(name));
-            if (!f.open(QIODevice::ReadOnly))
-                continue;
-            const QByteArray bytes = f.readAll();
-            // Each file once per reader, so every sample reaches every reader.
-            for (int reader = 0; reader < 8; ++reader) {
-                std::string input(1, char(reader));
-                input.append(bytes.constData(), size_t(bytes.size()));
-                LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
-                ++runs;
+        for (const QFileInfo& file : QDir(d).entryInfoList(QDir::Files, QDir::Name)) {
+            QFile f(file.filePath());
+            const QByteArray bytes = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+            for (char reader = 0; reader < 8; ++reader, ++runs) {
+                const QByteArray input = reader + bytes;
+                LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.constData()), size_t(input.size()));
             }
         }
     }

@@ -6,43 +6,60 @@
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <QThread>
 #include <arpa/inet.h>
-#include <netinet/in.h>
 #include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
 
 #include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CDataStatisticsComm.h"
 #include "support/TestSupport.h"
 
 namespace testsupport {
+
+// A TCP socket, and addr set to port on the loopback address.
+inline int loopbackSocket(int port, sockaddr_in& addr)
+{
+    addr = sockaddr_in{};
+    addr.sin_family = AF_INET;
+    addr.sin_port = htons(uint16_t(port));
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return socket(AF_INET, SOCK_STREAM, 0);
+}
+
+// One device API request through the transport. The answer starts out
+// non-empty, so a failure that leaves text behind shows.
+inline bool dvapi(const std::string& device, const std::string& requestLine, std::string& answer,
+    const std::string& body = std::string(), int timeoutMs = 30000)
+{
+    protocol::DvapiPassThroughReq req;
+    req.requestLine = requestLine;
+    req.body = body;
+    req.timeout = timeoutMs;
+    protocol::DvapiPassThroughRspData rsp;
+    rsp.body = "stale";
+    const bool ok = commlayer::CDataStatisticsComm::dvapiRequest(device, rsp, req);
+    answer = rsp.body;
+    return ok;
+}
 
 class DeviceSim {
 public:
     static constexpr const char* kUser = "admin";
     static constexpr const char* kPassword = "s3cret-pw";
 
-    explicit DeviceSim(const QStringList& extra = QStringList(), const QString& dbPath = QString())
-    {
-        m_db = dbPath.isEmpty() ? m_dir.filePath(QStringLiteral("sim.db")) : dbPath;
-        m_log = m_dir.filePath(QStringLiteral("sim.log"));
-        m_extra = extra;
-    }
+    explicit DeviceSim(const QStringList& extra = QStringList()) : m_extra(extra) {}
     ~DeviceSim() { stop(); }
 
-    // port 0: a free one; otherwise that port (a restart of the same device).
+    // port 0: a free one; otherwise that port (a restart of the same device, same database).
     bool start(int port = 0)
     {
         m_port = port != 0 ? port : freePort();
-        QStringList args{QStringLiteral("--listen"), QStringLiteral("127.0.0.1"), QStringLiteral("--port"),
-            QString::number(m_port), QStringLiteral("--channels"), QStringLiteral("4"), QStringLiteral("--rate"),
-            QStringLiteral("0"), QStringLiteral("--seed"), QStringLiteral("11"), QStringLiteral("--user"),
-            QString::fromLatin1(kUser), QStringLiteral("--password"), QString::fromLatin1(kPassword),
-            QStringLiteral("--db"), m_db, QStringLiteral("--serial"), QStringLiteral("TEST0001"),
-            QStringLiteral("--log"), m_log};
-        args += m_extra;
+        QStringList args = QStringLiteral("--listen 127.0.0.1 --channels 4 --rate 0 --seed 11 --serial TEST0001")
+                               .split(QLatin1Char(' '));
+        args << "--port" << QString::number(m_port) << "--user" << kUser << "--password" << kPassword << "--db"
+             << m_dir.filePath("sim.db") << "--log" << m_dir.filePath("sim.log") << m_extra;
         m_proc.setProgram(binDir() + QStringLiteral("/devicesim"));
         m_proc.setArguments(args);
         m_proc.setStandardOutputFile(m_dir.filePath(QStringLiteral("sim.out")));
@@ -51,25 +68,7 @@ public:
         if (!m_proc.waitForStarted(5000))
             return false;
         const bool tls = m_extra.contains(QStringLiteral("--tls-cert"));
-        for (int i = 0; i < 200; ++i) {
-            if (tls ? accepting() : control("GET", "/control/stats").contains("clients"))
-                return true;
-            QThread::msleep(25);
-        }
-        return false;
-    }
-
-    // True when something accepts connections on the port.
-    bool accepting() const
-    {
-        const int fd = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in addr{};
-        addr.sin_family = AF_INET;
-        addr.sin_port = htons(uint16_t(m_port));
-        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
-        ::close(fd);
-        return ok;
+        return waitUntil([&] { return tls ? accepting() : control("GET", "/control/stats").contains("clients"); });
     }
 
     void stop()
@@ -84,7 +83,6 @@ public:
     }
 
     int port() const { return m_port; }
-    QString logPath() const { return m_log; }
 
     clientcommonlogical::DeviceConfig device(const std::string& id = "TEST0001",
         const std::string& password = kPassword) const
@@ -96,31 +94,21 @@ public:
         d.port = m_port;
         d.user = kUser;
         d.password = password;
-        for (int ch = 1; ch <= 4; ++ch) {
-            clientcommonlogical::ChannelConfig c;
-            c.channel = ch;
-            c.cameraId = id + "-CH" + std::to_string(ch);
-            c.name = "Camera " + std::to_string(ch);
-            c.area = ch <= 2 ? "Lobby" : "Back office";
-            d.channels.push_back(c);
-        }
+        for (int ch = 1; ch <= 4; ++ch)
+            d.channels.push_back({ch, id + "-CH" + std::to_string(ch), "Camera " + std::to_string(ch),
+                ch <= 2 ? "Lobby" : "Back office", std::string()});
         return d;
     }
 
     // One request to the control API (no authentication); the answer body.
     QByteArray control(const char* method, const char* path, const QByteArray& body = QByteArray()) const
     {
-        const int fd = socket(AF_INET, SOCK_STREAM, 0);
-        if (fd < 0)
-            return QByteArray();
-        sockaddr_in addr{};
-        addr.sin_family = AF_INET;
-        addr.sin_port = htons(uint16_t(m_port));
-        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in addr;
+        const int fd = loopbackSocket(m_port, addr);
         QByteArray answer;
         timeval limit{10, 0};  // a hung emulator fails the test instead of hanging it
         setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        if (::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
+        if (fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
             QByteArray req = QByteArray(method) + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n"
                 + "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
                 + body;
@@ -137,13 +125,19 @@ public:
     }
 
 private:
+    bool accepting() const
+    {
+        sockaddr_in addr;
+        const int fd = loopbackSocket(m_port, addr);
+        const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+        ::close(fd);
+        return ok;
+    }
+
     static int freePort()
     {
-        const int fd = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in addr{};
-        addr.sin_family = AF_INET;
-        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        addr.sin_port = 0;
+        sockaddr_in addr;
+        const int fd = loopbackSocket(0, addr);
         socklen_t len = sizeof addr;
         int port = 0;
         if (::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0
@@ -154,8 +148,6 @@ private:
     }
 
     QTemporaryDir m_dir;
-    QString m_db;
-    QString m_log;
     QStringList m_extra;
     QProcess m_proc;
     int m_port = 0;

@@ -9,8 +9,8 @@
 TEST(HostServices, AlarmsOfEveryConfiguredDeviceReachTheTransferUntilStopped)
 {
     testsupport::DeviceSim a, b;
-    ASSERT_TRUE(a.start());
-    ASSERT_TRUE(b.start());
+    for (auto* sim : {&a, &b})
+        ASSERT_TRUE(sim->start());
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({a.device("DEV-A"), b.device("DEV-B")});
 
     std::vector<std::string> seen;
@@ -34,5 +34,4 @@ TEST(HostServices, AlarmsOfEveryConfiguredDeviceReachTheTransferUntilStopped)
     running.reset();
     for (auto* sim : {&a, &b})
         EXPECT_TRUE(testsupport::waitUntil([sim] { return sim->control("GET", "/control/stats").contains("\"clients\":0"); }));
-    clientcommonlogical::CConfigMgr::Instance()->SetDevices({});
 }
