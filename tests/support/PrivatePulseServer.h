@@ -2,59 +2,63 @@
 // A PulseAudio server private to one test: a null sink "testsink" whose
 // monitor can be recorded, reached through XDG_RUNTIME_DIR and PULSE_SERVER
 // set for the test's lifetime. Its output goes nowhere, so ctest never waits
-// on it. start() fails with a reason when pulseaudio or pactl is missing.
+// on it.
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <memory>
 
 #include "support/TestSupport.h"
 
 namespace testsupport {
 
+// Sets an environment variable until destroyed.
+class ScopedEnv {
+public:
+    ScopedEnv(const char* name, const QByteArray& value)
+        : m_name(name), m_had(qEnvironmentVariableIsSet(name)), m_old(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    ~ScopedEnv() { m_had ? qputenv(m_name, m_old) : qunsetenv(m_name); }
+
+private:
+    const char* m_name;
+    bool m_had;
+    QByteArray m_old;
+};
+
 class PrivatePulseServer {
 public:
-    PrivatePulseServer() = default;
-    PrivatePulseServer(const PrivatePulseServer&) = delete;
-    PrivatePulseServer& operator=(const PrivatePulseServer&) = delete;
-
-    bool start(QString* why)
+    // Empty when the server runs, otherwise why it does not.
+    QString start()
     {
-        for (const char* tool : {"pulseaudio", "pactl"}) {
-            if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty()) {
-                *why = QString::fromLatin1(tool) + QStringLiteral(" is not installed");
-                return false;
-            }
+        for (const char* tool : {"pulseaudio", "pactl", "parec"}) {
+            if (QStandardPaths::findExecutable(QString::fromLatin1(tool)).isEmpty())
+                return QString::fromLatin1(tool) + QStringLiteral(" is not installed");
         }
         QFile::setPermissions(m_dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QFile script(m_dir.filePath(QStringLiteral("test.pa")));
-        if (!script.open(QIODevice::WriteOnly)) {
-            *why = QStringLiteral("cannot write the server script");
-            return false;
-        }
+        if (!script.open(QIODevice::WriteOnly))
+            return QStringLiteral("cannot write the server script");
         script.write("load-module module-native-protocol-unix auth-anonymous=1\n"
                      "load-module module-null-sink sink_name=testsink rate=48000\n"
                      "set-default-sink testsink\n");
         script.close();
-        m_oldRuntime = qgetenv("XDG_RUNTIME_DIR");
-        m_oldServer = qgetenv("PULSE_SERVER");
-        qputenv("XDG_RUNTIME_DIR", m_dir.path().toLocal8Bit());
-        qputenv("PULSE_SERVER", "unix:" + m_dir.filePath(QStringLiteral("pulse/native")).toLocal8Bit());
-        m_bEnvSet = true;
+        m_runtime = std::make_unique<ScopedEnv>("XDG_RUNTIME_DIR", m_dir.path().toLocal8Bit());
+        m_server = std::make_unique<ScopedEnv>(
+            "PULSE_SERVER", "unix:" + m_dir.filePath(QStringLiteral("pulse/native")).toLocal8Bit());
         m_daemon.setStandardOutputFile(QProcess::nullDevice());
         m_daemon.setStandardErrorFile(QProcess::nullDevice());
         m_daemon.start(QStringLiteral("pulseaudio"), {QStringLiteral("-n"), QStringLiteral("-F"), script.fileName(),
                                                          QStringLiteral("--daemonize=no"),
                                                          QStringLiteral("--exit-idle-time=-1")});
-        if (!m_daemon.waitForStarted(5000)) {
-            *why = QStringLiteral("pulseaudio did not start");
-            return false;
-        }
-        if (!waitUntil([] { return !pactl({QStringLiteral("info")}).isNull(); }, 10000)) {
-            *why = QStringLiteral("pulseaudio did not answer");
-            return false;
-        }
-        return true;
+        if (!m_daemon.waitForStarted(5000))
+            return QStringLiteral("pulseaudio did not start");
+        if (!waitUntil([] { return !pactl({QStringLiteral("info")}).isNull(); }, 10000))
+            return QStringLiteral("pulseaudio did not answer");
+        return QString();
     }
 
     ~PrivatePulseServer()
@@ -63,10 +67,6 @@ public:
             m_daemon.terminate();
             if (!m_daemon.waitForFinished(5000))
                 m_daemon.kill();
-        }
-        if (m_bEnvSet) {
-            restore("XDG_RUNTIME_DIR", m_oldRuntime);
-            restore("PULSE_SERVER", m_oldServer);
         }
     }
 
@@ -91,19 +91,9 @@ public:
     QString path(const QString& name) const { return m_dir.filePath(name); }
 
 private:
-    static void restore(const char* name, const QByteArray& value)
-    {
-        if (value.isEmpty())
-            qunsetenv(name);
-        else
-            qputenv(name, value);
-    }
-
     QTemporaryDir m_dir;
     QProcess m_daemon;
-    QByteArray m_oldRuntime;
-    QByteArray m_oldServer;
-    bool m_bEnvSet = false;
+    std::unique_ptr<ScopedEnv> m_runtime, m_server;
 };
 
 } // namespace testsupport

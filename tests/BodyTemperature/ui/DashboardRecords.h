@@ -11,38 +11,30 @@
 
 namespace dashtest {
 
-constexpr uint32_t kComparison = 100103;
-constexpr uint32_t kCapture = 100101;
-constexpr uint32_t kTemperatureCapture = 100119;
-constexpr uint32_t kReturning = 100112;
+constexpr uint32_t kComparison = 100103, kCapture = 100101, kTemperatureCapture = 100119, kReturning = 100112;
 
 inline protocol::IntelAlarmFaceInfo face(uint32_t enabled, uint32_t anomaly, uint32_t mask, bool withPicture = true)
 {
+    static const QByteArray s_picture = testsupport::makeJpeg(320, 240);
     protocol::IntelAlarmFaceInfo f;
     f.TemperatureEnabled = enabled;
     f.TemperatureAnomaly = anomaly;
     f.Mask = mask;
     f.Temperature = enabled == 1 ? 37.9 : 65535.0;
-    if (withPicture) {
-        static const QByteArray s_picture = testsupport::makeJpeg(320, 240);
+    if (withPicture)
         f.bkPic = s_picture;
-    }
     return f;
 }
 
-// A record of the given event code: capture events carry the face in their
-// list, the others in the single face block.
+// Capture events carry the face in their list, the others in the single face block.
 inline publicdatacontroller::IntelAlarmEventInfo record(uint32_t eventType, const protocol::IntelAlarmFaceInfo& f,
     const std::string& eventId = "E1", const std::string& cameraId = "CAM1")
 {
     publicdatacontroller::IntelAlarmEventInfo r;
     r.eventType = eventType;
     r.cameraID = cameraId;
-    r.cameraName = "Lobby";
-    r.deviceID = "DEMO0001";
     r.eventID = eventId;
     r.secondID = "TASK7";
-    r.captureTime = 1700000000;
     if (eventType == kCapture || eventType == kTemperatureCapture)
         r.faceInfoList.push_back(f);
     else
@@ -51,22 +43,15 @@ inline publicdatacontroller::IntelAlarmEventInfo record(uint32_t eventType, cons
 }
 
 // The settings connection is process-wide and keeps the file it opened first,
-// so one temporary component folder serves every test of an executable; each
-// test writes the settings it needs into it.
-inline void useSharedSettingsFolder()
+// so one temporary component folder serves every test of an executable.
+inline void storeSettings(const BodyTemperature::AlarmDisplayConfig& config)
 {
     static QTemporaryDir s_dir;
     CUserDataPath::Instance()->setComponentPath(s_dir.filePath(QStringLiteral("component")).toStdString());
-    BodyTemperature::CBTConfigDB::Instance();
-}
-
-inline void storeSettings(const BodyTemperature::AlarmDisplayConfig& config)
-{
-    useSharedSettingsFolder();
     ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->SaveAlarmDisplayConfig(config));
 }
 
-// Settings with voice paths set, so the defaults are not written back.
+// Voice paths set, so the display does not write its defaults back.
 inline BodyTemperature::AlarmDisplayConfig voiceConfig()
 {
     BodyTemperature::AlarmDisplayConfig c;
