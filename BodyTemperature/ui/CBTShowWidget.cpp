@@ -418,19 +418,7 @@ void CBTShowWidget::OnShowTypeConfigPage()
     delete m_pTypeConfigPage;
     m_pTypeConfigPage = new CTypeConfigPage(m_ui->m_pToolBar);
     m_pTypeConfigPage->SetConfig(m_config);
-    const bool chinese = clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1;
-    if (chinese)
-        m_pTypeConfigPage->resize(190, 130);
-    else
-        m_pTypeConfigPage->resize(290, 150);
-    const float fWidth = chinese ? 230.0f : 330.0f;
-    const QRect bar = m_ui->m_pToolBar->geometry();
-    const int x = static_cast<int>(static_cast<float>(bar.x() + bar.width())
-        - static_cast<float>(bar.width()) * fWidth / 1920.0f);
-    const int y = static_cast<int>(static_cast<float>(bar.y() + bar.height()) * 142.0f / 1080.0f);
-    const QPoint global = m_ui->m_pToolBar->mapToGlobal(QPoint(x, y));
-    // The page may be its own window or a child of the bar: place it in either case.
-    m_pTypeConfigPage->move(m_pTypeConfigPage->isWindow() ? global : m_ui->m_pToolBar->mapFromGlobal(global));
+    m_pTypeConfigPage->PlaceUnder(m_ui->m_pToolBar, clientcommonlogical::CConfigMgr::Instance()->GetLanguage());
     connect(m_pTypeConfigPage, &CTypeConfigPage::signalCheckState, this, &CBTShowWidget::onDealCheck);
     m_pTypeConfigPage->raise();
     m_pTypeConfigPage->show();

@@ -109,8 +109,8 @@ QPoint CTypeConfigPage::PagePosition(const QRect& bar, int language)
 void CTypeConfigPage::PlaceUnder(const QWidget* bar, int language)
 {
     resize(PageSize(language));
-    const QPoint local = PagePosition(bar->geometry(), language);
-    move(bar->mapToGlobal(local));
+    const QPoint global = bar->mapToGlobal(PagePosition(bar->geometry(), language));
+    move(isWindow() ? global : bar->mapFromGlobal(global));
 }
 
 } // namespace BodyTemperature

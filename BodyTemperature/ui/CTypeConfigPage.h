@@ -34,7 +34,8 @@ public:
     // as a point of the bar mapped to global: near the bar's right end and
     // below it, scaled from a 1920 x 1080 layout.
     static QPoint PagePosition(const QRect& barGeometry, int language);
-    // Sizes the panel for the language and moves it below bar (global coordinates).
+    // Sizes the panel for the language and moves it below bar; works whether
+    // the panel is its own window or a child of bar.
     void PlaceUnder(const QWidget* bar, int language);
 
     QCheckBox* ComparisonCheckBox() const { return m_pComparisonCheck; }
