@@ -24,32 +24,27 @@ const QString kOffline = QStringLiteral(":/publicIcon/Images/public/PublicIcon/C
 const QString kPlaying = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraPlaying.svg");
 const QString kIdle = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
 
-void ConfigureTwoAreas()
-{
-    clientcommonlogical::DeviceConfig dev;
-    dev.id = "DEV1";
-    dev.address = "127.0.0.1";
-    dev.port = 1;
-    dev.channels = {{1, "DEV1-CH1", "Gate", "Lobby", ""}, {2, "DEV1-CH2", "Hall", "Lobby", ""},
-        {3, "DEV1-CH3", "Yard", "Outside", ""}};
-    clientcommonlogical::CConfigMgr::Instance()->SetDevices({dev});
-    // The device answers and its channels have a signal, as the host's alarm intake reports it.
-    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
-    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
-    for (int ch = 1; ch <= 3; ++ch)
-        notifier->SetChannelOnline(QStringLiteral("DEV1"), ch, true);
-    auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
-    rsc->GetGroupManager()->Reload();
-    rsc->GetCameraModel()->Reload();
-}
-
 class CameraTreeTest : public testsupport::TempDirTest {
 protected:
+    // Two areas of one device whose channels all have a signal.
     void SetUp() override
     {
         TempDirTest::SetUp();
-        ConfigureTwoAreas();
-        model = Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel();
+        clientcommonlogical::DeviceConfig dev;
+        dev.id = "DEV1";
+        dev.address = "127.0.0.1";
+        dev.port = 1;
+        dev.channels = {{1, "DEV1-CH1", "Gate", "Lobby", ""}, {2, "DEV1-CH2", "Hall", "Lobby", ""},
+            {3, "DEV1-CH3", "Yard", "Outside", ""}};
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices({dev});
+        auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+        notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
+        for (int ch = 1; ch <= 3; ++ch)
+            notifier->SetChannelOnline(QStringLiteral("DEV1"), ch, true);
+        auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
+        rsc->GetGroupManager()->Reload();
+        model = rsc->GetCameraModel();
+        model->Reload();
     }
     QModelIndex Camera(const char* id) const { return model->GetElementIndexByElementID(id); }
     QString IconOf(const char* id) const { return Camera(id).data(CameraModel::IconPathRole).toString(); }
@@ -79,89 +74,63 @@ TEST_F(CameraTreeTest, LaterRowsCarryTheGroupTooltipOnlyTheFirstIsDecorated)
     EXPECT_EQ(early.data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("Preview"));
     EXPECT_TRUE(early.data(UiDataController::RoleRightPixmap).isValid());
     EXPECT_EQ(Camera("DEV1-CH1").data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("ViewAllCamerasInGroup"));
-    // Two camera rows inserted at once: only the first is decorated, with the group text.
-    QStandardItem* area = model->item(0);
-    QList<QStandardItem*> rows;
-    for (int i = 0; i < 2; ++i) {
-        auto* it = new QStandardItem(QStringLiteral("late %1").arg(i));
-        it->setData(2, RoleNodeType);
-        rows << it;
-    }
-    area->insertRows(area->rowCount(), rows);
-    EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("ViewAllCamerasInGroup"));
-    EXPECT_TRUE(rows[0]->data(UiDataController::RoleRightPixmap).isValid());
-    EXPECT_FALSE(rows[1]->data(UiDataController::RoleRightPixmap).isValid());
-}
-
-TEST_F(CameraTreeTest, ModelWithoutPreviewButtonsIsPlain)
-{
+    // Two camera rows inserted at once: only the first is decorated, with the group text;
+    // a model without preview buttons decorates nothing.
     CameraModel plain(nullptr, false);
-    const QModelIndex cam = plain.GetElementIndexByElementID("DEV1-CH1");
-    ASSERT_TRUE(cam.isValid());
-    EXPECT_FALSE(cam.data(UiDataController::RoleRightPixmap).isValid());
-    EXPECT_FALSE(cam.data(UiDataController::RoleRightPixmapTip).isValid());
-    auto* late = new QStandardItem(QStringLiteral("late"));
-    late->setData(2, RoleNodeType);
-    plain.item(0)->appendRow(late);
-    EXPECT_FALSE(late->data(UiDataController::RoleRightPixmap).isValid());
+    EXPECT_FALSE(plain.GetElementIndexByElementID("DEV1-CH1").data(UiDataController::RoleRightPixmapTip).isValid());
+    for (CameraModel* m : {model, &plain}) {
+        QList<QStandardItem*> rows{new QStandardItem(QStringLiteral("late 0")), new QStandardItem(QStringLiteral("late 1"))};
+        for (QStandardItem* it : rows)
+            it->setData(2, RoleNodeType);
+        m->item(0)->insertRows(m->item(0)->rowCount(), rows);
+        EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmapTip).toString(),
+            m == model ? QStringLiteral("ViewAllCamerasInGroup") : QString());
+        EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmap).isValid(), m == model);
+        EXPECT_FALSE(rows[1]->data(UiDataController::RoleRightPixmap).isValid());
+    }
 }
 
 TEST_F(CameraTreeTest, StateIconFollowsAvailabilityAndPlaying)
 {
-    // The host's notifier reaches the model's cameras.
+    // Through the host's notifier, as the alarm intake reports availability.
     auto* notifier = commlayer::CDeviceStateNotifier::Instance();
-    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, false);
-    EXPECT_EQ(IconOf("DEV1-CH3"), kOffline);
-    EXPECT_FALSE(dynamic_cast<vantordesk::ICamera*>(model->GetElementByID("DEV1-CH3"))->IsChannelOnline());
-    notifier->SetChannelOnline(QStringLiteral("DEV1"), 3, true);
-    EXPECT_EQ(IconOf("DEV1-CH3"), kIdle);
-    notifier->SetDeviceOnline(QStringLiteral("DEV1"), false);
-    EXPECT_EQ(IconOf("DEV1-CH1"), kOffline);
-    notifier->SetDeviceOnline(QStringLiteral("DEV1"), true);
-    EXPECT_EQ(IconOf("DEV1-CH1"), kIdle);
-
-    struct Row {
-        bool device, channel, playing;
+    enum { Idle, Play, Keep };
+    const struct {
+        bool device, channel;
+        int playing;
         const QString& icon;
     } rows[] = {
-        {true, true, false, kIdle},
-        {true, true, true, kPlaying},
-        {false, true, true, kOffline},   // offline but playing: offline wins
-        {true, false, true, kOffline},
-        {false, false, false, kOffline},
+        {true, true, Idle, kIdle},
+        {true, true, Play, kPlaying},
+        {false, true, Keep, kOffline},  // offline but playing: offline wins
+        {true, true, Keep, kPlaying},   // back online: still playing
+        {true, false, Keep, kOffline},
+        {true, true, Keep, kPlaying},
+        {false, false, Idle, kOffline},
+        {true, true, Keep, kIdle},
     };
-    for (const Row& r : rows) {
-        model->SetDeviceOnline("DEV1", r.device);
-        model->SetChannelOnline("DEV1", 2, r.channel);
-        model->UpdateCameraIcon(Camera("DEV1-CH2"), r.playing);
-        EXPECT_EQ(IconOf("DEV1-CH2"), r.icon) << r.device << r.channel << r.playing;
+    for (const auto& r : rows) {
+        notifier->SetDeviceOnline(QStringLiteral("DEV1"), r.device);
+        notifier->SetChannelOnline(QStringLiteral("DEV1"), 2, r.channel);
+        if (r.playing != Keep)
+            model->UpdateCameraIcon(Camera("DEV1-CH2"), r.playing == Play);
+        SCOPED_TRACE(testing::Message() << r.device << r.channel << r.playing);
+        EXPECT_EQ(IconOf("DEV1-CH2"), r.icon);
+        EXPECT_EQ(dynamic_cast<vantordesk::ICamera*>(model->GetElementByID("DEV1-CH2"))->IsChannelOnline(), r.channel);
+        EXPECT_EQ(IconOf("DEV1-CH1"), r.device ? kIdle : kOffline);  // the channel's state is its own
     }
-    // Coming back online keeps the playing state.
-    model->SetDeviceOnline("DEV1", true);
-    model->SetChannelOnline("DEV1", 2, true);
-    model->UpdateCameraIcon(Camera("DEV1-CH2"), true);
-    model->SetChannelOnline("DEV1", 2, false);
-    EXPECT_EQ(IconOf("DEV1-CH2"), kOffline);
-    model->SetChannelOnline("DEV1", 2, true);
-    EXPECT_EQ(IconOf("DEV1-CH2"), kPlaying);
-    EXPECT_EQ(IconOf("DEV1-CH1"), kIdle);  // another channel of the device untouched
 }
 
 TEST_F(CameraTreeTest, LiveViewEventsSetThePlayingIcon)
 {
     CBTViewTree tree;
-    struct Step {
+    const struct {
         int type;
-        const char* camera;
         const QString& expected;
-    } steps[] = {
-        {0, "DEV1-CH1", kPlaying}, {1, "DEV1-CH1", kIdle}, {6, "DEV1-CH1", kPlaying},
-        {3, "DEV1-CH1", kPlaying},  // other kinds change nothing
-        {1, "DEV1-CH1", kIdle},
-    };
-    for (const Step& s : steps) {
-        tree.UpdateCameraState(CLiveViewEvent(s.type, s.camera));
-        EXPECT_EQ(IconOf(s.camera), s.expected) << s.type;
+    } steps[] = {{0, kPlaying}, {1, kIdle}, {6, kPlaying}, {3, kPlaying} /* other kinds change nothing */, {1, kIdle}};
+    for (const auto& s : steps) {
+        tree.UpdateCameraState(CLiveViewEvent(s.type, "DEV1-CH1"));
+        EXPECT_EQ(IconOf("DEV1-CH1"), s.expected) << s.type;
     }
     tree.UpdateCameraState(CLiveViewEvent(0, "unknown"));  // ignored, no crash
 }

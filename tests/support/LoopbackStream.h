@@ -1,12 +1,9 @@
 #pragma once
-// Live streams for tests, served on 127.0.0.1 only:
-//  - PartServer: a multipart JPEG (MJPEG over HTTP) stream of given pictures,
-//    looped at about 25 per second, to one client, from its own thread;
-//  - FfmpegServer: ffmpeg encoding a lavfi source and serving it to one client;
-//  - ListeningSocket / FreePort: a port that accepts but never answers, or refuses.
-#include <QByteArray>
+// Live streams for tests on 127.0.0.1, each to one client: PartServer loops
+// given JPEGs as MJPEG over HTTP; FfmpegServer serves a lavfi source.
+// ListeningSocket accepts but never answers; FreePort refuses.
+#include <QImage>
 #include <QProcess>
-#include <QString>
 #include <QStringList>
 #include <arpa/inet.h>
 #include <atomic>
@@ -38,7 +35,6 @@ public:
     }
     ~ListeningSocket() { Close(); }
     ListeningSocket(const ListeningSocket&) = delete;
-    ListeningSocket& operator=(const ListeningSocket&) = delete;
     // Also wakes a thread blocked in accept().
     void Close()
     {
@@ -56,16 +52,11 @@ private:
     int m_port = 0;
 };
 
-// A loopback port nobody listens on (connections are refused).
-inline int FreePort()
-{
-    ListeningSocket s(false);
-    return s.port();
-}
+inline int FreePort() { return ListeningSocket(false).port(); }
 
 class PartServer {
 public:
-    explicit PartServer(std::vector<QByteArray> parts, int intervalMs = 40) : m_parts(std::move(parts)), m_interval(intervalMs)
+    explicit PartServer(std::vector<QByteArray> parts) : m_parts(std::move(parts))
     {
         url = QStringLiteral("http://127.0.0.1:%1/live").arg(m_socket.port());
         m_thread = std::thread([this] { Serve(); });
@@ -94,13 +85,12 @@ private:
             const QByteArray& part = m_parts[i % m_parts.size()];
             ok = send("--frame\r\nContent-Type: image/jpeg\r\nContent-Length: " + QByteArray::number(part.size()) + "\r\n\r\n")
                 && send(part) && send(QByteArrayLiteral("\r\n"));
-            std::this_thread::sleep_for(std::chrono::milliseconds(m_interval));
+            std::this_thread::sleep_for(std::chrono::milliseconds(40));
         }
         ::close(fd);
     }
     ListeningSocket m_socket;
     std::vector<QByteArray> m_parts;
-    int m_interval;
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
 };
@@ -111,11 +101,9 @@ public:
     explicit FfmpegServer(const QString& graph, const QStringList& extra = {}, const QString& format = QStringLiteral("mpjpeg"))
     {
         url = QStringLiteral("http://127.0.0.1:%1/live").arg(FreePort());
-        QStringList args{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"), QStringLiteral("quiet"),
-            QStringLiteral("-re"), QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), graph};
-        args += extra;
-        args += {QStringLiteral("-f"), format, QStringLiteral("-listen"), QStringLiteral("1"), url};
-        proc.start(QStringLiteral("ffmpeg"), args);
+        proc.start(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"),
+            QStringLiteral("quiet"), QStringLiteral("-re"), QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), graph}
+            + extra + QStringList{QStringLiteral("-f"), format, QStringLiteral("-listen"), QStringLiteral("1"), url});
         proc.waitForStarted();
         // ffmpeg needs a moment before it listens (a probe would use up its one client).
         pump(300);
@@ -128,5 +116,15 @@ public:
     QString url;
     QProcess proc;
 };
+
+// A decoded picture with real content, not a black or empty frame.
+inline bool NonBlack(const QImage& img)
+{
+    int bright = 0;
+    for (int y = 0; y < img.height(); y += 7)
+        for (int x = 0; x < img.width(); x += 7)
+            bright += qGray(img.pixel(x, y)) > 40 ? 1 : 0;
+    return bright > 20;
+}
 
 } // namespace testsupport

@@ -8,6 +8,7 @@
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/DeviceSim.h"
+#include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 
 namespace {
@@ -22,67 +23,39 @@ private:
     UiDataController::CLogicModel& m_model;
 };
 
-bool NonBlack(const QImage& img)
+TEST(EmulatorStream, ChannelPlaysGoesOfflineAndComesBack)
 {
-    if (img.isNull())
-        return false;
-    int bright = 0;
-    for (int y = 0; y < img.height(); y += 7)
-        for (int x = 0; x < img.width(); x += 7)
-            bright += qGray(img.pixel(x, y)) > 40 ? 1 : 0;
-    return bright > 20;
-}
-
-class EmulatorStreamTest : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(sim.start()); }
-    void Configure(const std::string& password)
-    {
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({sim.device("TEST0001", password)});
-        groups = std::make_shared<clientcommonlogical::CGroupManagerDeletage>();
-        model = std::make_unique<UiDataController::CLogicModel>(UiDataController::StruResouceOfElementParam(), groups, nullptr);
-        plugin = std::make_unique<ModelPlugin>(*model);
-    }
-    void TearDown() override { EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0); }
-
     testsupport::DeviceSim sim;
-    std::shared_ptr<clientcommonlogical::CGroupManagerDeletage> groups;
-    std::unique_ptr<UiDataController::CLogicModel> model;
-    std::unique_ptr<ModelPlugin> plugin;
-};
-
-TEST_F(EmulatorStreamTest, ChannelPlaysGoesOfflineAndComesBack)
-{
-    Configure(testsupport::DeviceSim::kPassword);
+    ASSERT_TRUE(sim.start());
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({sim.device("TEST0001", testsupport::DeviceSim::kPassword)});
+    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
+        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
+    ModelPlugin plugin(model);
     CStreamPlayWindowWithTask w(0);
-    w.SetLiveViewControllerPlugin(plugin.get());
+    w.SetLiveViewControllerPlugin(&plugin);
     w.resize(640, 360);
     w.show();
+    std::vector<CLiveViewEvent> events;
+    QObject::connect(&w, &CStreamPlayWindowWithTask::SignalLiveViewEvent, &w, [&events](CLiveViewEvent e) { events.push_back(e); });
+    const auto nonBlack = [&w] { return testsupport::NonBlack(w.CurrentFrame()); };
     ASSERT_TRUE(w.StartPreview("TEST0001-CH2", 100, 0, 0));
     ASSERT_TRUE(w.HasStream());
-    EXPECT_TRUE(testsupport::waitUntil([&w] { return NonBlack(w.CurrentFrame()); }, 3000));
+    EXPECT_TRUE(testsupport::waitUntil(nonBlack, 3000));
     EXPECT_EQ(w.CurrentFrame().size(), QSize(640, 360));
 
     sim.control("POST", "/control/channel", R"({"channel":2,"online":false})");
     EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText().contains(QLatin1String("Retrying")); }, 8000));
     EXPECT_FALSE(w.HasFrame());
     sim.control("POST", "/control/channel", R"({"channel":2,"online":true})");
-    EXPECT_TRUE(testsupport::waitUntil([&w] { return NonBlack(w.CurrentFrame()); }, 12000));
+    EXPECT_TRUE(testsupport::waitUntil(nonBlack, 12000));
 
     w.StopPreview();
-    EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);
-}
-
-TEST_F(EmulatorStreamTest, WrongPasswordIsRetriedWithAMessage)
-{
-    Configure("not-the-password");
-    CStreamPlayWindowWithTask w(0);
-    w.SetLiveViewControllerPlugin(plugin.get());
-    w.resize(320, 180);
-    ASSERT_TRUE(w.StartPreview("TEST0001-CH1", 100, 0, 0));
-    EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText().contains(QLatin1String("Retrying")); }, 5000));
-    EXPECT_FALSE(w.HasFrame());
-    w.StopPreview();
+    EXPECT_FALSE(w.IsPreviewing());
+    EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);  // the decode thread has ended
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].GetEventType(), CLiveViewEvent::PreviewStarted);
+    EXPECT_EQ(events[1].GetEventType(), CLiveViewEvent::PreviewStopped);
+    EXPECT_EQ(events[1].GetCameraID(), "TEST0001-CH2");
 }
 
 } // namespace
