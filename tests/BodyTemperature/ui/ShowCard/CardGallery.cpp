@@ -1,7 +1,7 @@
 // Renders the event cards on a 1920 x 1080 dashboard-coloured page with the
 // module style sheet: alarm cards of the four colour levels (comparison and
-// capture), both pop-up kinds, capture cards, a returning-person card and the
-// waiting dialog, once in English and once in Chinese. Writes
+// capture), both pop-up kinds, returning-person cards, a strip of capture
+// cards and the waiting dialog, once in English and once in Chinese. Writes
 // cards_en.png and cards_zh_CN.png into the folder given as argument.
 //
 //   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
@@ -10,9 +10,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
 #include <QPainter>
-#include <QPainterPath>
 #include <QTranslator>
 #include <cstdio>
 
@@ -27,8 +25,27 @@ using namespace BodyTemperature;
 
 namespace {
 
-QByteArray Jpeg(const QImage& image)
+// A picture of width x height with a person whose face fills `face` (fractions).
+QByteArray Picture(int width, int height, const QRectF& face, const QColor& shirt, bool mask)
 {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(QColor(100, 106, 116));
+    QPainter p(&image);
+    const QRectF f(face.x() * width, face.y() * height, face.width() * width, face.height() * height);
+    p.setPen(Qt::NoPen);
+    p.setBrush(shirt);
+    p.drawRoundedRect(QRectF(f.center().x() - f.width() * 1.3, f.bottom() + f.height() * 0.15, f.width() * 2.6,
+                             f.height() * 3), f.width() * 0.5, f.width() * 0.5);
+    p.setBrush(QColor(226, 186, 150));
+    p.drawEllipse(f);
+    p.setBrush(QColor(50, 36, 30));
+    p.drawChord(f.adjusted(-2, -f.height() * 0.08, 2, 0), 0, 180 * 16);  // hair
+    for (double ex : {0.32, 0.68})
+        p.drawEllipse(QPointF(f.left() + f.width() * ex, f.top() + f.height() * 0.48), f.width() * 0.06, f.height() * 0.04);
+    p.setBrush(QColor(170, 215, 235));
+    if (mask)
+        p.drawRoundedRect(QRectF(f.left() + f.width() * 0.12, f.top() + f.height() * 0.6, f.width() * 0.76, f.height() * 0.32), 8, 8);
+    p.end();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -36,72 +53,8 @@ QByteArray Jpeg(const QImage& image)
     return bytes;
 }
 
-// A person standing in a corridor; the face fills `face` (pixels).
-void DrawPerson(QPainter& p, const QRectF& face, const QColor& shirt, bool mask)
-{
-    p.setPen(Qt::NoPen);
-    p.setBrush(shirt);
-    QPainterPath body;
-    body.addRoundedRect(QRectF(face.center().x() - face.width() * 1.3, face.bottom() + face.height() * 0.15,
-                               face.width() * 2.6, face.height() * 3), face.width() * 0.5, face.width() * 0.5);
-    p.drawPath(body);
-    p.setBrush(QColor(226, 186, 150));
-    p.drawEllipse(face);
-    p.setBrush(QColor(50, 36, 30));
-    p.drawChord(face.adjusted(-2, -face.height() * 0.08, 2, 0), 0, 180 * 16);
-    p.setBrush(QColor(40, 40, 50));
-    const double ey = face.top() + face.height() * 0.48;
-    p.drawEllipse(QPointF(face.left() + face.width() * 0.32, ey), face.width() * 0.06, face.height() * 0.04);
-    p.drawEllipse(QPointF(face.left() + face.width() * 0.68, ey), face.width() * 0.06, face.height() * 0.04);
-    if (mask) {
-        p.setBrush(QColor(170, 215, 235));
-        p.drawRoundedRect(QRectF(face.left() + face.width() * 0.12, face.top() + face.height() * 0.6,
-                                 face.width() * 0.76, face.height() * 0.32), 8, 8);
-    } else {
-        p.setPen(QPen(QColor(150, 70, 70), 3));
-        p.drawLine(QPointF(face.left() + face.width() * 0.38, face.top() + face.height() * 0.76),
-                   QPointF(face.left() + face.width() * 0.62, face.top() + face.height() * 0.76));
-        p.setPen(Qt::NoPen);
-    }
-}
-
-QByteArray Scene(const QRectF& faceFraction, const QColor& shirt, bool mask)
-{
-    QImage image(1920, 1080, QImage::Format_RGB32);
-    QPainter p(&image);
-    QLinearGradient wall(0, 0, 0, 1080);
-    wall.setColorAt(0, QColor(120, 128, 140));
-    wall.setColorAt(0.7, QColor(90, 96, 106));
-    wall.setColorAt(1, QColor(60, 62, 66));
-    p.fillRect(image.rect(), wall);
-    p.fillRect(QRect(0, 760, 1920, 320), QColor(70, 72, 76));
-    for (int x = 100; x < 1920; x += 420)
-        p.fillRect(QRect(x, 180, 200, 420), QColor(150, 160, 172));
-    const QRectF face(faceFraction.x() * 1920, faceFraction.y() * 1080, faceFraction.width() * 1920,
-                      faceFraction.height() * 1080);
-    DrawPerson(p, face, shirt, mask);
-    p.end();
-    return Jpeg(image);
-}
-
-QByteArray Portrait(const QColor& shirt)
-{
-    QImage image(300, 400, QImage::Format_RGB32);
-    image.fill(QColor(200, 205, 212));
-    QPainter p(&image);
-    DrawPerson(p, QRectF(90, 80, 120, 160), shirt, false);
-    p.end();
-    return Jpeg(image);
-}
-
-struct Sample {
-    uint32_t level;
-    uint32_t kind;
-    uint32_t mask;
-    uint32_t temperatureState;
-    double temperature;
-    bool wearsMask;
-};
+// Colour level, event type, the card's mask and temperature states, the measured value.
+struct Sample { uint32_t level, kind, mask, temperatureState; double temperature; bool wearsMask; };
 
 AlarmShowInfo MakeInfo(const Sample& s, int index)
 {
@@ -115,34 +68,23 @@ AlarmShowInfo MakeInfo(const Sample& s, int index)
     info.captureTime = QDateTime(QDate(2026, 11, 21), QTime(9, 14, 5 + index)).toSecsSinceEpoch();
     info.cameraName = index % 2 ? "Lobby entrance" : "Back office";
     protocol::IntelAlarmFaceInfo face;
-    face.bkPic = Scene(QRectF(0.40 + 0.02 * index, 0.22, 0.09, 0.22), shirts[index % 4], s.wearsMask);
+    const double x = 0.40 + 0.02 * index;
+    face.bkPic = Picture(1920, 1080, QRectF(x, 0.22, 0.09, 0.22), shirts[index % 4], s.wearsMask);
     face.bNoSubPic = true;
-    face.faceRects.push_back({0.40 + 0.02 * index - 0.015, 0.20, 0.12, 0.27});
+    face.faceRects.push_back({x - 0.015, 0.20, 0.12, 0.27});
     face.Mask = s.wearsMask ? 2 : 1;
-    face.TemperatureEnabled = s.temperatureState == 3 ? 0 : 1;
-    face.Temperature = s.temperature;
-    face.TemperatureUnit = 0;
-    info.alarmInfo.thermometry.TemperatureEnabled = face.TemperatureEnabled;
-    info.alarmInfo.thermometry.Temperature = s.temperature;
+    face.TemperatureEnabled = info.alarmInfo.thermometry.TemperatureEnabled = s.temperatureState == 3 ? 0 : 1;
+    face.Temperature = info.alarmInfo.thermometry.Temperature = s.temperature;
     if (s.kind < 3) {
         info.faceInfo = face;
         info.alarmInfo.comparison.similarity = 0.87 + 0.03 * (index % 3);
-        info.alarmInfo.comparison.libraryPic = Portrait(shirts[(index + 1) % 4]);
+        info.alarmInfo.comparison.libraryPic = Picture(300, 400, QRectF(0.3, 0.2, 0.4, 0.4), shirts[(index + 1) % 4], false);
         info.alarmInfo.comparison.people.name = index % 2 ? "Lena Park" : "Wang Lei";
         info.alarmInfo.comparison.people.libraryName = "Staff";
     } else {
         info.faceInfoList.push_back(face);
     }
     return info;
-}
-
-void LoadTranslator(QTranslator& translator, const QString& lang)
-{
-    QCoreApplication::removeTranslator(&translator);
-    if (translator.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(lang)))
-        QCoreApplication::installTranslator(&translator);
-    else
-        std::fprintf(stderr, "no translation for %s\n", qUtf8Printable(lang));
 }
 
 void RenderPage(const QString& lang, const QString& outDir)
@@ -159,33 +101,30 @@ void RenderPage(const QString& lang, const QString& outDir)
         {0, 0, 0, 0, 38.2, false}, {1, 1, 1, 1, 36.6, false}, {2, 2, 2, 3, 65535.0, true}, {3, 0, 2, 2, 36.4, true},
         {0, 4, 3, 0, 37.9, true},  {1, 3, 1, 3, 65535.0, false}, {2, 4, 2, 3, 65535.0, true}, {3, 4, 2, 2, 36.5, true},
     };
-    int index = 0;
-    for (const Sample& s : samples) {
+    for (int i = 0; i < 8; ++i) {
         auto* card = new CAlarmUnit(&page);
-        card->SetIsSnap(s.kind >= 3);
-        card->SetAlarmInfo(MakeInfo(s, index), false);
-        card->move(20 + (index / 4) * 400, 20 + (index % 4) * 240);
-        ++index;
+        card->SetIsSnap(samples[i].kind >= 3);
+        card->SetAlarmInfo(MakeInfo(samples[i], i), false);
+        card->move(20 + (i / 4) * 400, 20 + (i % 4) * 240);
+    }
+    const Sample pops[] = {{0, 0, 0, 0, 38.6, false}, {1, 4, 1, 1, 99.1, false}};  // red comparison, yellow capture
+    for (int i = 0; i < 2; ++i) {
+        auto* pop = new CPopUpUnit(&page);
+        pop->SetAlarmInfo(MakeInfo(pops[i], i + 1), true);
+        pop->move(820, 20 + i * 500);
     }
 
-    auto* popRed = new CPopUpUnit(&page);
-    popRed->SetAlarmInfo(MakeInfo({0, 0, 0, 0, 38.6, false}, 1), true);
-    popRed->move(820, 20);
-    auto* popYellow = new CPopUpUnit(&page);
-    popYellow->SetAlarmInfo(MakeInfo({1, 4, 1, 1, 99.1, false}, 2), true);
-    popYellow->move(820, 520);
-
-    auto* frequent = new CFrequenterUnit(&page);
+    // Returning persons: without a library name, then with one and no scene picture.
     AlarmShowInfo fre = MakeInfo({3, 0, 2, 2, 36.5, true}, 3);
     fre.kind = 5;
     fre.alarmInfo.comparison.people.libraryName.clear();
-    frequent->SetFrequenterInfo(fre);
-    frequent->move(1480, 20);
-    auto* frequent2 = new CFrequenterUnit(&page);
-    fre.alarmInfo.comparison.people.libraryName = "VIP visitors";
-    fre.faceInfo.bkPic.clear();
-    frequent2->SetFrequenterInfo(fre);
-    frequent2->move(1480, 260);
+    for (int y : {20, 260}) {
+        auto* frequent = new CFrequenterUnit(&page);
+        frequent->SetFrequenterInfo(fre);
+        frequent->move(1480, y);
+        fre.alarmInfo.comparison.people.libraryName = "VIP visitors";
+        fre.faceInfo.bkPic.clear();
+    }
 
     auto* strip = new QWidget(&page);
     strip->setObjectName(QStringLiteral("m_pBottomWidget"));
@@ -193,36 +132,24 @@ void RenderPage(const QString& lang, const QString& outDir)
     strip->setGeometry(1470, 500, 440, 340);
     for (int i = 0; i < 6; ++i) {
         auto* snap = new CSnapUnit(strip);
-        AlarmShowInfo info = MakeInfo(samples[4 + i % 4], i);
+        AlarmShowInfo record = MakeInfo(samples[4 + i % 4], i);
         if (i == 5)
-            info.faceInfoList.clear();  // an event without a face: time only
-        snap->SetAlarmInfo(info);
+            record.faceInfoList.clear();  // an event without a face: time only
+        snap->SetAlarmInfo(record);
         snap->move(8 + (i % 3) * 140, 12 + (i / 3) * 160);
         if (i == 1) {  // as under the mouse: the add-to-library button shows
             QEvent enter(QEvent::Enter);
             QCoreApplication::sendEvent(snap, &enter);
         }
     }
-    auto* note = new QLabel(QStringLiteral("bottom strip: 5 captures + 1 without face"), strip);
-    note->setStyleSheet(QStringLiteral("color: #55657A; font-size: 11px;"));
-    note->move(8, 322);
-
+    // The waiting dialog, embedded in the page so it is drawn on the dashboard colour.
+    auto* wait = new CWaitShowWid(&page, QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif"));
+    wait->setWindowFlags(Qt::Widget);
+    wait->setAttribute(Qt::WA_TranslucentBackground);
+    wait->move(1480, 860);
     page.show();
     QApplication::processEvents();
     page.grab().save(QDir(outDir).filePath(QStringLiteral("cards_%1.png").arg(lang)));
-
-    CWaitShowWid wait(nullptr, QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif"));
-    wait.setStyleSheet(page.styleSheet());
-    wait.setAttribute(Qt::WA_TranslucentBackground);
-    wait.show();
-    QApplication::processEvents();
-    QImage waitShot(wait.size(), QImage::Format_ARGB32);
-    waitShot.fill(QColor(11, 22, 38));
-    {
-        QPainter p(&waitShot);
-        wait.render(&p, QPoint(), QRegion(), QWidget::DrawChildren);
-    }
-    waitShot.save(QDir(outDir).filePath(QStringLiteral("wait_%1.png").arg(lang)));
 }
 
 } // namespace
@@ -232,10 +159,13 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     const QString outDir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::currentPath();
     QDir().mkpath(outDir);
-    QTranslator translator;
     for (const QString& lang : {QStringLiteral("en"), QStringLiteral("zh_CN")}) {
-        LoadTranslator(translator, lang);
+        QTranslator translator;
+        if (!translator.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(lang)))
+            std::fprintf(stderr, "no translation for %s\n", qUtf8Printable(lang));
+        QCoreApplication::installTranslator(&translator);
         RenderPage(lang, outDir);
+        QCoreApplication::removeTranslator(&translator);
     }
     std::printf("written to %s\n", qUtf8Printable(outDir));
     return 0;

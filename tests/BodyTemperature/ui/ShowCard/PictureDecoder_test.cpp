@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <jpeglib.h>
 
@@ -16,19 +15,11 @@ using namespace BodyTemperature;
 
 namespace {
 
-struct JpegVariant {
-    const char* name;
-    int components;       // 1 grayscale, 3 colour
-    int hSamp, vSamp;     // luma sampling factors: 2x2 = 4:2:0, 2x1 = 4:2:2, 1x1 = 4:4:4
-    bool progressive;
-    int restartRows;      // restart marker every n MCU rows (0: none)
-    int restartMcus = 0;  // or every n MCUs
-};
+// components: 1 grayscale, 3 colour; luma sampling 2x2 = 4:2:0, 2x1 = 4:2:2, 1x1 = 4:4:4;
+// a restart marker every restartRows MCU rows, or every restartMcus MCUs (0: none).
+struct JpegVariant { int components, hSamp, vSamp; bool progressive; int restartRows, restartMcus = 0; };
 
-void PrintTo(const JpegVariant& v, std::ostream* os)
-{
-    *os << v.name;
-}
+const JpegVariant kPlain420{3, 2, 2, false, 0};
 
 // A busy test picture: gradients, hard edges and noise, so that any mistake
 // at block edges or in chroma upsampling changes some pixels.
@@ -36,13 +27,12 @@ QImage TestPicture(int w, int h)
 {
     QImage img(w, h, QImage::Format_RGB32);
     quint32 seed = 12345;
-    for (int y = 0; y < h; ++y) {
+    for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x) {
             seed = seed * 1103515245u + 12345u;
             const int noise = static_cast<int>((seed >> 16) & 31);
             img.setPixel(x, y, qRgb((x * 7 + noise) & 255, (y * 5 + (x ^ y)) & 255, ((x + y) * 3 + noise) & 255));
         }
-    }
     QPainter p(&img);
     p.fillRect(w / 3, h / 3, w / 5, h / 7, Qt::red);
     p.setPen(QPen(Qt::green, 3));
@@ -66,19 +56,14 @@ QByteArray EncodeWithLibjpeg(const QImage& source, const JpegVariant& v)
     cinfo.in_color_space = JCS_RGB;
     jpeg_set_defaults(&cinfo);
     jpeg_set_quality(&cinfo, 85, TRUE);
-    if (v.components == 1) {
+    if (v.components == 1)
         jpeg_set_colorspace(&cinfo, JCS_GRAYSCALE);
-    } else {
-        cinfo.comp_info[0].h_samp_factor = v.hSamp;
-        cinfo.comp_info[0].v_samp_factor = v.vSamp;
-        cinfo.comp_info[1].h_samp_factor = cinfo.comp_info[1].v_samp_factor = 1;
-        cinfo.comp_info[2].h_samp_factor = cinfo.comp_info[2].v_samp_factor = 1;
-    }
+    cinfo.comp_info[0].h_samp_factor = v.hSamp;  // the chroma components stay at 1 x 1
+    cinfo.comp_info[0].v_samp_factor = v.vSamp;
     if (v.progressive)
         jpeg_simple_progression(&cinfo);
     cinfo.restart_in_rows = v.restartRows;
-    if (v.restartMcus)
-        cinfo.restart_interval = static_cast<unsigned int>(v.restartMcus);
+    cinfo.restart_interval = static_cast<unsigned int>(v.restartMcus);
     jpeg_start_compress(&cinfo, TRUE);
     while (cinfo.next_scanline < cinfo.image_height) {
         JSAMPROW row = const_cast<JSAMPROW>(img.constScanLine(static_cast<int>(cinfo.next_scanline)));
@@ -91,85 +76,56 @@ QByteArray EncodeWithLibjpeg(const QImage& source, const JpegVariant& v)
     return bytes;
 }
 
-// Compares as 32-bit colours so grayscale and RGB results compare alike.
-void ExpectSamePixels(const QImage& expected, const QImage& actual, const char* what)
+// Compared as 32-bit colours so grayscale and RGB results compare alike.
+bool SamePixels(const QImage& expected, const QImage& actual)
 {
-    ASSERT_FALSE(actual.isNull()) << what;
-    ASSERT_EQ(expected.size(), actual.size()) << what;
-    const QImage a = expected.convertToFormat(QImage::Format_RGB32);
-    const QImage b = actual.convertToFormat(QImage::Format_RGB32);
-    int differing = 0;
-    QPoint first(-1, -1);
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            if (a.pixel(x, y) != b.pixel(x, y) && differing++ == 0)
-                first = QPoint(x, y);
-    EXPECT_EQ(differing, 0) << what << ": first difference at " << first.x() << "," << first.y();
+    return !actual.isNull()
+        && expected.convertToFormat(QImage::Format_RGB32) == actual.convertToFormat(QImage::Format_RGB32);
 }
 
-class RegionDecode : public ::testing::TestWithParam<JpegVariant> {};
-
-TEST_P(RegionDecode, MatchesFullDecodeCropPixelForPixel)
+TEST(PictureDecoder, RegionMatchesFullDecodeCropPixelForPixel)
 {
-    const JpegVariant v = GetParam();
-    // Odd sizes so the last block row and column are partial.
-    const QByteArray jpeg = EncodeWithLibjpeg(TestPicture(333, 251), v);
-    const QImage full = QImage::fromData(jpeg);
-    ASSERT_FALSE(full.isNull());
-
+    // entersAtMarker: for the rectangles well below the top.
+    const struct { const char* name; JpegVariant variant; bool entersAtMarker; } rows[] = {
+        {"yuv420", kPlain420, false},
+        {"yuv422", {3, 2, 1, false, 0}, false},
+        {"yuv444", {3, 1, 1, false, 0}, false},
+        {"grayscale", {1, 1, 1, false, 0}, false},
+        {"progressive420", {3, 2, 2, true, 0}, false},
+        {"progressive420Rows", {3, 2, 2, true, 1}, false},
+        {"progressive422Every2Rows", {3, 2, 1, true, 2}, false},
+        {"rows420", {3, 2, 2, false, 1}, true},
+        {"rows422", {3, 2, 1, false, 1}, true},
+        {"rows444", {3, 1, 1, false, 1}, true},
+        {"rowsGray", {1, 1, 1, false, 1}, true},
+        {"everyMcu420", {3, 2, 2, false, 0, 1}, true},      // 26 intervals per row
+        {"every13Mcus420", {3, 2, 2, false, 0, 13}, true},  // 2 per row
+        {"every7Mcus420", {3, 2, 2, false, 0, 7}, false},   // not row aligned: skipped instead
+        {"every3Rows420", {3, 2, 2, false, 3}, false},      // intervals span rows: skipped instead
+    };
     const QRect rects[] = {
-        QRect(100, 100, 120, 60),   // interior, block aligned start
-        QRect(37, 53, 91, 77),      // interior, odd offsets
-        QRect(0, 0, 40, 30),        // top-left corner
-        QRect(300, 220, 33, 31),    // bottom-right corner, touching both edges
-        QRect(0, 120, 333, 9),      // full width strip
-        QRect(150, 0, 7, 251),      // full height strip
-        QRect(1, 1, 1, 1),          // a single pixel
-        QRect(320, 240, 40, 40),    // partly outside: outside pixels are 0, as in QImage::copy
+        QRect(100, 100, 120, 60),  // interior, block aligned start
+        QRect(37, 53, 91, 77),     // interior, odd offsets
+        QRect(0, 0, 40, 30),       // top-left corner
+        QRect(368, 669, 33, 31),   // bottom-right corner, touching both edges
+        QRect(0, 120, 401, 9),     // full width strip
+        QRect(150, 0, 7, 700),     // full height strip
+        QRect(1, 1, 1, 1),         // a single pixel
+        QRect(390, 690, 40, 40),   // partly outside: outside pixels are 0, as in QImage::copy
+        QRect(120, 300, 150, 170), QRect(0, 650, 401, 50), QRect(390, 520, 11, 3),
     };
-    for (const QRect& r : rects) {
-        const QImage region = PictureDecoder::DecodeRegion(jpeg, r);
-        ExpectSamePixels(full.copy(r), region,
-                         qPrintable(QStringLiteral("%1 rect %2,%3 %4x%5").arg(QString::fromLatin1(v.name))
-                                        .arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height())));
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Variants, RegionDecode,
-                         ::testing::Values(JpegVariant{"yuv420", 3, 2, 2, false, 0},
-                                           JpegVariant{"yuv422", 3, 2, 1, false, 0},
-                                           JpegVariant{"yuv444", 3, 1, 1, false, 0},
-                                           JpegVariant{"progressive420", 3, 2, 2, true, 0},
-                                           JpegVariant{"grayscale", 1, 1, 1, false, 0},
-                                           JpegVariant{"restart420", 3, 2, 2, false, 1},
-                                           JpegVariant{"restart422progressive", 3, 2, 1, true, 2}),
-                         [](const ::testing::TestParamInfo<JpegVariant>& info) { return std::string(info.param.name); });
-
-TEST(PictureDecoder, EntersAtRestartMarkersWithoutChangingAPixel)
-{
-    struct Row {
-        JpegVariant variant;
-        bool entersAtMarker;
-    } rows[] = {
-        {{"rows420", 3, 2, 2, false, 1}, true},
-        {{"rows422", 3, 2, 1, false, 1}, true},
-        {{"rows444", 3, 1, 1, false, 1}, true},
-        {{"rowsGray", 1, 1, 1, false, 1}, true},
-        {{"everyMcu420", 3, 2, 2, false, 0, 1}, true},   // 26 intervals per row
-        {{"every13Mcus420", 3, 2, 2, false, 0, 13}, true},  // 2 per row
-        {{"every7Mcus420", 3, 2, 2, false, 0, 7}, false},   // not row aligned: skipped instead
-        {{"every3Rows420", 3, 2, 2, false, 3}, false},     // intervals span rows: skipped instead
-        {{"progressive", 3, 2, 2, true, 1}, false},
-    };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
+        // The last block row and column are partial.
         const QByteArray jpeg = EncodeWithLibjpeg(TestPicture(401, 700), r.variant);
         const QImage full = QImage::fromData(jpeg);
-        ASSERT_FALSE(full.isNull());
-        for (const QRect& rect : {QRect(120, 300, 150, 170), QRect(0, 650, 401, 50), QRect(390, 520, 11, 3)}) {
+        ASSERT_FALSE(full.isNull()) << r.name;
+        for (const QRect& rect : rects) {
             const int before = PictureDecoder::RestartEntryCount();
-            const QImage region = PictureDecoder::DecodeRegion(jpeg, rect);
-            ExpectSamePixels(full.copy(rect), region, r.variant.name);
-            EXPECT_EQ(PictureDecoder::RestartEntryCount() > before, r.entersAtMarker) << r.variant.name;
+            EXPECT_TRUE(SamePixels(full.copy(rect), PictureDecoder::DecodeRegion(jpeg, rect)))
+                << r.name << " rect " << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
+            if (rect.y() >= 300) {
+                EXPECT_EQ(PictureDecoder::RestartEntryCount() > before, r.entersAtMarker) << r.name << " y " << rect.y();
+            }
         }
     }
 }
@@ -178,13 +134,12 @@ TEST(PictureDecoder, CorruptPicturesDecodeOrFailCleanly)
 {
     // Damaged headers and scans (cut, flipped bytes, forged markers) must
     // end in a picture or a null image, never in a crash or a hang.
-    const QByteArray good = EncodeWithLibjpeg(TestPicture(160, 240), {"rows420", 3, 2, 2, false, 1});
+    const QByteArray good = EncodeWithLibjpeg(TestPicture(160, 240), {3, 2, 2, false, 1});
     quint32 seed = 99;
     auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
     for (int round = 0; round < 300; ++round) {
         QByteArray bad = good;
-        const int edits = 1 + static_cast<int>(next() % 4);
-        for (int e = 0; e < edits; ++e) {
+        for (int e = static_cast<int>(next() % 4); e >= 0; --e) {
             const int at = static_cast<int>(next() % static_cast<quint32>(round % 3 ? bad.size() : 200));
             bad[at] = static_cast<char>(round % 5 == 0 ? 0xFF : next() >> 24);
         }
@@ -193,41 +148,30 @@ TEST(PictureDecoder, CorruptPicturesDecodeOrFailCleanly)
         (void)PictureDecoder::DecodeRegion(bad, QRect(20, 150, 60, 60));
         (void)PictureDecoder::DeclaredSize(bad);
     }
-    SUCCEED();
 }
 
 TEST(PictureDecoder, CropRectTruncatesFractions)
 {
-    struct Row {
-        QSize size;
-        protocol::PictureRect rect;
-        QRect expected;
-    } rows[] = {
+    const struct { QSize size; protocol::PictureRect rect; QRect expected; } rows[] = {
         {{400, 200}, {0.25, 0.5, 0.5, 0.25}, QRect(100, 100, 200, 50)},
         {{400, 200}, {0, 0, 1, 1}, QRect(0, 0, 400, 200)},
         {{1920, 1080}, {0.3333, 0.6666, 0.1, 0.1}, QRect(639, 719, 192, 108)},
         {{333, 251}, {0.999, 0.999, 0.001, 0.001}, QRect(332, 250, 0, 0)},
     };
-    for (const Row& r : rows)
+    for (const auto& r : rows)
         EXPECT_EQ(PictureDecoder::CropRectFor(r.size, r.rect), r.expected);
 }
 
 // Turns the size fields of the first SOFn segment into w x h.
 QByteArray WithDeclaredSize(QByteArray jpeg, int w, int h)
 {
-    for (int i = 2; i + 9 < jpeg.size();) {
-        if (static_cast<unsigned char>(jpeg[i]) != 0xFF)
-            break;
+    for (int i = 2; i + 9 < jpeg.size() && static_cast<unsigned char>(jpeg[i]) == 0xFF;) {
         const unsigned char marker = static_cast<unsigned char>(jpeg[i + 1]);
-        const int length = (static_cast<unsigned char>(jpeg[i + 2]) << 8) | static_cast<unsigned char>(jpeg[i + 3]);
         if (marker == 0xC0 || marker == 0xC2) {
-            jpeg[i + 5] = static_cast<char>(h >> 8);
-            jpeg[i + 6] = static_cast<char>(h & 0xFF);
-            jpeg[i + 7] = static_cast<char>(w >> 8);
-            jpeg[i + 8] = static_cast<char>(w & 0xFF);
-            return jpeg;
+            const char size[] = {char(h >> 8), char(h & 0xFF), char(w >> 8), char(w & 0xFF)};
+            return jpeg.replace(i + 5, 4, size, 4);
         }
-        i += 2 + length;
+        i += 2 + ((static_cast<unsigned char>(jpeg[i + 2]) << 8) | static_cast<unsigned char>(jpeg[i + 3]));
     }
     ADD_FAILURE() << "no frame header";
     return jpeg;
@@ -235,31 +179,23 @@ QByteArray WithDeclaredSize(QByteArray jpeg, int w, int h)
 
 TEST(PictureDecoder, SizeLimitsAreCheckedOnTheHeader)
 {
-    const QByteArray small = EncodeWithLibjpeg(TestPicture(64, 48), {"yuv420", 3, 2, 2, false, 0});
-    struct Row {
-        int w, h;
-        bool allowed;
-    } rows[] = {
-        {8192, 4882, true},    // 39.99 megapixels, sides at the limit
-        {8193, 16, false},     // one side too long
+    const QByteArray small = EncodeWithLibjpeg(TestPicture(64, 48), kPlain420);
+    const struct { int w, h; bool allowed; } rows[] = {
+        {8192, 4882, true},   // 39.99 megapixels, sides at the limit
+        {8193, 16, false},    // one side too long
         {16, 8193, false},
-        {8000, 5001, false},   // 40.008 megapixels
+        {8000, 5001, false},  // 40.008 megapixels
         {30000, 30000, false},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         const QByteArray jpeg = WithDeclaredSize(small, r.w, r.h);
         EXPECT_EQ(PictureDecoder::DeclaredSize(jpeg), QSize(r.w, r.h));
         EXPECT_EQ(PictureDecoder::IsSizeAllowed(QSize(r.w, r.h)), r.allowed) << r.w << "x" << r.h;
+        if (!r.allowed) {  // refused, not decoded from a forged header
+            EXPECT_TRUE(PictureDecoder::Decode(jpeg).isNull()) << r.w << "x" << r.h;
+            EXPECT_TRUE(PictureDecoder::DecodeRegion(jpeg, QRect(10, 10, 30, 30)).isNull()) << r.w << "x" << r.h;
+        }
     }
-}
-
-TEST(PictureDecoder, HugeHeaderIsRefusedAndLogged)
-{
-    const QByteArray jpeg =
-        WithDeclaredSize(EncodeWithLibjpeg(TestPicture(64, 48), {"yuv420", 3, 2, 2, false, 0}), 30000, 30000);
-    EXPECT_TRUE(PictureDecoder::Decode(jpeg).isNull());
-    EXPECT_TRUE(PictureDecoder::DecodeRegion(jpeg, QRect(100, 100, 50, 50)).isNull());
-
     QFile log(QString::fromStdString(Base::Log::CurrentFile()));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_TRUE(log.readAll().contains("declares 30000 x 30000 pixels"));
@@ -269,17 +205,15 @@ TEST(PictureDecoder, BrokenAndForeignPictures)
 {
     const QImage picture = TestPicture(80, 60);
     QByteArray png;
-    {
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "PNG");
-    }
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
     // Non-JPEG pictures decode in full and are cut like a full decode.
-    ExpectSamePixels(picture.copy(10, 10, 30, 20), PictureDecoder::DecodeRegion(png, QRect(10, 10, 30, 20)), "png");
+    EXPECT_TRUE(SamePixels(picture.copy(10, 10, 30, 20), PictureDecoder::DecodeRegion(png, QRect(10, 10, 30, 20))));
 
-    const QByteArray jpeg = EncodeWithLibjpeg(picture, {"yuv420", 3, 2, 2, false, 0});
     EXPECT_TRUE(PictureDecoder::Decode(QByteArray()).isNull());
     EXPECT_TRUE(PictureDecoder::Decode(QByteArray("not a picture")).isNull());
+    const QByteArray jpeg = EncodeWithLibjpeg(picture, kPlain420);
     EXPECT_TRUE(PictureDecoder::DecodeRegion(jpeg.left(20), QRect(0, 0, 10, 10)).isNull());
 }
 
