@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStringList>
 #include <QStyle>
 #include <QToolButton>
@@ -66,6 +67,13 @@ CBodyTemperatureDlg::CBodyTemperatureDlg(QWidget* parent) : QWidget(parent)
     if (!style.isEmpty()) {
         setStyleSheet(style);
         m_pShowWidget->setStyleSheet(style);
+        // When an ancestor (the host's window) has a sheet of its own, scroll
+        // bars polished before this sheet arrived keep their old metrics and
+        // look; polish them again so they take the module's thin bars.
+        for (QScrollBar* bar : findChildren<QScrollBar*>()) {
+            bar->style()->unpolish(bar);
+            bar->style()->polish(bar);
+        }
     }
     setUp();
     m_pAlarmListener = new AlarmListener(this);

@@ -1,6 +1,7 @@
 // The dashboard page as the host builds it: tree proxy, folding the left
 // panel, the statistics title fed from the host's alarm source, the camera tree.
 #include <QLabel>
+#include <QScrollBar>
 #include <QStandardItemModel>
 #include <QToolButton>
 #include <memory>
@@ -145,6 +146,25 @@ TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
     EXPECT_EQ(proxy->mapToSource(m_dlg->CameraTree()->currentIndex()), online->index());
 
     model->removeRow(area->row());
+}
+
+TEST(DashboardDlgStyle, ScrollBarsTakeTheModuleLookUnderAStyledHost)
+{
+    // The host window carries a sheet of its own, as the real host does.
+    for (const bool hostSheet : {false, true}) {
+        SCOPED_TRACE(hostSheet ? "host with a sheet" : "host without a sheet");
+        QWidget host;
+        if (hostSheet)
+            host.setStyleSheet(QStringLiteral("QLabel#hostOnly { color: red; }"));
+        auto* dlg = new CBodyTemperatureDlg(&host);
+        const auto bars = dlg->findChildren<QScrollBar*>();
+        ASSERT_FALSE(bars.isEmpty());
+        for (QScrollBar* bar : bars) {
+            const QSize hint = bar->sizeHint();
+            EXPECT_EQ(bar->orientation() == Qt::Horizontal ? hint.height() : hint.width(), 6)
+                << qPrintable(bar->parentWidget()->parentWidget()->objectName());
+        }
+    }
 }
 
 } // namespace
