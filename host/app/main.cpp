@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QFont>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QTimer>
@@ -23,6 +24,12 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("vantordesk"));
     QApplication::setOrganizationName(QStringLiteral("VantorDesk"));
+#ifndef Q_OS_WIN
+    // Modules name the Windows UI font; elsewhere its metrics are closest to
+    // these, and a wider fallback would clip texts in fixed-size labels.
+    QFont::insertSubstitutions(QStringLiteral("Microsoft YaHei"),
+        {QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("Noto Sans CJK SC")});
+#endif
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("VantorDesk client"));
