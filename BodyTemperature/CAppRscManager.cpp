@@ -15,7 +15,7 @@ void CAppRscManager::Init()
         return;
     m_bInitialised = true;
     auto groups = GetGroupManager();
-    m_localDataManager = std::make_shared<publicdatacontroller::CLocalDataManagerDelegate>();
+    m_localDataManager = publicdatacontroller::CLocalDataManagerDelegate::Create();
     PreviewLogical::InitPlayWindowComponent(groups, m_localDataManager);
     PreviewLogical::InitPreviewLogical(nullptr, m_localDataManager);
 }
@@ -23,7 +23,7 @@ void CAppRscManager::Init()
 std::shared_ptr<clientcommonlogical::CGroupManagerDeletage> CAppRscManager::GetGroupManager()
 {
     if (!m_groupManager)
-        m_groupManager = std::make_shared<clientcommonlogical::CGroupManagerDeletage>();
+        m_groupManager = clientcommonlogical::CGroupManagerDeletage::Create();
     return m_groupManager;
 }
 

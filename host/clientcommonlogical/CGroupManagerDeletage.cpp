@@ -4,10 +4,17 @@
 
 namespace clientcommonlogical {
 
+std::shared_ptr<CGroupManagerDeletage> CGroupManagerDeletage::Create()
+{
+    return std::make_shared<CGroupManagerDeletage>();
+}
+
 CGroupManagerDeletage::CGroupManagerDeletage()
 {
     Reload();
 }
+
+CGroupManagerDeletage::~CGroupManagerDeletage() = default;
 
 void CGroupManagerDeletage::Reload()
 {

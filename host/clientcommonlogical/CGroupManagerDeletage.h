@@ -1,6 +1,9 @@
 #pragma once
 // The host's group manager: areas (groups) and the cameras in them, built
 // from the configured devices. GUI thread. (The class name's spelling is the host's.)
+// Objects the host keeps must be made by Create(), so that the shared_ptr's
+// control block lives in the host's library and outlives an unloaded module.
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,8 +25,9 @@ struct GroupInfo {
 
 class CGroupManagerDeletage {
 public:
+    static std::shared_ptr<CGroupManagerDeletage> Create();
     CGroupManagerDeletage();
-    virtual ~CGroupManagerDeletage() = default;
+    virtual ~CGroupManagerDeletage();
 
     // Rebuilds the groups from the host configuration's device list.
     void Reload();

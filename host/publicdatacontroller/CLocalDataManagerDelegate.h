@@ -1,6 +1,10 @@
 #pragma once
 // The host's local (per-client) data: here the live-view stream settings.
-// GUI thread.
+// GUI thread. Objects the host keeps must be made by Create(): a module may
+// be unloaded while the host still holds them, so their code and the
+// shared_ptr's control block have to live in the host's library.
+#include <memory>
+
 namespace publicdatacontroller {
 
 struct StreamSettings {
@@ -9,8 +13,9 @@ struct StreamSettings {
 
 class CLocalDataManagerDelegate {
 public:
-    CLocalDataManagerDelegate() = default;
-    virtual ~CLocalDataManagerDelegate() = default;
+    static std::shared_ptr<CLocalDataManagerDelegate> Create();
+    CLocalDataManagerDelegate();
+    virtual ~CLocalDataManagerDelegate();
 
     StreamSettings GetStreamSettings() const { return m_stream; }
     void SetStreamSettings(const StreamSettings& s) { m_stream = s; }
