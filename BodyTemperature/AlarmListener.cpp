@@ -53,8 +53,7 @@ void AlarmListener::OnClientAlarmEvent(void* pAlarm)
 
     if (!info.faceInfoList.empty()) {
         const int id = static_cast<int>(info.faceInfoList.front().facePicID);
-        const QList<int> recent = m_recentEventIds;
-        if (recent.contains(id))
+        if (m_recentEventIds.contains(id))
             return;
         if (m_recentEventIds.size() >= kRecentEventSpan)
             m_recentEventIds.removeFirst();

@@ -2,8 +2,6 @@
 // The module's descriptor, handed to the host by getAIInterface(). It creates
 // the page widget once, on the first getAIWidget() call; the widget belongs to
 // its Qt parent, so destroying the descriptor never deletes it. GUI thread.
-#include <QPointer>
-
 #include "publicdatacontroller/IAIInterface.h"
 
 namespace BodyTemperature {

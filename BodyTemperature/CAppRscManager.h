@@ -20,7 +20,6 @@ public:
 
     // Runs once: managers, play-window component, host preview services.
     void Init();
-    bool IsInitialised() const { return m_bInitialised; }
 
     std::shared_ptr<clientcommonlogical::CGroupManagerDeletage> GetGroupManager();
     std::shared_ptr<publicdatacontroller::CLocalDataManagerDelegate> GetLocalDataManager() const;

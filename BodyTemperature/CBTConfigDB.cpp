@@ -20,13 +20,6 @@ struct InstanceCleanup {
     ~InstanceCleanup() { delete g_instance.exchange(nullptr); }
 };
 
-const char* const kTableSchema =
-    "CREATE TABLE IF NOT EXISTS TemperatureConfigure ("
-    "FaceThermSnap INTEGER, FaceSnap INTEGER, FaceContrast INTEGER, NoMask INTEGER, "
-    "TemAbnormal INTEGER, Dispeared INTEGER, DispearedTime INTEGER, SaveNoMaskPath TEXT, "
-    "SaveTemNormalPath TEXT, SaveTemAbnormalPath TEXT, OpenNoMaskSound INTEGER, "
-    "OpenTempNormal INTEGER, OpenTempAbnormal INTEGER);";
-
 } // namespace
 
 CBTConfigDB* CBTConfigDB::Instance()
@@ -54,10 +47,9 @@ bool CBTConfigDB::Provision(const std::string& utf8Path)
 {
     // The schema ships with the module; it runs only on a fresh install.
     QFile schema(QStringLiteral(":/BodyTemperature/Sql/BodyTemperature.sql"));
-    std::string script = kTableSchema;
-    if (schema.open(QIODevice::ReadOnly))
-        script = schema.readAll().toStdString();
-    return CSQLite3Conn::ProvisionFromScript(utf8Path, script);
+    if (!schema.open(QIODevice::ReadOnly))
+        return false;
+    return CSQLite3Conn::ProvisionFromScript(utf8Path, schema.readAll().toStdString());
 }
 
 CBTConfigDB::CBTConfigDB(const std::string& localPath)

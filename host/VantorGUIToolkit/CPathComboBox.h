@@ -28,7 +28,6 @@ public:
 
     // Adds path as an item (once) and makes it current.
     void addPath(const QString& path);
-    void setCurrentPath(const QString& path) { addPath(path); }
     // The edit text: what the user typed or chose.
     QString currentPath() const;
 
