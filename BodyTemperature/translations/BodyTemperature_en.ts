@@ -138,18 +138,6 @@
         <source>Close</source>
         <translation>Close</translation>
     </message>
-    <message>
-        <source>DegreeC</source>
-        <translation>°C</translation>
-    </message>
-    <message>
-        <source>DegreeF</source>
-        <translation>°F</translation>
-    </message>
-    <message>
-        <source>xYyCxaTr</source>
-        <translation>K</translation>
-    </message>
 </context>
 <context>
     <name>BodyTemperature::CRightUnitBase</name>

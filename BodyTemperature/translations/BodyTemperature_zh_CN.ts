@@ -138,18 +138,6 @@
         <source>Close</source>
         <translation>关闭</translation>
     </message>
-    <message>
-        <source>DegreeC</source>
-        <translation>℃</translation>
-    </message>
-    <message>
-        <source>DegreeF</source>
-        <translation>℉</translation>
-    </message>
-    <message>
-        <source>xYyCxaTr</source>
-        <translation>K</translation>
-    </message>
 </context>
 <context>
     <name>BodyTemperature::CRightUnitBase</name>

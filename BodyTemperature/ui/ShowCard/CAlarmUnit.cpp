@@ -20,13 +20,6 @@ QString OrSlash(const std::string& text)
     return text.empty() ? QStringLiteral("/") : QString::fromStdString(text);
 }
 
-void SetBold(QWidget* w)
-{
-    QFont f = w->font();
-    f.setBold(true);
-    w->setFont(f);
-}
-
 } // namespace
 
 CAlarmUnit::CAlarmUnit(QWidget* parent) : CRightUnitBase(parent)
@@ -189,9 +182,9 @@ void CAlarmUnit::ApplySmallLayout()
         CardStyle::Rename(m_pCameraLabel, QStringLiteral("m_pCamera") + colour);
         CardStyle::Rename(m_pSimilarityLabel, QStringLiteral("m_pSimilarity") + colour);
     }
-    SetBold(m_pNameLabel);
+    CardStyle::SetBold(m_pNameLabel);
 
-    SetBold(m_pSimilarityLabel);
+    CardStyle::SetBold(m_pSimilarityLabel);
     m_pSimilarityLabel->setVisible(m_info.alarmInfo.comparison.similarity != 0.0);
 
     m_pTemperatureLabel->hide();
@@ -208,7 +201,7 @@ void CAlarmUnit::ApplySmallLayout()
         CardStyle::Rename(this, (capture ? QStringLiteral("Snap_") : QStringLiteral("Comparison_")) + colour);
         CardStyle::Rename(m_pDetailBtn, QStringLiteral("DetailBtn_") + colour);
     }
-    SetBold(m_pDetailBtn);
+    CardStyle::SetBold(m_pDetailBtn);
     update();
 }
 

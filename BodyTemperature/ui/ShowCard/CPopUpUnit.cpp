@@ -5,28 +5,10 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSpacerItem>
-#include <QStyle>
 
 #include "ui/ShowCard/CardStyle.h"
 
 namespace BodyTemperature {
-
-namespace {
-
-void SetBold(QWidget* w)
-{
-    QFont f = w->font();
-    f.setBold(true);
-    w->setFont(f);
-}
-
-void Repolish(QWidget* w)
-{
-    w->style()->unpolish(w);
-    w->style()->polish(w);
-}
-
-} // namespace
 
 CPopUpUnit::CPopUpUnit(QWidget* parent) : CAlarmUnit(parent)
 {
@@ -56,16 +38,6 @@ CPopUpUnit::CPopUpUnit(QWidget* parent) : CAlarmUnit(parent)
 
 CPopUpUnit::~CPopUpUnit() = default;
 
-QString CPopUpUnit::BigUnitText(uint32_t unitCode)
-{
-    switch (unitCode) {
-    case 0: return tr("DegreeC");
-    case 1: return tr("DegreeF");
-    case 2: return tr("xYyCxaTr");
-    default: return QString();
-    }
-}
-
 void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
@@ -85,8 +57,8 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
         m_pMaskTextLabel->setObjectName(QStringLiteral("m_pFacelibName%1Big").arg(colour));
         m_pCameraLabel->setObjectName(QStringLiteral("m_pCamera%1Big").arg(colour));
         m_pTimeLabel->setObjectName(QStringLiteral("m_pTime%1Big").arg(colour));
-        Repolish(this);
-        Repolish(m_pDetailBtn);
+        CardStyle::Repolish(this);
+        CardStyle::Repolish(m_pDetailBtn);
         setFixedSize(630, 468);
         // The card is refilled for every pop-up: one title label at a time.
         delete m_pTitleLabel;
@@ -132,14 +104,14 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
             const protocol::IntelAlarmFaceInfo& face = m_info.faceInfoList.front();
             CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
                                              CardStyle::TemperatureText(face.Temperature),
-                                             BigUnitText(face.TemperatureUnit), true);
+                                             UnitText(face.TemperatureUnit), true);
         }
         if (m_info.popType == 0 || m_info.popType == 1)
             setObjectName(QStringLiteral("Snap_PopUp_Red"));
         else if (m_info.popType == 2)
             setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
     } else {
-        Repolish(m_pSimilarityLabel);
+        CardStyle::Repolish(m_pSimilarityLabel);
         const double similarity = m_info.alarmInfo.comparison.similarity;
         if (similarity != 0.0) {
             m_pSimilarityLabel->setText(CardStyle::SimilarityText(similarity));
@@ -151,25 +123,25 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
         if (thermometry.TemperatureEnabled == 1)
             CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
                                              CardStyle::TemperatureText(thermometry.Temperature),
-                                             BigUnitText(thermometry.TemperatureUnit), true);
+                                             UnitText(thermometry.TemperatureUnit), true);
     }
 
     CardStyle::ApplyBigMaskIcon(m_pBigMaskIconLabel, m_info.maskType);
 
-    Repolish(m_pNameLabel);
-    Repolish(m_pMaskTextLabel);
-    Repolish(m_pTimeLabel);
-    Repolish(m_pCameraLabel);
-    Repolish(this);
+    CardStyle::Repolish(m_pNameLabel);
+    CardStyle::Repolish(m_pMaskTextLabel);
+    CardStyle::Repolish(m_pTimeLabel);
+    CardStyle::Repolish(m_pCameraLabel);
+    CardStyle::Repolish(this);
     m_pBigTemperatureLabel->raise();
     m_pSimilarityLabel->raise();
     update();
 
-    SetBold(m_pNameLabel);
-    SetBold(m_pSimilarityLabel);
-    SetBold(m_pDetailBtn);
+    CardStyle::SetBold(m_pNameLabel);
+    CardStyle::SetBold(m_pSimilarityLabel);
+    CardStyle::SetBold(m_pDetailBtn);
     if (m_pTitleLabel) {
-        SetBold(m_pTitleLabel);
+        CardStyle::SetBold(m_pTitleLabel);
         m_pTitleLabel->show();
     }
 }

@@ -26,8 +26,6 @@ signals:
     void signalClose();
 
 private:
-    static QString BigUnitText(uint32_t unitCode);
-
     QLabel* m_pTitleLabel = nullptr;
     QPushButton* m_pCloseBtn = nullptr;
     QLabel* m_pBigTemperatureLabel = nullptr;

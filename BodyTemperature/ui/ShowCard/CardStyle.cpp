@@ -19,13 +19,25 @@ QString LevelColour(uint32_t alarmType)
     }
 }
 
+void Repolish(QWidget* w)
+{
+    w->style()->unpolish(w);
+    w->style()->polish(w);
+}
+
+void SetBold(QWidget* w)
+{
+    QFont f = w->font();
+    f.setBold(true);
+    w->setFont(f);
+}
+
 void Rename(QWidget* w, const QString& objectName)
 {
     if (!w || w->objectName() == objectName)
         return;
     w->setObjectName(objectName);
-    w->style()->unpolish(w);
-    w->style()->polish(w);
+    Repolish(w);
 }
 
 QString SimilarityText(double similarity)

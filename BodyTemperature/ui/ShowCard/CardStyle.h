@@ -14,6 +14,10 @@ namespace CardStyle {
 // "Red", "Yellow", "Blue", "Green" for the colour levels 0..3; empty otherwise.
 QString LevelColour(uint32_t alarmType);
 
+// Applies the style sheet again, for a widget whose object name changed.
+void Repolish(QWidget* w);
+void SetBold(QWidget* w);
+
 // Gives `w` the object name and, when the name changed, polishes it again so
 // the style sheet's rules for the new name apply.
 void Rename(QWidget* w, const QString& objectName);
