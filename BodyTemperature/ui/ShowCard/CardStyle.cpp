@@ -2,8 +2,8 @@
 
 #include <QLabel>
 #include <QStyle>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 
 namespace BodyTemperature {
 namespace CardStyle {
@@ -71,6 +71,20 @@ QString ByState(const char* const (&pictures)[3], uint32_t state)
     return state < 3 ? QString::fromLatin1(pictures[state]) : QString();
 }
 
+// atof's reading (the leading number, 0 when there is none) with a decimal
+// point whatever the process locale: on Unix QCoreApplication adopts the
+// environment's locale, and atof under a decimal comma reads "36.5" as 36.
+double LeadingNumber(const QString& text)
+{
+    const QByteArray utf8 = text.trimmed().toUtf8();
+    const char* first = utf8.constData();
+    const char* last = first + utf8.size();
+    if (first != last && *first == '+')
+        ++first;
+    double value = 0.0;
+    return std::from_chars(first, last, value).ec == std::errc() ? value : 0.0;
+}
+
 } // namespace
 
 void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
@@ -113,7 +127,7 @@ void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QStri
         badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
                              + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:18px;color: #FFFFFF;"
                                               "letter-spacing: 0.89px;}"));
-    const double value = std::atof(temperatureText.toUtf8().constData());
+    const double value = LeadingNumber(temperatureText);
     if (value == 65535.0) {
         badge->hide();
         return;

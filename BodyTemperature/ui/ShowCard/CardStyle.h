@@ -36,8 +36,9 @@ void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState);
 
 // The temperature badge: nothing for state 3; hidden for the value 65535
 // ("not measured"); else "<value with one decimal> <unit>" on the state's
-// badge picture. `temperatureText` is parsed with atof rules; `unitText` is
-// the translated unit (empty for unknown unit codes). No unit conversion.
+// badge picture. `temperatureText` is parsed with atof rules, always with a
+// decimal point; `unitText` is the translated unit (empty for unknown unit
+// codes). No unit conversion.
 void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QString& temperatureText,
                            const QString& unitText, bool big);
 
