@@ -135,7 +135,7 @@ void CBTViewTree::startDrag(Qt::DropActions)
 
 void CBTViewTree::UpdateCameraState(const CLiveViewEvent& eventLiveView)
 {
-    CameraModel* model = Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel();
+    CameraModel* model = Model();
     if (model == nullptr)
         return;
     const QModelIndex index = model->GetElementIndexByElementID(eventLiveView.GetCameraID());

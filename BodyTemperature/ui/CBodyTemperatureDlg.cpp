@@ -197,6 +197,7 @@ void CBodyTemperatureDlg::setUp()
     // 7. The live view takes drops and selections from the tree and builds its
     //    play windows on the same model.
     m_pShowWidget->LiveView()->SetCameraTree(m_pCameraTree);
+    connect(m_pShowWidget->LiveView(), &BTShowLiveView::signalUpdateGroupSelectState, this, &CBodyTemperatureDlg::onUpdateGroupTreeSelectedCamera);
     m_pShowWidget->LiveView()->Init(m_pCameraModel);
     m_pShowWidget->SetOwnerDialog(this);
 }

@@ -14,6 +14,7 @@
 #include "CAppRscManager.h"
 #include "CameraModel.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
+#include "VantorGUIToolkit/CSecondarySortFilterModel.h"
 #include "aiguitoolkit/CCutNumFrame.h"
 #include "aiguitoolkit/CFullScreenWidget.h"
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
@@ -24,7 +25,9 @@
 #include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 #include "ui/BTShowLiveView.h"
+#include "ui/CBTShowWidget.h"
 #include "ui/CBTViewTree.h"
+#include "ui/CBodyTemperatureDlg.h"
 #include "ui/CSelectBoder.h"
 
 using namespace BodyTemperature;
@@ -221,6 +224,15 @@ TEST_F(LiveViewTest, RestoreSkipsEmptyAndKeepsUnknownIdentifiers)
     Window(1)->GetCloseButton()->click();
     EXPECT_FALSE(Window(1)->IsPreviewing());
     EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"CAM4", "CAM5"}));
+}
+
+TEST_F(LiveViewTest, SelectingAPlayingWindowMakesItsCameraCurrentInThePageTree)
+{
+    CBodyTemperatureDlg page;
+    BTShowLiveView* live = page.ShowWidget()->LiveView();
+    live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
+    emit live->PlayWindows().at(1)->SignalSelected();
+    EXPECT_EQ(page.TreeProxy()->mapToSource(page.CameraTree()->currentIndex()), model->GetElementIndexByElementID("CAM4"));
 }
 
 TEST_F(LiveViewTest, FirstRunOpensTheFirstCamerasOnce)
