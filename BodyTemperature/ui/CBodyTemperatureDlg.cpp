@@ -238,18 +238,13 @@ void CBodyTemperatureDlg::OnCameraTreeDoubleClicked(const QModelIndex& miIndex)
 {
     const int type = miIndex.data(kRoleNodeType).toInt();
     if (type == kNodeCamera) {
-        // A camera the model marks unavailable (disabled) is not opened.
-        if (!(miIndex.flags() & Qt::ItemIsEnabled))
-            return;
-        // ... nor one whose device is unreachable or whose channel has no signal.
+        // Only a camera the model knows, whose device answers and whose
+        // channel has a signal, is opened.
         const auto* camera = m_pCameraModel != nullptr
             ? dynamic_cast<const vantordesk::ICamera*>(m_pCameraModel->GetElementByIndex(miIndex)) : nullptr;
-        if (camera != nullptr && (!camera->IsDeviceOnline() || !camera->IsChannelOnline()))
+        if (camera == nullptr || !camera->IsDeviceOnline() || !camera->IsChannelOnline())
             return;
-        const QString cameraId = miIndex.data(kRoleCameraId).toString();
-        if (cameraId.isEmpty())
-            return;
-        m_pShowWidget->LiveView()->OpenCamera(cameraId.toStdString(), 100);
+        m_pShowWidget->LiveView()->OpenCamera(camera->GetElementID(), 100);
         m_pShowWidget->update();
     }
     // An area (node type 1, identifier in role 659) only expands: opening all
@@ -273,11 +268,7 @@ void CBodyTemperatureDlg::onUpdateGroupTreeSelectedCamera(std::string cameraGUID
 {
     if (m_pCameraModel == nullptr)
         return;
-    const QModelIndexList hits = m_pCameraModel->match(m_pCameraModel->index(0, 0), kRoleCameraId,
-        QString::fromStdString(cameraGUID), 1, Qt::MatchExactly | Qt::MatchRecursive);
-    if (hits.isEmpty())
-        return;
-    const QModelIndex proxyIndex = m_pProxyModel->mapFromSource(hits.front());
+    const QModelIndex proxyIndex = m_pProxyModel->mapFromSource(m_pCameraModel->GetElementIndexByElementID(cameraGUID));
     if (proxyIndex.isValid())
         m_pCameraTree->setCurrentIndex(proxyIndex);
 }

@@ -13,7 +13,10 @@
 #include "CameraModel.h"
 #include "DashboardRecords.h"
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CDeviceStateNotifier.h"
 #include "publicdatacontroller/AlarmTransfer.h"
+#include "support/LoopbackStream.h"
 #include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
@@ -109,32 +112,54 @@ TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
 }
 
 // The tree shows the camera model through a proxy passing filter values 0 to 2;
-// a double click opens enabled cameras only.
+// a double click opens only a camera of the model whose channel has a signal.
 TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
 {
     auto* proxy = m_dlg->TreeProxy();
     EXPECT_EQ(m_dlg->CameraTree()->model(), proxy);
-    auto* model = Base::CSingleton<BodyTemperature::CAppRscManager>::Instance()->GetCameraModel();
+    auto* rsc = Base::CSingleton<BodyTemperature::CAppRscManager>::Instance();
+    auto* model = rsc->GetCameraModel();
     ASSERT_EQ(proxy->sourceModel(), model);
-    // Roles: 657 node type (1 area, 2 camera), 662 camera id, 767 filter value.
-    const auto item = [](const char* name, int type, const char* id, int filter) {
-        auto* i = new QStandardItem(QString::fromLatin1(name));
-        i->setData(type, 657);
+    // One device in one area: channel 1 has a signal, channel 2 has none. The
+    // stream address refuses, which is enough for a play window to open.
+    const std::string refused = QStringLiteral("http://127.0.0.1:%1/x").arg(testsupport::FreePort()).toStdString();
+    clientcommonlogical::DeviceConfig dev;
+    dev.id = "DEV";
+    dev.address = "127.0.0.1";
+    dev.port = testsupport::FreePort();
+    dev.channels = {{1, "CAM-ON", "Door", "Lobby", refused}, {2, "CAM-OFF", "Gate", "Lobby", refused}};
+    const auto reloadWith = [&](const std::vector<clientcommonlogical::DeviceConfig>& devices) {
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
+        rsc->GetGroupManager()->Reload();
+        model->Reload();
+    };
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    notifier->SetDeviceOnline(QStringLiteral("DEV"), true);
+    notifier->SetChannelOnline(QStringLiteral("DEV"), 1, true);
+    notifier->SetChannelOnline(QStringLiteral("DEV"), 2, false);
+    reloadWith({dev});
+    ASSERT_EQ(model->rowCount(), 1);
+    QStandardItem* area = model->item(0);
+    ASSERT_EQ(area->rowCount(), 2);
+    QStandardItem* online = area->child(0);
+    QStandardItem* offline = area->child(1);
+    // Rows the model has no camera for; roles: 657 node type, 662 camera id, 767 filter value.
+    const auto item = [](const char* id, int filter) {
+        auto* i = new QStandardItem(QString::fromLatin1(id));
+        i->setData(2, 657);
         i->setData(QString::fromLatin1(id), 662);
         i->setData(filter, 767);
         return i;
     };
-    QStandardItem* area = item("Lobby", 1, "", 0);
-    QStandardItem* online = item("Door", 2, "CAM-ON", 1);
-    QStandardItem* offline = item("Gate", 2, "CAM-OFF", 2);
-    offline->setEnabled(false);
-    area->appendRows({online, offline, item("Filtered", 2, "CAM-F", 3)});
-    model->appendRow(area);
+    QStandardItem* unknown = item("CAM-X", 2);
+    area->appendRows({unknown, item("CAM-F", 3)});
 
     const QModelIndex proxyArea = proxy->mapFromSource(area->index());
     ASSERT_TRUE(proxyArea.isValid());
-    EXPECT_EQ(proxy->rowCount(proxyArea), 2) << "filter value 3 is not shown";
+    EXPECT_EQ(proxy->rowCount(proxyArea), 3) << "filter value 3 is not shown";
 
+    m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(unknown->index()));
+    EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
     m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(offline->index()));
     EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
     m_dlg->OnCameraTreeDoubleClicked(proxyArea);
@@ -145,7 +170,8 @@ TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
     m_dlg->onUpdateGroupTreeSelectedCamera("CAM-ON");
     EXPECT_EQ(proxy->mapToSource(m_dlg->CameraTree()->currentIndex()), online->index());
 
-    model->removeRow(area->row());
+    m_dlg->StopAllLiveView();
+    reloadWith({});
 }
 
 TEST(DashboardDlgStyle, ScrollBarsTakeTheModuleLookUnderAStyledHost)
