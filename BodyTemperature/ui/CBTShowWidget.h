@@ -72,7 +72,6 @@ public:
     QTimer* PopTimer() const { return m_pPopTimer; }
     QVBoxLayout* RightListLayout() const { return m_pRightListLayout; }
     CRightNoData* RightNoData() const { return m_pNoData; }
-    QLabel* CornerLabel() const { return m_pCornerLabel; }
     QWidget* RightPanel() const { return m_ui->m_pRightPanel; }
     QFrame* LiveViewFrame() const { return m_ui->m_pLiveViewFrame; }
     QToolButton* RightRetractButton() const { return m_pRightRetractBtn; }

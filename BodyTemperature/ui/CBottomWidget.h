@@ -37,7 +37,6 @@ public:
     void RefreshAppearance();
 
     int CardCount() const;
-    bool IsEmpty() const { return m_bEmpty; }
     QHBoxLayout* CardLayout() const { return m_pLayout; }
     // The face the last add request produced (what the add-face dialog receives).
     const QByteArray& LastFaceCut() const { return m_lastFaceCut; }
