@@ -119,13 +119,14 @@ BTShowLiveView::BTShowLiveView(QWidget* parent) : QWidget(parent), m_iMaxWndNum(
 
 BTShowLiveView::~BTShowLiveView()
 {
-    // In full screen the container is a top-level window: bring it back so it
-    // (and the windows in it) go with this widget.
-    if (m_pFullScreen->IsFullScreen())
-        m_pFullScreen->LeaveFullScreen();
     // Windows join their decode threads as they stop; do it before the plugin goes.
     for (CStreamPlayWindowWithTask* w : m_listPlayWnd)
         w->StopPreview();
+    // In full screen the container is a top-level window, no child of ours: it
+    // (and the windows in it) goes with this widget. It is not put back, since
+    // the page it would return to may already be half torn down.
+    if (m_pFullScreen->IsFullScreen())
+        delete m_pFullScreen;
 }
 
 QString BTShowLiveView::FirstRunMarkerPath()

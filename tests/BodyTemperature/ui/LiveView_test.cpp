@@ -226,13 +226,17 @@ TEST_F(LiveViewTest, RestoreSkipsEmptyAndKeepsUnknownIdentifiers)
     EXPECT_EQ(view->openViewCameraIds(), (QVector<std::string>{"CAM4", "CAM5"}));
 }
 
-TEST_F(LiveViewTest, SelectingAPlayingWindowMakesItsCameraCurrentInThePageTree)
+TEST_F(LiveViewTest, InsideThePage)
 {
     CBodyTemperatureDlg page;
     BTShowLiveView* live = page.ShowWidget()->LiveView();
+    // Selecting a playing window makes its camera the tree's current row.
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
     emit live->PlayWindows().at(1)->SignalSelected();
     EXPECT_EQ(page.TreeProxy()->mapToSource(page.CameraTree()->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+    // The page may go while the video is in full screen (the host closes).
+    live->OnFullScreenBtnPressed();
+    ASSERT_TRUE(live->FullScreenWidget()->IsFullScreen());
 }
 
 TEST_F(LiveViewTest, FirstRunOpensTheFirstCamerasOnce)
