@@ -18,8 +18,6 @@ public:
     // Extra roles of camera rows: whether it plays, and the path of its state icon.
     enum { PlayingRole = Qt::UserRole + 77, IconPathRole = Qt::UserRole + 78 };
 
-    bool showPreviewButtons() const { return m_bShowPreviewButtons; }
-
     // Recomputes one camera's state icon (called when it starts or stops playing).
     void UpdateCameraIcon(const QModelIndex& index, bool playing);
     bool IsCameraPlaying(const QModelIndex& index) const;

@@ -69,7 +69,6 @@ public:
     // Read access for the page and tests.
     QList<CStreamPlayWindowWithTask*> PlayWindows() const { return m_listPlayWnd; }
     CStreamPlayWindowWithTask* SelectedWindow() const { return m_pSelectedWnd; }
-    int MaxWndNum() const { return m_iMaxWndNum; }
     int CutType() const { return m_iCutType; }
     aiguitoolkit::CWidgetLayoutMgr* LayoutMgr() const { return m_pLayoutMgr; }
     aiguitoolkit::CCutNumFrame* CutNumFrame() const { return m_pSelectCutNum; }

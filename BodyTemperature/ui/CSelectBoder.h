@@ -14,7 +14,6 @@ public:
     ~CSelectBoder() override;
 
     void SetTarget(QWidget* widget);
-    QWidget* Target() const { return m_pTarget; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
