@@ -14,7 +14,6 @@
 #include <QVBoxLayout>
 
 #include "CBTConfigDB.h"
-#include "VantorGUIToolkit/TargetPath.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
@@ -134,17 +133,8 @@ void CBTShowWidget::loadConfig()
 {
     CBTConfigDB* db = CBTConfigDB::Instance();
     db->LoadAlarmDisplayConfig(m_config);
-    if (m_config.strNoMaskVoice.isEmpty() && m_config.strNormalVoice.isEmpty()
-        && m_config.strAbnormalVoice.isEmpty()) {
-        const bool chinese = clientcommonlogical::CConfigMgr::Instance()->GetLanguage() == 1;
-        m_config.strNoMaskVoice = VantorGUIToolkit::GetTargetPathFile(
-            chinese ? QStringLiteral("no_mask.wav") : QStringLiteral("no_mask_en.wav"));
-        m_config.strNormalVoice = VantorGUIToolkit::GetTargetPathFile(
-            chinese ? QStringLiteral("normal.wav") : QStringLiteral("normal_en.wav"));
-        m_config.strAbnormalVoice = VantorGUIToolkit::GetTargetPathFile(
-            chinese ? QStringLiteral("abnormal.wav") : QStringLiteral("abnormal_en.wav"));
+    if (CSoundConfigPage::FillDefaultVoicePaths(m_config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage()))
         db->SaveAlarmDisplayConfig(m_config);
-    }
 }
 
 void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInfo& struAlarmInfo)
