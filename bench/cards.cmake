@@ -3,6 +3,6 @@
 add_executable(card_pictures ${CMAKE_CURRENT_LIST_DIR}/card_pictures.cpp $<TARGET_OBJECTS:BodyTemperatureResources>)
 target_link_libraries(card_pictures PRIVATE BodyTemperatureCore)
 
-add_executable(card_gallery ${PROJECT_SOURCE_DIR}/tests/BodyTemperature/ui/ShowCard/CardGallery.cpp
+add_executable(card_gallery ${CMAKE_CURRENT_LIST_DIR}/card_gallery.cpp
   $<TARGET_OBJECTS:BodyTemperatureResources>)
 target_link_libraries(card_gallery PRIVATE BodyTemperatureCore)
