@@ -20,11 +20,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <jpeglib.h>
 #include <valgrind/callgrind.h>
 #include <vector>
 
 #include "AlarmShowInfo.h"
+#include "support/JpegEncoder.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -40,37 +40,6 @@ const protocol::PictureRect kFace{0.42, 0.25, 0.12, 0.30};
 // sets how much entropy-coded data the JPEG carries, which is what the
 // region decode cannot skip: noiseShift 29 gives about 150 KB (a typical
 // device scene picture), 28 about 280 KB, 27 about 500 KB (very noisy).
-// Encodes like a camera's hardware encoder: 4:2:0, a restart marker after
-// every MCU row.
-QByteArray EncodeWithRestartMarkers(const QImage& image)
-{
-    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
-    jpeg_compress_struct cinfo;
-    jpeg_error_mgr err;
-    cinfo.err = jpeg_std_error(&err);
-    jpeg_create_compress(&cinfo);
-    unsigned char* out = nullptr;
-    unsigned long outSize = 0;
-    jpeg_mem_dest(&cinfo, &out, &outSize);
-    cinfo.image_width = static_cast<JDIMENSION>(rgb.width());
-    cinfo.image_height = static_cast<JDIMENSION>(rgb.height());
-    cinfo.input_components = 3;
-    cinfo.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&cinfo);
-    jpeg_set_quality(&cinfo, 85, TRUE);
-    cinfo.restart_in_rows = 1;
-    jpeg_start_compress(&cinfo, TRUE);
-    while (cinfo.next_scanline < cinfo.image_height) {
-        JSAMPROW row = const_cast<JSAMPROW>(rgb.constScanLine(static_cast<int>(cinfo.next_scanline)));
-        jpeg_write_scanlines(&cinfo, &row, 1);
-    }
-    jpeg_finish_compress(&cinfo);
-    jpeg_destroy_compress(&cinfo);
-    QByteArray bytes(reinterpret_cast<const char*>(out), static_cast<int>(outSize));
-    free(out);
-    return bytes;
-}
-
 QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
 {
     QImage img(1920, 1080, QImage::Format_RGB32);
@@ -90,8 +59,10 @@ QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
     p.setBrush(QColor(226, 186, 150));
     p.drawEllipse(QRectF(840, 300, 200, 280));
     p.end();
-    if (restartMarkers)
-        return EncodeWithRestartMarkers(img);
+    if (restartMarkers) {
+        // Like a camera's hardware encoder: 4:2:0, a restart marker after every MCU row.
+        return testsupport::EncodeWithLibjpeg(img, {3, 2, 2, false, 1});
+    }
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
