@@ -5,7 +5,6 @@
 // bytes copied out of the network buffers per picture byte.
 //
 // usage: bench_alarm_intake [events]   (default 3000)
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QGuiApplication>
@@ -26,6 +25,7 @@
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CAlarmSubscription.h"
 #include "publicdatacontroller/AlarmTransfer.h"
+#include "support/JpegEncoder.h"
 
 namespace {
 
@@ -78,11 +78,7 @@ QByteArray sceneJpeg()
             line[x] = qRgb((x / 8 + n) % 256, (y / 5 + n) % 256, ((x + y) / 12 + n) % 256);
         }
     }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    img.save(&buffer, "JPEG", 80);
-    return bytes;
+    return testsupport::EncodeJpeg(img, 80);
 }
 
 QByteArray faceJpeg()
@@ -93,11 +89,7 @@ QByteArray faceJpeg()
     p.setBrush(QColor(230, 190, 160));
     p.drawEllipse(40, 40, 160, 220);
     p.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    img.save(&buffer, "JPEG", 85);
-    return bytes;
+    return testsupport::EncodeJpeg(img, 85);
 }
 
 double processCpuSeconds()

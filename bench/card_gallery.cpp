@@ -6,7 +6,6 @@
 //
 //   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
 #include <QApplication>
-#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -15,6 +14,7 @@
 #include <cstdio>
 
 #include "AlarmShowInfo.h"
+#include "support/JpegEncoder.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -46,11 +46,7 @@ QByteArray Picture(int width, int height, const QRectF& face, const QColor& shir
     if (mask)
         p.drawRoundedRect(QRectF(f.left() + f.width() * 0.12, f.top() + f.height() * 0.6, f.width() * 0.76, f.height() * 0.32), 8, 8);
     p.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "JPEG", 88);
-    return bytes;
+    return testsupport::EncodeJpeg(image, 88);
 }
 
 // Colour level, event type, the card's mask and temperature states, the measured value.

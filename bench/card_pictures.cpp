@@ -12,7 +12,6 @@
 //   card_pictures --cycle N                 just the card cycle (instructions: under callgrind as above)
 #include <QApplication>
 #include <QBoxLayout>
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPainter>
@@ -63,11 +62,7 @@ QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
         // Like a camera's hardware encoder: 4:2:0, a restart marker after every MCU row.
         return testsupport::EncodeWithLibjpeg(img, {3, 2, 2, false, 1});
     }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    img.save(&buffer, "JPEG", 85);
-    return bytes;
+    return testsupport::EncodeJpeg(img, 85);
 }
 
 AlarmShowInfo MakeEvent(const QByteArray& scene, int i)

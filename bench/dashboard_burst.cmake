@@ -5,3 +5,4 @@ add_executable(bt_bench_dashboard_burst ${CMAKE_CURRENT_LIST_DIR}/dashboard_burs
   $<TARGET_OBJECTS:BodyTemperatureResources>)
 target_link_libraries(bt_bench_dashboard_burst PRIVATE bt_options BodyTemperatureCore)
 set_target_properties(bt_bench_dashboard_burst PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+target_include_directories(bt_bench_dashboard_burst PRIVATE ${PROJECT_SOURCE_DIR}/tests)

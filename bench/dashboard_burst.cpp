@@ -3,7 +3,6 @@
 // picture afterwards (run under a 1920x1080 X server to see it at full size).
 //   bt_bench_dashboard_burst [--records N] [--snapshot FILE]
 #include <QApplication>
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPainter>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "CommonMethodLib/CUserDataPath.h"
+#include "support/JpegEncoder.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBodyTemperatureDlg.h"
 
@@ -28,11 +28,7 @@ QByteArray scenePicture(int seed)
     p.setBrush(QColor(230, 190, 160));
     p.drawEllipse(250, 80, 140, 180);
     p.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    img.save(&buffer, "JPEG", 80);
-    return bytes;
+    return testsupport::EncodeJpeg(img, 80);
 }
 
 publicdatacontroller::IntelAlarmEventInfo makeRecord(int i)

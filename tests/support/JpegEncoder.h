@@ -2,6 +2,7 @@
 // JPEG encoding through libjpeg with the choices Qt's writer does not offer
 // (sampling, grayscale, progressive, restart markers), for tests and benches
 // that need pictures like the ones cameras send.
+#include <QBuffer>
 #include <QByteArray>
 #include <QImage>
 #include <cstdio>
@@ -9,6 +10,16 @@
 #include <jpeglib.h>
 
 namespace testsupport {
+
+// Qt's own JPEG writer at the given quality.
+inline QByteArray EncodeJpeg(const QImage& image, int quality)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG", quality);
+    return bytes;
+}
 
 // components: 1 grayscale, 3 colour; luma sampling 2x2 = 4:2:0, 2x1 = 4:2:2, 1x1 = 4:4:4;
 // a restart marker every restartRows MCU rows, or every restartMcus MCUs (0: none).

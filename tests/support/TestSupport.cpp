@@ -1,12 +1,12 @@
 #include "support/TestSupport.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QThread>
 
 #include "CommonMethodLib/CUserDataPath.h"
+#include "support/JpegEncoder.h"
 
 namespace testsupport {
 
@@ -61,11 +61,7 @@ QByteArray makeJpeg(int width, int height, int quality, QImage::Format fmt)
     p.end();
     if (fmt != QImage::Format_RGB32)
         img = img.convertToFormat(fmt);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    img.save(&buffer, "JPEG", quality);
-    return bytes;
+    return testsupport::EncodeJpeg(img, quality);
 }
 
 } // namespace testsupport
