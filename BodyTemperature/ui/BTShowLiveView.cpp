@@ -389,13 +389,10 @@ void BTShowLiveView::OnWindowDoubleClicked()
     auto* window = qobject_cast<CStreamPlayWindowWithTask*>(sender());
     if (window == nullptr || m_pLayoutMgr == nullptr)
         return;
-    if (m_pLayoutMgr->MaximizedWindow() == window) {
+    if (m_pLayoutMgr->MaximizedWindow() == window)
         m_pLayoutMgr->RestoreNormal();
-        window->SetMaximized(false);
-    } else {
+    else
         m_pLayoutMgr->MaximizeWindow(window);
-        window->SetMaximized(true);
-    }
 }
 
 void BTShowLiveView::OnCutBtnNumClicked(int iWndNum)
@@ -403,10 +400,8 @@ void BTShowLiveView::OnCutBtnNumClicked(int iWndNum)
     m_iCutType = iWndNum;
     if (m_listPlayWnd.isEmpty() || iWndNum == 0 || m_pLayoutMgr == nullptr)
         return;
-    if (m_pSelectedWnd != nullptr && m_pLayoutMgr->MaximizedWindow() == m_pSelectedWnd) {
+    if (m_pSelectedWnd != nullptr && m_pLayoutMgr->MaximizedWindow() == m_pSelectedWnd)
         m_pLayoutMgr->RestoreNormal();
-        m_pSelectedWnd->SetMaximized(false);
-    }
     if (iWndNum != m_pLayoutMgr->GetCurrentType()) {
         m_pLayoutMgr->Redisplay(iWndNum);
         if (m_pSelectedWnd != nullptr && m_pSelectedWnd->GetIndex() >= m_pLayoutMgr->WindowCountOf(iWndNum))

@@ -65,8 +65,6 @@ public:
     const AlarmDisplayConfig& Config() const { return m_config; }
     int AllNum() const { return m_iAllNum; }
     int NormalNum() const { return m_iNormalNum; }
-    int NoMaskNum() const { return m_iNoMaskNum; }
-    int AbnormalNum() const { return m_iAbnormalNum; }
     bool IsPopIdle() const { return m_bPopIdle; }
     CPopUpUnit* PopUpUnit() const { return m_pPopUpUnit; }
     QTimer* PopTimer() const { return m_pPopTimer; }

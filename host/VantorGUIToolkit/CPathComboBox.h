@@ -21,7 +21,6 @@ public:
     void setFileMode(int mode);
     int fileMode() const { return m_iFileMode; }
     void setDialogTitle(const QString& title);
-    QString dialogTitle() const { return m_strTitle; }
     // A name filter such as "Audio files(*.wav)".
     void setFilter(const QString& filter);
     QString filter() const { return m_strFilter; }

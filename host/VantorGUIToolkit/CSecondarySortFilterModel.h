@@ -16,7 +16,6 @@ public:
 
     // Role compared when the primary sort keys are equal (display text by default).
     void setSecondarySortRole(int role);
-    int secondarySortRole() const { return m_iSecondaryRole; }
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;

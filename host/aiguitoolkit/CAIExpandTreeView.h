@@ -17,7 +17,6 @@ public:
     ~CAIExpandTreeView() override;
 
     void SetDefaultMenuEnabled(bool enabled) { m_bDefaultMenu = enabled; }
-    bool IsDefaultMenuEnabled() const { return m_bDefaultMenu; }
 
 signals:
     void SignalClicked(const QModelIndex& index, VantorGUIToolkit::CItemDataRole role);

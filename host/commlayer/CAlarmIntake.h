@@ -17,7 +17,6 @@ public:
     CAlarmIntake(const CAlarmIntake&) = delete;
     CAlarmIntake& operator=(const CAlarmIntake&) = delete;
 
-    size_t Count() const { return m_subs.size(); }
 
 private:
     std::vector<std::unique_ptr<CAlarmSubscription>> m_subs;

@@ -22,7 +22,6 @@ class CPtzControlMgr final : public QObject {
 public:
     CPtzControlMgr(CPtzControlWnd* wnd, QObject* parent);
     void SetPlayWindows(const QList<CStreamPlayWindowWithTask*>& windows);
-    CStreamPlayWindowWithTask* CurrentWindow() const { return m_pCurrent; }
 
 private:
     QPointer<CPtzControlWnd> m_pWnd;

@@ -235,7 +235,6 @@ bool CStreamDecoder::RunOnce(QString& failure)
         av_dict_set(&opts, "timeout", "5000000", 0);
     }
     ArmDeadline(kOpenTimeoutMs);
-    ++m_connections;
     int ret = avformat_open_input(&s.fmt, m_url.toUtf8().constData(), nullptr, &opts);
     av_dict_free(&opts);
     if (ret < 0) {

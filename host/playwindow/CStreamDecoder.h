@@ -35,7 +35,6 @@ public:
 
     void Start();
     void Stop();
-    bool IsRunning() const { return m_thread.joinable(); }
 
     // The size of the area the picture is shown in; the picture keeps its aspect.
     void SetTargetSize(const QSize& size);
@@ -45,12 +44,10 @@ public:
     // The stream's audio goes to the sound server while enabled. Fails when
     // the stream has no audio or no sound server answers.
     bool EnableSound(bool on);
-    bool HasAudio() const { return m_bHasAudio.load(); }
 
     // Counters for diagnostics and tests.
     uint64_t DecodedFrames() const { return m_decoded.load(); }
     uint64_t BadPackets() const { return m_badPackets.load(); }
-    int Connections() const { return m_connections.load(); }
 
     // Decoder contexts alive in this process (leak checks).
     static int LiveDecoders();
@@ -88,7 +85,6 @@ private:
 
     std::atomic<uint64_t> m_decoded{0};
     std::atomic<uint64_t> m_badPackets{0};
-    std::atomic<int> m_connections{0};
 };
 
 } // namespace playwindow

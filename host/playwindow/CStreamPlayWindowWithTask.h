@@ -40,7 +40,6 @@ public:
     void SetLiveViewControllerPlugin(CLiveViewControllerPlugin* plugin) { m_pPlugin = plugin; }
     void SetToolBarBtnList(const QList<int>& buttons, const QList<int>& extraButtons);
     void EnableToolBar(bool enable);
-    bool IsToolBarEnabled() const { return m_bToolBar; }
     void SetStreamSettings(const publicdatacontroller::StreamSettings& settings) { m_settings = settings; }
     QPushButton* GetCloseButton() const { return m_pCloseBtn; }
 
@@ -55,7 +54,6 @@ public:
     // Previewing, and the stream is being fetched (the camera was found).
     bool HasStream() const { return m_decoder != nullptr; }
     std::string GetPreviewCameraID() const { return m_strCameraID; }
-    QString GetPreviewUrl() const { return m_strUrl; }
     int GetStartValue() const { return m_iStartValue; }
 
     bool IsSoundOpen() const { return m_bSound; }
@@ -64,8 +62,6 @@ public:
 
     void SetSelected(bool selected);
     bool IsSelected() const { return m_bSelected; }
-    void SetMaximized(bool maximized) { m_bMaximized = maximized; }
-    bool IsMaximized() const { return m_bMaximized; }
 
     // What the window shows now: the newest picture, the message text.
     QImage CurrentFrame() const;
@@ -112,7 +108,6 @@ private:
     bool m_bPreviewing = false;
     bool m_bSound = false;
     bool m_bSelected = false;
-    bool m_bMaximized = false;
     bool m_bToolBar = false;
     bool m_bHover = false;
     QList<int> m_toolButtons;

@@ -21,7 +21,6 @@ public:
 
     // Marks the card as a plain capture (kinds 3 and 4) before it is filled.
     void SetIsSnap(bool bSnap) { m_bIsSnap = bSnap; }
-    bool IsSnap() const { return m_bIsSnap; }
     const AlarmShowInfo& info() const { return m_info; }
 
 public slots:
