@@ -25,6 +25,7 @@
 #include "ui/CTypeConfigPage.h"
 #include "ui/CVoicePlayer.h"
 #include "ui/ShowCard/CAlarmUnit.h"
+#include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
@@ -279,7 +280,7 @@ void CBTShowWidget::appendRightCard(QWidget* card)
     m_pRightListLayout->addWidget(card);
     if (m_pRightListLayout->count() > kMaxRightCards + 1) {
         QLayoutItem* oldest = m_pRightListLayout->takeAt(1);
-        delete oldest->widget();
+        RetireCard(oldest->widget());
         delete oldest;
     }
 }

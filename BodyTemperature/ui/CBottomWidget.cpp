@@ -10,6 +10,7 @@
 #include <QStyle>
 
 #include "ui/CRightNoData.h"
+#include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CSnapUnit.h"
 
 namespace BodyTemperature {
@@ -78,7 +79,7 @@ void CBottomWidget::AddSnapInfo(const AlarmShowInfo& info)
     m_pLayout->addWidget(card);
     if (m_pLayout->count() > kMaxCards + 1) {
         QLayoutItem* oldest = m_pLayout->takeAt(1);
-        delete oldest->widget();
+        RetireCard(oldest->widget());
         delete oldest;
     }
     UpdateNoData();
