@@ -86,4 +86,15 @@
         <translation>The device is not configured.</translation>
     </message>
 </context>
+<context>
+    <name>VantorGUIToolkit::CChaseDialog</name>
+    <message>
+        <source>Processing</source>
+        <translation>Processing...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
 </TS>

@@ -86,4 +86,15 @@
         <translation>设备未配置。</translation>
     </message>
 </context>
+<context>
+    <name>VantorGUIToolkit::CChaseDialog</name>
+    <message>
+        <source>Processing</source>
+        <translation>正在处理...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
 </TS>
