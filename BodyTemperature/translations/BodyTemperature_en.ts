@@ -1904,4 +1904,95 @@
         <translation>Modelling the face close-up failed.</translation>
     </message>
 </context>
+<context>
+    <name>BodyTemperature::CBTAddFaceWnd</name>
+    <message>
+        <source>AddToFacePictureLibrary</source>
+        <translation>Add to Face Picture Library</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>UndoMerge</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>FacePicture</source>
+        <translation>Face picture</translation>
+    </message>
+    <message>
+        <source>FacePictureHint</source>
+        <translation>Cut from the capture</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>FacePictureLibrary</source>
+        <translation>Face picture library</translation>
+    </message>
+    <message>
+        <source>PersonName</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Gender</source>
+        <translation>Gender</translation>
+    </message>
+    <message>
+        <source>IDType</source>
+        <translation>ID type</translation>
+    </message>
+    <message>
+        <source>IDNo</source>
+        <translation>ID number</translation>
+    </message>
+    <message>
+        <source>StateProvince</source>
+        <translation>Province</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>City</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Contact</translation>
+    </message>
+    <message>
+        <source>DateOfBirthday</source>
+        <translation>Date of birth</translation>
+    </message>
+    <message>
+        <source>GettingFacePictureLibraryFailed</source>
+        <translation>Getting the face picture libraries failed.</translation>
+    </message>
+    <message>
+        <source>FacePictureLibraryIsNotSupported</source>
+        <translation>The device has no face picture library.</translation>
+    </message>
+    <message>
+        <source>NoFacePictureLibrary</source>
+        <translation>The device has no face picture library to add to.</translation>
+    </message>
+    <message>
+        <source>TheCertificateNumberCanOnlyBeLower-caseLettersA-zLettersA-Znumbers0-9</source>
+        <translation>The ID number can only contain letters a-z, A-Z and digits 0-9.</translation>
+    </message>
+    <message>
+        <source>InputName</source>
+        <translation>Enter a name.</translation>
+    </message>
+    <message>
+        <source>InputAnIDNumberLongerThan%1Characters</source>
+        <translation>Enter an ID number of at least %1 characters.</translation>
+    </message>
+</context>
 </TS>

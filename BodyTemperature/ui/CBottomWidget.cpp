@@ -9,6 +9,7 @@
 #include <QSpacerItem>
 #include <QStyle>
 
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CRightNoData.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -149,13 +150,29 @@ QByteArray CBottomWidget::CutFace(const std::string& strFace, const protocol::Pi
 
 void CBottomWidget::OnAddToLib(std::string strFace, protocol::PictureRect rect)
 {
+    // One add-face dialog at a time; a running one is never replaced under its exec().
+    if (m_pAddFaceWnd && m_pAddFaceWnd->isVisible())
+        return;
+    auto* card = qobject_cast<CSnapUnit*>(sender());
+    const CCardHold hold(card);
+    std::string deviceId;
+    if (card)
+        deviceId = card->info().deviceID.empty() ? card->info().strID : card->info().deviceID;
+    if (m_pAddFaceWnd)
+        m_pAddFaceWnd->deleteLater();
+    m_pAddFaceWnd = new CBTAddFaceWnd(this);
+
     m_lastFaceCut.clear();
     if (strFace.empty())
         return;
     m_lastFaceCut = CutFace(strFace, rect);
     // An undecodable picture gives an empty cut, which the dialog refuses.
-    if (!m_lastFaceCut.isEmpty())
-        emit SignalFaceReady(m_lastFaceCut);
+    if (m_lastFaceCut.isEmpty())
+        return;
+    emit SignalFaceReady(m_lastFaceCut);
+    QPointer<CBTAddFaceWnd> dlg = m_pAddFaceWnd;
+    if (dlg->SetFacePicture(m_lastFaceCut) && dlg->SetDevice(deviceId) && dlg)
+        dlg->exec();
 }
 
 } // namespace BodyTemperature

@@ -8,27 +8,25 @@ namespace UiDataController {
 
 namespace {
 
-#define ERR_KEY(k) QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", k)
 const char* const kContext = "UiDataController::CErrorInfoMgr";
 
-const char* const kPassword = ERR_KEY("UserNameOrPasswordIsIncorrect");
-const char* const kConnect = ERR_KEY("FailedToConnectToTheDevice");
-const char* const kSend = ERR_KEY("FailedToSendTheRequestToTheDevice");
-const char* const kRecv = ERR_KEY("TheConnectionToTheDeviceWasLost");
-const char* const kTimeout = ERR_KEY("TheDeviceDidNotAnswerInTime");
-const char* const kBadAnswer = ERR_KEY("TheDeviceAnswerCannotBeRead");
-const char* const kRefused = ERR_KEY("TheDeviceRefusedTheRequest");
-const char* const kNoPermission = ERR_KEY("TheUserHasNoPermissionOnTheDevice");
-const char* const kBusy = ERR_KEY("TheDeviceIsBusy");
-const char* const kLibraryFull = ERR_KEY("TheFacePictureLibraryIsFull");
-const char* const kServerError = ERR_KEY("TheDeviceHadAnInternalError");
-const char* const kForbidden = ERR_KEY("AccessToTheDeviceIsForbidden");
-const char* const kNotSupported = ERR_KEY("TheDeviceDoesNotSupportThisFunction");
-const char* const kHttp = ERR_KEY("TheDeviceAnsweredWithAnError");
-const char* const kParam = ERR_KEY("TheRequestIsInvalid");
-const char* const kTls = ERR_KEY("TheSecureConnectionToTheDeviceFailed");
-const char* const kNoDevice = ERR_KEY("TheDeviceIsNotConfigured");
-#undef ERR_KEY
+const char* const kPassword = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "UserNameOrPasswordIsIncorrect");
+const char* const kConnect = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "FailedToConnectToTheDevice");
+const char* const kSend = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "FailedToSendTheRequestToTheDevice");
+const char* const kRecv = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheConnectionToTheDeviceWasLost");
+const char* const kTimeout = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceDidNotAnswerInTime");
+const char* const kBadAnswer = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceAnswerCannotBeRead");
+const char* const kRefused = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceRefusedTheRequest");
+const char* const kNoPermission = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheUserHasNoPermissionOnTheDevice");
+const char* const kBusy = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceIsBusy");
+const char* const kLibraryFull = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheFacePictureLibraryIsFull");
+const char* const kServerError = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceHadAnInternalError");
+const char* const kForbidden = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "AccessToTheDeviceIsForbidden");
+const char* const kNotSupported = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceDoesNotSupportThisFunction");
+const char* const kHttp = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceAnsweredWithAnError");
+const char* const kParam = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheRequestIsInvalid");
+const char* const kTls = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheSecureConnectionToTheDeviceFailed");
+const char* const kNoDevice = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceIsNotConfigured");
 
 const char* deviceStatusKey(int subStatus)
 {

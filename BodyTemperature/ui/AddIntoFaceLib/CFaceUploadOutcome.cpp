@@ -8,12 +8,11 @@ namespace BodyTemperature {
 
 namespace {
 
-#define OUTCOME_KEY(k) QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", k)
 const char* const kContext = "BodyTemperature::CFaceUploadOutcome";
-const char* const kAddSuccess = OUTCOME_KEY("AddSuccess");
-const char* const kFailed = OUTCOME_KEY("FailedToAddPicture");
-const char* const kNoMore = OUTCOME_KEY("NoMoreFacePicturesCanBeAdded");
-const char* const kRecognitionFailed = OUTCOME_KEY("PictureRecognitionFailed");
+const char* const kAddSuccess = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "AddSuccess");
+const char* const kFailed = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "FailedToAddPicture");
+const char* const kNoMore = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "NoMoreFacePicturesCanBeAdded");
+const char* const kRecognitionFailed = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "PictureRecognitionFailed");
 
 const struct {
     int code;
@@ -21,37 +20,36 @@ const struct {
 } kSecondCodes[] = {
     {843, kNoMore},
     {873, kNoMore},
-    {870, OUTCOME_KEY("AnalysisEngineIsImportingPicturesToLibrary")},
-    {13, OUTCOME_KEY("NotPermissionTheRegisteredUserHasNoPermissionForTheOperation")},
-    {872, OUTCOME_KEY("TheDeviceIsModelingImageAndDoesNotSupportConcurrentOperation")},
-    {2123, OUTCOME_KEY("InvalidPhoneNumber")},
-    {2124, OUTCOME_KEY("InvalidIDNo")},
+    {870, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "AnalysisEngineIsImportingPicturesToLibrary")},
+    {13, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "NotPermissionTheRegisteredUserHasNoPermissionForTheOperation")},
+    {872, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "TheDeviceIsModelingImageAndDoesNotSupportConcurrentOperation")},
+    {2123, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InvalidPhoneNumber")},
+    {2124, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InvalidIDNo")},
 };
 
 const struct {
     uint32_t state;
     const char* key;
 } kStates[] = {
-    {3, OUTCOME_KEY("UploadingFailed")},
-    {4, OUTCOME_KEY("NetworkOffline")},
-    {6, OUTCOME_KEY("HDDError")},
-    {8, OUTCOME_KEY("TheCapacityOfDiskIsNotEnough")},
-    {9, OUTCOME_KEY("InadequateResources")},
+    {3, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "UploadingFailed")},
+    {4, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "NetworkOffline")},
+    {6, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "HDDError")},
+    {8, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "TheCapacityOfDiskIsNotEnough")},
+    {9, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InadequateResources")},
     {10, kNoMore},
     {22, kNoMore},
-    {11, OUTCOME_KEY("ThePictureIsOversize")},
-    {15, OUTCOME_KEY("InvalidPictureFormat")},
-    {19, OUTCOME_KEY("InvalidFileFormat")},
-    {26, OUTCOME_KEY("InvalidName")},
-    {27, OUTCOME_KEY("TheImportedPictureResolutionIsInvalid")},
-    {28, OUTCOME_KEY("AnalysisTargetNumberExceedsTheUpperLimit")},
-    {29, OUTCOME_KEY("NoTargetIsRecognized")},
+    {11, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "ThePictureIsOversize")},
+    {15, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InvalidPictureFormat")},
+    {19, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InvalidFileFormat")},
+    {26, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "InvalidName")},
+    {27, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "TheImportedPictureResolutionIsInvalid")},
+    {28, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "AnalysisTargetNumberExceedsTheUpperLimit")},
+    {29, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "NoTargetIsRecognized")},
     {30, kRecognitionFailed},
     {32, kRecognitionFailed},
-    {31, OUTCOME_KEY("AnalysisEngineIsAbnormal")},
-    {33, OUTCOME_KEY("FaceClose-upModelingFailed")},
+    {31, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "AnalysisEngineIsAbnormal")},
+    {33, QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "FaceClose-upModelingFailed")},
 };
-#undef OUTCOME_KEY
 
 } // namespace
 
