@@ -228,6 +228,7 @@ bool SimServer::start(std::string& error)
             res.set_header("Content-Length", std::to_string(res.body.size()));
         }
     });
+    m_caps.route(*m_http);
     routeDevice();
     routeControl();
     if (!m_http->bind_to_port(m_opts.listen, m_opts.port)) {
@@ -399,21 +400,6 @@ void SimServer::routeDevice()
                 return sink.write(head.data(), head.size()) && sink.write(jpeg.constData(), size_t(jpeg.size()))
                     && sink.write("\r\n", 2);
             });
-    });
-
-    s.Get("/DVAPI/Intelligent/FDLib/capabilities", [](const Request&, Response& res) {
-        res.set_content(std::string(kXmlHead)
-                + "<FaceDataLibraryCap><supported>true</supported>"
-                  "<FDNameRule>^[^\\\\/:*?&quot;&lt;&gt;|]{1,32}$</FDNameRule>"
-                  "<contact><enabled>true</enabled><maxLen>0</maxLen></contact>"
-                  "<certificateNumber><enabled>true</enabled><minLen>8</minLen><maxLen>18</maxLen></certificateNumber>"
-                  "<bornTime><enabled>true</enabled></bornTime>"
-                  "<region><enabled>true</enabled></region>"
-                  "<sex><enabled>true</enabled><opt>male</opt><opt>female</opt><opt>unlimited</opt></sex>"
-                  "<certificateType><enabled>true</enabled><opt>officerID</opt><opt>ID</opt><opt>passportID</opt>"
-                  "<opt>other</opt></certificateType>"
-                + extendListXml() + "</FaceDataLibraryCap>",
-            "application/xml");
     });
 
     s.Get("/DVAPI/Intelligent/FDLib", [this](const Request&, Response& res) {

@@ -14,6 +14,7 @@
 #include "AlertHub.h"
 #include "EventFactory.h"
 #include "PictureFactory.h"
+#include "SimCapabilities.h"
 #include "SimOptions.h"
 #include "SimStore.h"
 
@@ -59,6 +60,7 @@ private:
     PictureFactory m_pictures;
     EventFactory m_events;
     AlertHub m_hub;
+    SimCapabilities m_caps;
     std::atomic<bool> m_stopping{false};
     std::string m_nonce;
     std::string m_realm = "DVAPI";

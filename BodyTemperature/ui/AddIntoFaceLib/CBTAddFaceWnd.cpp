@@ -1,6 +1,7 @@
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 
 #include <QComboBox>
+#include <QEventLoop>
 #include <QFile>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -421,8 +422,18 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
         &VantorGUIToolkit::CChaseDialog::OnImmediatelyStopChase);
     thread->start(QThread::InheritPriority);
     chase->ExecChase();
-    thread->wait();
     chase->deleteLater();
+    if (!thread->isFinished()) {
+        // Cancelled: the worker ends after its current device call. Alarms
+        // keep arriving meanwhile; the form takes no input until then.
+        setEnabled(false);
+        QEventLoop waitForWorker;
+        connect(thread.get(), &QThread::finished, &waitForWorker, &QEventLoop::quit);
+        if (!thread->isFinished())
+            waitForWorker.exec();
+        setEnabled(true);
+    }
+    thread->wait();
 
     const auto outcome = CFaceUploadOutcome::Evaluate(
         thread->IsSuccess(), thread->IsCancelled(), thread->UploadState(), thread->ErrorPair());
