@@ -90,9 +90,7 @@ void CBTAddFaceWnd::buildForm()
         + QStringLiteral("QLabel[formLabel=\"true\"]{font-size:12px;color:#E6E6E6;}"
                          "QLabel#m_pLabel7{color:rgba(2,255,255,60);font-size:12px;}"
                          "QLabel#m_pLabelTag1{color:rgba(2,255,255,153);font-size:12px;}"
-                         "QLabel#m_pFacePicLabel{border:1px solid #24405F;background-color:#13233A;}"
-                         "QDateTimeEdit{background-color:#13233A;color:#E6EDF5;border:1px solid #24405F;"
-                         "border-radius:2px;padding:2px 6px;min-height:22px;font-size:13px;}"));
+                         "QLabel#m_pFacePicLabel{border:1px solid #24405F;background-color:#13233A;}"));
 
     auto* body = new QHBoxLayout;
     body->setSpacing(24);
@@ -154,6 +152,12 @@ void CBTAddFaceWnd::buildForm()
     addRow(QT_TR_NOOP("Contact"), m_pContactEdit);
     m_pBirthEdit = new VantorGUIToolkit::CYearMonthDayEdit(frame);
     m_pBirthEdit->setObjectName(QStringLiteral("m_pBirthEdit"));
+    // Its own sheet: the panel's line-edit rule would otherwise reach the
+    // date field's inner editor and leave a native white box.
+    m_pBirthEdit->setStyleSheet(QStringLiteral(
+        "QDateTimeEdit{background-color:#13233A;color:#E6EDF5;border:1px solid #24405F;border-radius:2px;"
+        "padding:2px 4px;min-height:22px;font-size:13px;}QDateTimeEdit:focus{border-color:#06E7FF;}"
+        "QDateTimeEdit QLineEdit{background:transparent;color:#E6EDF5;border:none;padding:0;min-height:0;}"));
     addRow(QT_TR_NOOP("DateOfBirthday"), m_pBirthEdit);
 
     LayOutSettingsDialog(this, parts, body, 8, QSize(560, 520));
