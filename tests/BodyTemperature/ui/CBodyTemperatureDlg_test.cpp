@@ -20,7 +20,7 @@
 #include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 
 using BodyTemperature::CBodyTemperatureDlg;
 using BodyTemperature::CVoicePlayer;
