@@ -1,8 +1,5 @@
 #include "SimCapabilities.h"
 
-#include <httplib.h>
-#include <nlohmann/json.hpp>
-
 namespace devicesim {
 
 std::string SimCapabilities::defaultFaceLibrary()
@@ -30,27 +27,10 @@ std::string SimCapabilities::faceLibrary() const
     return m_faceLibrary.empty() ? defaultFaceLibrary() : m_faceLibrary;
 }
 
-void SimCapabilities::route(httplib::Server& server)
+void SimCapabilities::setFaceLibrary(const std::string& xml)
 {
-    server.Get("/DVAPI/Intelligent/FDLib/capabilities", [this](const httplib::Request&, httplib::Response& res) {
-        res.set_content(faceLibrary(), "application/xml");
-    });
-    server.Post("/control/capabilities", [this](const httplib::Request& req, httplib::Response& res) {
-        const auto d = nlohmann::json::parse(req.body, nullptr, false);
-        if (!d.is_object() || !d.contains("faceLibrary") || !d["faceLibrary"].is_string()) {
-            res.status = 400;
-            res.set_content(R"({"ok":false,"statusString":"faceLibrary missing"})", "application/json");
-            return;
-        }
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_faceLibrary = d["faceLibrary"].get<std::string>();
-        res.set_content(R"({"ok":true})", "application/json");
-    });
-    server.Delete("/control/capabilities", [this](const httplib::Request&, httplib::Response& res) {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_faceLibrary.clear();
-        res.set_content(R"({"ok":true})", "application/json");
-    });
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_faceLibrary = xml;
 }
 
 } // namespace devicesim
