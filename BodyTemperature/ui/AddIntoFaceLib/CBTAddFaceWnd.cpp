@@ -300,8 +300,8 @@ void CBTAddFaceWnd::OnComboFaceLibChanged(int index)
 
 void CBTAddFaceWnd::OnComboIDTypeChanged(int)
 {
-    // Every ID type takes the same number rule; a new type starts a new number.
-    m_pIDNoEdit->clear();
+    // The devices apply one number rule to every ID type, so a number already
+    // typed stays valid; the type is read when the form is confirmed.
 }
 
 void CBTAddFaceWnd::OnComboProvinceChanged(int index)
