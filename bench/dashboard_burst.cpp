@@ -90,7 +90,7 @@ int main(int argc, char** argv)
 
     // The page's own total, as the statistics title receives it.
     int shown = 0;
-    QObject::connect(dlg.ShowWidget(), &BodyTemperature::CBTShowWidget::signalNum, &dlg,
+    QObject::connect(dlg.findChild<BodyTemperature::CBTShowWidget*>(), &BodyTemperature::CBTShowWidget::signalNum, &dlg,
         [&shown](int all, int, int, int) { shown = all; });
 
     std::vector<double> micros;

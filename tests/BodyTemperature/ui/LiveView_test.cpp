@@ -1,5 +1,6 @@
 // The live-view area with real play windows over the host's logic model;
 // cameras stream from loopback servers.
+#include <QAbstractProxyModel>
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
@@ -256,11 +257,14 @@ TEST_F(LiveViewTest, RestoreSkipsEmptyAndKeepsUnknownIdentifiers)
 TEST_F(LiveViewTest, InsideThePage)
 {
     CBodyTemperatureDlg page;
-    BTShowLiveView* live = page.ShowWidget()->LiveView();
+    auto* live = page.findChild<BTShowLiveView*>();
     // Selecting a playing window makes its camera the tree's current row.
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
     emit PlayWindowsOf(*live).at(1)->SignalSelected();
-    EXPECT_EQ(page.TreeProxy()->mapToSource(page.CameraTree()->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+    const auto* tree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
+    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(tree->model());
+    ASSERT_NE(proxy, nullptr);
+    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
     // The page may go while the video is in full screen (the host closes).
     auto* full = live->findChild<aiguitoolkit::CFullScreenWidget*>();
     live->OnFullScreenBtnPressed();
