@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTimer>
 #include <QToolTip>
 #include <QtTest>
@@ -372,6 +373,7 @@ TEST_F(AddFaceWndTest, CaptureCardOpensTheDialogAndIsHeldWhileItRuns)
     QPointer<CSnapUnit> card = strip.findChild<CSnapUnit*>();
     ASSERT_TRUE(card);
     fault("/DVAPI/SDK/batch", R"("delayMs":400,"count":1)");
+    QSignalSpy ready(&strip, &CBottomWidget::SignalFaceReady);
     bool done = false;
     int ticks = 0;
     QTimer ticker;
@@ -396,10 +398,11 @@ TEST_F(AddFaceWndTest, CaptureCardOpensTheDialogAndIsHeldWhileItRuns)
     EXPECT_TRUE(done);
     EXPECT_EQ(lastMessage(), QStringLiteral("AddSuccess"));
     EXPECT_GT(ticks, 30);  // the upload did not block the event loop
-    EXPECT_EQ(strip.LastFaceCut(), QByteArray(info.faceBlock()->bkPic));
+    ASSERT_EQ(ready.count(), 1);
+    EXPECT_EQ(ready.at(0).at(0).toByteArray(), QByteArray(info.faceBlock()->bkPic));  // no rectangle: as captured
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(card.isNull());  // deleted once released
-    EXPECT_EQ(strip.CardCount(), CBottomWidget::kMaxCards);
+    EXPECT_EQ(strip.findChildren<CSnapUnit*>().size(), CBottomWidget::kMaxCards);
 }
 
 } // namespace
