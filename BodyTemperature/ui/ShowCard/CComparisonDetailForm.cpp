@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QFrame>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -15,12 +16,12 @@ namespace {
 
 // Main frame: the captured face and the library face side by side, their pair
 // centred under the big temperature badge of the dialog.
-const int kMainX = 36, kMainY = 64, kMainW = 834, kMainH = 516;
+const int kMainX = 36, kMainY = 64, kMainW = 834, kMainH = 494;
 const int kFrameY = 16;
 const int kSecondFrameX = 419;
 // Right column.
 const int kRightX = 894, kRightW = 360;
-const int kSceneY = 140, kSceneH = 203;
+const int kSceneY = 128, kSceneH = 203;
 
 const char* const kAttributeNames[] = {"m_pGender", "m_pMask", "m_pAgeGroup", "m_pGlasses",
                                        "m_pExpression", "m_pBeard", "m_pHat", "m_pTemperatureState"};
@@ -105,9 +106,9 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
     placeFirstFrame(1);
 
     m_pCameraLbl = NewLabel(dialog, QStringLiteral("m_pCameraLbl"), false);
-    m_pCameraLbl->setGeometry(kRightX, 70, kRightW, 30);
+    m_pCameraLbl->setGeometry(kRightX, 64, kRightW, 30);
     m_pTimeLbl = NewLabel(dialog, QStringLiteral("m_pTimeLbl"), false);
-    m_pTimeLbl->setGeometry(kRightX, 102, kRightW, 26);
+    m_pTimeLbl->setGeometry(kRightX, 94, kRightW, 26);
     m_pBigPicLbl = new QLabel(dialog);
     m_pBigPicLbl->setObjectName(QStringLiteral("m_pBigPicLbl"));
     m_pBigPicLbl->setGeometry(kRightX, kSceneY, kRightW, kSceneH);
@@ -122,15 +123,22 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
         const QString base = QLatin1String(kAttributeNames[i]);
         m_attributeCaptions[i] = NewLabel(attributePage, base + QStringLiteral("Caption"), true);
         m_attributeValues[i] = NewLabel(attributePage, base + QStringLiteral("Value"), false);
-        m_attributeCaptions[i]->setFixedHeight(28);
-        m_attributeValues[i]->setFixedHeight(28);
+        m_attributeCaptions[i]->setFixedHeight(27);
+        m_attributeValues[i]->setFixedHeight(27);
         rows->addWidget(m_attributeCaptions[i], i, 0);
-        rows->addWidget(m_attributeValues[i], i, 1);
+        if (i < 7)
+            rows->addWidget(m_attributeValues[i], i, 1);
     }
+    // The temperature state carries a coloured dot right after its text.
+    auto* stateRow = new QHBoxLayout;
+    stateRow->setSpacing(8);
     m_pTemperatureStateIcon = new QLabel(attributePage);
     m_pTemperatureStateIcon->setObjectName(QStringLiteral("m_pTemperatureStateIcon"));
     m_pTemperatureStateIcon->setFixedSize(10, 10);
-    rows->addWidget(m_pTemperatureStateIcon, 7, 2, Qt::AlignVCenter);
+    stateRow->addWidget(m_attributeValues[7]);
+    stateRow->addWidget(m_pTemperatureStateIcon);
+    stateRow->addStretch(1);
+    rows->addLayout(stateRow, 7, 1);
     rows->setRowStretch(8, 1);
     m_pStackedWidget->addWidget(attributePage);
 

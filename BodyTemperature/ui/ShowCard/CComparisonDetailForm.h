@@ -17,7 +17,7 @@ namespace BodyTemperature {
 
 struct CComparisonDetailForm {
     static constexpr int kWidth = 1290;
-    static constexpr int kHeight = 600;
+    static constexpr int kHeight = 580;
     static constexpr int kPictureWidth = 412;
     static constexpr int kPictureHeight = 460;
 
