@@ -14,7 +14,7 @@
 #include "DashboardRecords.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBodyTemperatureDlg.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 
