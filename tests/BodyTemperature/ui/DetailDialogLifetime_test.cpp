@@ -13,8 +13,6 @@
 #include "BodyTemperatureWid.h"
 #include "DashboardRecords.h"
 #include "ui/CBTShowWidget.h"
-#include "ui/CBodyTemperatureDlg.h"
-#include "CVoicePlayer.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 
@@ -25,11 +23,9 @@ namespace {
 
 class DetailLifetimeTest : public ::testing::Test {
 protected:
-    void SetUp() override { CVoicePlayer::SetSink([](const std::string&) { return true; }); }
-    void TearDown() override
+    static QLayout* rightList(const QWidget& display)
     {
-        ASSERT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
-        CVoicePlayer::SetSink({});
+        return testsupport::child<QWidget>(&display, "m_pRightListWidget")->layout();
     }
     static void store(bool popUps)
     {
@@ -38,6 +34,8 @@ protected:
         config.iPopDuration = 1;
         storeSettings(config);
     }
+
+    VoiceLog voices;
 };
 
 publicdatacontroller::IntelAlarmEventInfo Alarm(int i, uint32_t anomaly = 0)
@@ -71,7 +69,7 @@ TEST_F(DetailLifetimeTest, BurstTrimsTheCardWhoseDialogIsOpen)
     w.show();
     for (int i = 0; i < CBTShowWidget::kMaxRightCards; ++i)
         w.DealAlarmInfo(Alarm(i));
-    QPointer<QWidget> oldest = w.RightListLayout()->itemAt(1)->widget();
+    QPointer<QWidget> oldest = rightList(w)->itemAt(1)->widget();
 
     QString shown;
     int cardsDuring = 0;
@@ -84,7 +82,7 @@ TEST_F(DetailLifetimeTest, BurstTrimsTheCardWhoseDialogIsOpen)
         shown = CameraShown(dialog);
         for (int i = 0; i < 50; ++i)
             w.DealAlarmInfo(Alarm(100 + i));
-        cardsDuring = w.RightListLayout()->count() - 1;
+        cardsDuring = rightList(w)->count() - 1;
         keptHidden = !oldest.isNull() && !oldest->isVisible();
         dialog->reject();
     });
@@ -95,7 +93,7 @@ TEST_F(DetailLifetimeTest, BurstTrimsTheCardWhoseDialogIsOpen)
     EXPECT_TRUE(keptHidden);
     QTRY_VERIFY(oldest.isNull());
     EXPECT_EQ(w.findChild<CComparisonDetail*>(), nullptr);
-    EXPECT_EQ(w.RightListLayout()->count() - 1, CBTShowWidget::kMaxRightCards);
+    EXPECT_EQ(rightList(w)->count() - 1, CBTShowWidget::kMaxRightCards);
 }
 
 TEST_F(DetailLifetimeTest, PopUpKeepsItsTimerWhileItsDialogIsOpen)
@@ -105,7 +103,7 @@ TEST_F(DetailLifetimeTest, PopUpKeepsItsTimerWhileItsDialogIsOpen)
     w.resize(1642, 1080);
     w.show();
     w.DealAlarmInfo(Alarm(0, 1));
-    QPointer<CPopUpUnit> pop = w.PopUpUnit();
+    QPointer<CPopUpUnit> pop = w.findChild<CPopUpUnit*>();
     ASSERT_TRUE(pop && pop->isVisible());
 
     QString shown;
@@ -140,8 +138,9 @@ TEST_F(DetailLifetimeTest, LeavingOrTearingDownThePageClosesTheDialog)
         store(false);
         auto frame = std::make_unique<QWidget>();
         QPointer<BodyTemperatureWid> page = new BodyTemperatureWid(frame.get());
-        page->dialog()->ShowWidget()->DealAlarmInfo(Alarm(0));
-        QPointer<QWidget> card = page->dialog()->ShowWidget()->RightListLayout()->itemAt(1)->widget();
+        auto* display = page->findChild<CBTShowWidget*>();
+        display->DealAlarmInfo(Alarm(0));
+        QPointer<QWidget> card = rightList(*display)->itemAt(1)->widget();
 
         QPointer<CComparisonDetail> dialog;
         bool closed = false;
