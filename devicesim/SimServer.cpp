@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QString>
 #include <chrono>
+#include <climits>
 #include <cstdarg>
 #include <httplib.h>
 #include <openssl/evp.h>
@@ -487,19 +488,23 @@ void SimServer::routeDevice()
 
     s.Get(R"(/DVAPI/SDT/HFPD/searchTask/result/recordData/([^/?]+))", [this](const Request& req, Response& res) {
         const std::string task = req.matches[1];
-        int polls;
-        {
-            std::lock_guard<std::mutex> lock(m_mutex);
-            polls = ++m_hfpdPolls[task];
+        const int polls = m_hfpd.countPoll(task);
+        const HfpdScript script = m_hfpd.script(task);
+        if (script.dropAtPoll == polls) {
+            res.set_content_provider(4096, "application/json", [](size_t, size_t, httplib::DataSink& sink) {
+                sink.write("{\"taskID\":", 10);
+                return false;
+            });
+            return;
         }
-        const int need = std::max(1, m_opts.hfpdPolls);
-        const int progress = polls >= need ? 100 : polls * 100 / need;
+        const int need = script.polls < 0 ? INT_MAX : std::max(1, script.polls != 0 ? script.polls : m_opts.hfpdPolls);
+        const int progress = polls >= need ? 100 : int(std::min<long long>(99, polls * 100LL / need));
         nlohmann::json targets = nlohmann::json::array();
         if (progress == 100) {
             std::seed_seq seq(task.begin(), task.end());
             std::mt19937 rng(seq);
             const bool empty = task.find("empty") != std::string::npos;
-            const int count = empty ? 0 : 5 + int(rng() % 21);
+            const int count = script.count >= 0 ? script.count : empty ? 0 : 5 + int(rng() % 21);
             static const char* ages[] = {"young", "middle", "old", "prime", "teenager"};
             static const char* exprs[] = {"happy", "poker-faced", "surprised", "sad"};
             static const char* glasses[] = {"no", "yes", "sunglasses", "unknown"};
@@ -517,6 +522,7 @@ void SimServer::routeDevice()
                     {"rect", {{"x", 0.12 + 0.16 * (i % 5)}, {"y", 0.22}, {"width", 0.09}, {"height", 0.21}}}});
             }
         }
+        m_hfpd.applyTargets(task, targets);
         res.set_content(nlohmann::json{{"taskID", task}, {"progress", progress}, {"totalMatches", targets.size()},
                                       {"targets", targets}}.dump(),
             "application/json");
@@ -707,6 +713,8 @@ void SimServer::routeControl()
         m_hub.dropAll();
         ok(res);
     });
+
+    m_hfpd.route(s);
 
     s.Post("/control/settings", [this, body, ok](const Request& req, Response& res) {
         nlohmann::json d;

@@ -13,6 +13,7 @@
 
 #include "AlertHub.h"
 #include "EventFactory.h"
+#include "HfpdScripts.h"
 #include "PictureFactory.h"
 #include "SimOptions.h"
 #include "SimStore.h"
@@ -59,6 +60,7 @@ private:
     PictureFactory m_pictures;
     EventFactory m_events;
     AlertHub m_hub;
+    HfpdScripts m_hfpd;
     std::atomic<bool> m_stopping{false};
     std::string m_nonce;
     std::string m_realm = "DVAPI";
@@ -69,7 +71,6 @@ private:
     std::mt19937 m_rng;
     std::map<std::string, Fault> m_faults;
     std::map<int, bool> m_offline;
-    std::map<std::string, int> m_hfpdPolls;
     int m_nextChannel = 0;
 };
 
