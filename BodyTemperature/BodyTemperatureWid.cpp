@@ -3,6 +3,7 @@
 #include <QGridLayout>
 
 #include "ui/CBodyTemperatureDlg.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
@@ -16,6 +17,8 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
+    // Device searches of returning-person cards run module code on pool threads.
+    CFrequenterUnit::StopAllDetails(m_pDialog);
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -31,6 +34,7 @@ void BodyTemperatureWid::saveState()
         m_listState.append(publicdatacontroller::AIStateItem{id, {}});
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
+    CFrequenterUnit::StopAllDetails(m_pDialog);
 }
 
 void BodyTemperatureWid::readState()
