@@ -73,7 +73,8 @@ int Gallery(testsupport::DeviceSim& sim, const QString& outDir)
         translator.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(lang));
         QCoreApplication::installTranslator(&translator);
         QWidget page;
-        page.setStyleSheet(QStringLiteral("background-color:#09111c;"));
+        page.setObjectName(QStringLiteral("galleryPage"));
+        page.setStyleSheet(QStringLiteral("QWidget#galleryPage{background-color:#09111c;}"));
         page.setGeometry(0, 0, 1920, 1080);
         auto* view = new CHFPDShowDetailWid(&page);
         view->setObjectName(QStringLiteral("ReCustomerDetailsDlg"));

@@ -310,6 +310,14 @@ bool SimServer::applyFault(const httplib::Request& req, httplib::Response& res)
     return false;
 }
 
+nlohmann::json SimServer::hfpdFaceRect(const std::string& task, int n) const
+{
+    // The record's scene is drawn on channel 1 (see the picture route).
+    double r[4];
+    m_pictures.sceneFaceRect(1, hfpdPerson(task, n), r);
+    return {{"x", r[0]}, {"y", r[1]}, {"width", r[2]}, {"height", r[3]}};
+}
+
 bool SimServer::channelOnline(int ch)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -517,9 +525,9 @@ void SimServer::routeDevice()
                     {"channelID", std::to_string(ch)}, {"cameraName", channelName(ch)}, {"picUrl", pic},
                     {"facePicUrl", pic + "?face=1"}, {"ageGroup", ages[rng() % 5]},
                     {"gender", rng() % 2 ? "male" : "female"}, {"glass", glasses[rng() % 4]},
-                    {"mask", rng() % 2 ? "yes" : "no"}, {"hat", rng() % 3 ? "no" : "yes"},
+                    {"mask", (i + 1) % 2 == 0 ? "yes" : "no"}, {"hat", rng() % 3 ? "no" : "yes"},
                     {"expression", exprs[rng() % 4]}, {"smile", rng() % 2 ? "yes" : "no"},
-                    {"rect", {{"x", 0.12 + 0.16 * (i % 5)}, {"y", 0.22}, {"width", 0.09}, {"height", 0.21}}}});
+                    {"rect", hfpdFaceRect(task, i + 1)}});
             }
         }
         m_hfpd.applyTargets(task, targets);
@@ -531,7 +539,7 @@ void SimServer::routeDevice()
     s.Get(R"(/DVAPI/pictures/hfpd/([^/]+)/(\d+)\.jpg)", [this](const Request& req, Response& res) {
         const int n = std::atoi(req.matches[2].str().c_str());
         FaceLook look;
-        look.person = n + int(std::hash<std::string>()(req.matches[1]) % 40);
+        look.person = hfpdPerson(req.matches[1], n);
         look.mask = n % 2 == 0;
         double rect[4];
         Jpeg jpeg = req.has_param("face") ? m_pictures.face(look)

@@ -52,6 +52,9 @@ private:
     void logLine(const char* fmt, ...) __attribute__((format(printf, 2, 3)));
     void generateOne();
     std::string channelName(int ch) const { return "Channel " + std::to_string(ch); }
+    // The person of a returning-person record's pictures, and the face's place in its scene.
+    static int hfpdPerson(const std::string& task, int n) { return n + int(std::hash<std::string>()(task) % 40); }
+    nlohmann::json hfpdFaceRect(const std::string& task, int n) const;
     bool channelOnline(int ch);
 
     SimOptions m_opts;
