@@ -35,6 +35,7 @@ CBTPropItem::CBTPropItem(QWidget* parent) : QWidget(parent)
     m_pIcon->setObjectName(QStringLiteral("m_pIcon"));
     m_pIcon->setFixedSize(kIcon, kIcon);
     m_pIcon->setAlignment(Qt::AlignCenter);
+    m_pIcon->hide();
     row->addWidget(m_pIcon);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
@@ -56,18 +57,19 @@ void CBTPropItem::SetTitle(const QString& title)
 void CBTPropItem::SetValue(const QString& text, const QString& iconPath)
 {
     m_pLabelTitleSel->setText(text);
-    m_pIcon->setStyleSheet(QString());
-    if (iconPath.isEmpty()) {
-        m_pIcon->setPixmap(QPixmap());
-        m_pIcon->setVisible(false);
+    // Restyling and SVG rendering cost milliseconds: only on a change.
+    if (!m_pIcon->styleSheet().isEmpty())
+        m_pIcon->setStyleSheet(QString());
+    if (iconPath == m_strIcon)
         return;
-    }
-    m_pIcon->setPixmap(QIcon(iconPath).pixmap(kIcon, kIcon));
-    m_pIcon->setVisible(true);
+    m_strIcon = iconPath;
+    m_pIcon->setPixmap(iconPath.isEmpty() ? QPixmap() : QIcon(iconPath).pixmap(kIcon, kIcon));
+    m_pIcon->setVisible(!iconPath.isEmpty());
 }
 
 void CBTPropItem::SetColorCode(int code)
 {
+    m_strIcon.clear();
     m_pIcon->setPixmap(QPixmap());
     m_pIcon->setStyleSheet(QStringLiteral("border-radius:4px;background-color:")
         + QString::fromStdString(CHFPDAttributes::ColourValue(code)));
@@ -76,7 +78,9 @@ void CBTPropItem::SetColorCode(int code)
 
 void CBTPropItem::SetSelected(bool selected)
 {
-    m_PicLabel->setStyleSheet(selected ? kFrameSel : kFrameNor);
+    const QString& frame = selected ? kFrameSel : kFrameNor;
+    if (m_PicLabel->styleSheet() != frame)
+        m_PicLabel->setStyleSheet(frame);
 }
 
 void CBTPropItem::SetValueColor(const QColor& color)

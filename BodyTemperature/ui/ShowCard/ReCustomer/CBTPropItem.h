@@ -27,6 +27,7 @@ private:
     QLabel* m_pIcon = nullptr;
     QLabel* m_pLabelTitle = nullptr;
     QLabel* m_pLabelTitleSel = nullptr;
+    QString m_strIcon;
 };
 
 } // namespace BodyTemperature

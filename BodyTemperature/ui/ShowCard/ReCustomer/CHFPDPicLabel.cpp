@@ -14,14 +14,20 @@ CHFPDPicLabel::CHFPDPicLabel(unsigned int uPicLsh, const QString& strTime, QWidg
     : QWidget(parent), m_uPicLsh(uPicLsh), m_strTime(strTime)
 {
     setObjectName(QStringLiteral("CHFPDPicLabel"));
-    // The property name is spelled so in the product's style; it has no effect
-    // and the label paints its own background.
-    setStyleSheet(QStringLiteral(
-        "CHFPDPicLabel{boder-image:url(:/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
-    setProperty("thumbState", QStringLiteral("loading"));
-    m_strMessage = tr("Loading");
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
+    Reset(uPicLsh, strTime);
+}
+
+void CHFPDPicLabel::Reset(unsigned int uPicLsh, const QString& strTime)
+{
+    m_uPicLsh = uPicLsh;
+    m_strTime = strTime;
+    m_picture = QPixmap();
+    m_strMessage = tr("Loading");
+    m_bChecked = false;
+    setProperty("thumbState", QStringLiteral("loading"));
+    update();
 }
 
 void CHFPDPicLabel::SetPicture(const QPixmap& picture)

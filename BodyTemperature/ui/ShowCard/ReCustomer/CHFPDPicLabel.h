@@ -15,6 +15,8 @@ public:
     CHFPDPicLabel(unsigned int uPicLsh, const QString& strTime, QWidget* parent = nullptr);
 
     unsigned int PicLsh() const { return m_uPicLsh; }
+    // Shows another capture: loading again, unchecked.
+    void Reset(unsigned int uPicLsh, const QString& strTime);
     void SetPicture(const QPixmap& picture);
     void SetFailed(const QString& message);
     void SetChecked(bool checked);

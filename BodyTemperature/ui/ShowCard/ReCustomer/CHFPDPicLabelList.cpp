@@ -14,6 +14,10 @@ CHFPDPicLabelList::CHFPDPicLabelList(QWidget* parent) : QWidget(parent)
     m_pGrid->setContentsMargins(0, 0, 0, 0);
     m_pGrid->setSpacing(4);
     m_pGrid->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // The property name is spelled so in the product's style; it has no effect
+    // and the thumbnails paint their own background.
+    setStyleSheet(QStringLiteral(
+        "CHFPDPicLabel{boder-image:url(:/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
 }
 
 void CHFPDPicLabelList::SetGeometryOfLabels(const QSize& thumb, int spacing, int columns)
@@ -29,10 +33,16 @@ void CHFPDPicLabelList::SetGeometryOfLabels(const QSize& thumb, int spacing, int
 
 CHFPDPicLabel* CHFPDPicLabelList::AddPicLabel(unsigned int uPicLsh, const QString& strTime)
 {
-    auto* label = new CHFPDPicLabel(uPicLsh, strTime, this);
+    CHFPDPicLabel* label = nullptr;
+    if (!m_spare.isEmpty()) {
+        label = m_spare.takeLast();
+        label->Reset(uPicLsh, strTime);
+    } else {
+        label = new CHFPDPicLabel(uPicLsh, strTime, this);
+        connect(label, &CHFPDPicLabel::SignalClicked, this, &CHFPDPicLabelList::SignalPicLabelClickedWithLsh);
+        connect(label, &CHFPDPicLabel::SignalDoubleClicked, this, &CHFPDPicLabelList::SignalLabelDbClicked);
+    }
     label->setFixedSize(m_thumb);
-    connect(label, &CHFPDPicLabel::SignalClicked, this, &CHFPDPicLabelList::SignalPicLabelClickedWithLsh);
-    connect(label, &CHFPDPicLabel::SignalDoubleClicked, this, &CHFPDPicLabelList::SignalLabelDbClicked);
     m_pGrid->addWidget(label, m_labels.size() / m_iColumns, m_labels.size() % m_iColumns);
     m_labels.append(label);
     label->show();
@@ -77,8 +87,8 @@ void CHFPDPicLabelList::ClearPicLabels()
     for (CHFPDPicLabel* label : m_labels) {
         m_pGrid->removeWidget(label);
         label->hide();
-        label->deleteLater();
     }
+    m_spare.append(m_labels);
     m_labels.clear();
 }
 

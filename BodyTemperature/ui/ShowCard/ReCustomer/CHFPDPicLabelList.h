@@ -36,6 +36,9 @@ private:
 
     QGridLayout* m_pGrid = nullptr;
     QList<CHFPDPicLabel*> m_labels;
+    // Cleared thumbnails, hidden and reused by the next page (creating and
+    // styling 20 widgets a page would stall the view).
+    QList<CHFPDPicLabel*> m_spare;
     QSize m_thumb{125, 169};
     int m_iColumns = 7;
 };
