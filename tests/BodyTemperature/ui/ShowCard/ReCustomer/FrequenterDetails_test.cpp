@@ -21,7 +21,7 @@
 #include "../../DashboardRecords.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidget.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 #include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
