@@ -207,6 +207,7 @@ TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList
                 w.DealAlarmInfo(returning("R" + std::to_string(i)));
             pushed = true;
             EXPECT_FALSE(card.isNull()) << "trimmed but held";
+            EXPECT_TRUE(!card.isNull() && card->isHidden()) << "no longer listed";
             return false;
         }
         auto* view = Visible<CHFPDShowDetailWid>(QStringLiteral("ReCustomerDetailsDlg"));
