@@ -71,9 +71,8 @@ CFrequenterUnit::CFrequenterUnit(QWidget* parent) : CRightUnitBase(parent)
 CFrequenterUnit::~CFrequenterUnit()
 {
     BASE_LOG_DEBUG("CFrequenterUnit Destruct.");
-    if (m_pCancel)
-        m_pCancel->Cancel();
-    waitForFetches();
+    // Torn down with its page while a dialog of its own may still run.
+    StopDetails();
     delete m_pDetailWid.data();
 }
 
@@ -138,9 +137,14 @@ void CFrequenterUnit::ShowDetails()
     const QFuture<FetchResult> future = QtConcurrent::run(&CFrequenterUnit::FetchRecords, m_strSearchDevice, m_strSearchTask, cancel);
     m_fetches.push_back(future);
     watcher->setFuture(future);
+    const QPointer<CWaitShowWid> waitGuard(wait);
     const int answer = wait->exec();
-    if (!self)
-        return;  // torn down with its page while the dialog ran
+    if (!self) {
+        // Torn down with its page while the dialog ran (the search was stopped then).
+        if (waitGuard)
+            waitGuard->deleteLater();
+        return;
+    }
     m_pWaitWid = nullptr;
     wait->deleteLater();
     if (answer != QDialog::Accepted || cancel->IsCancelled() || !future.isFinished())

@@ -180,6 +180,30 @@ TEST_F(FrequenterDetailsTest, LeavingThePageStopsTheSearchAndWaitsForIt)
     EXPECT_EQ(Polls("t-leave"), pollsWhenStopped);
 }
 
+TEST_F(FrequenterDetailsTest, PageTornDownWhileSearchingStopsAndWaitsForTheSearch)
+{
+    Script("t-unload", -1, 5);
+    QWidget host;  // the host window outlives the page, as when the module is unloaded
+    auto* page = new QWidget(&host);
+    QPointer<CFrequenterUnit> card = new CFrequenterUnit(page);
+    card->SetFrequenterInfo(Info("t-unload"));
+    int pollsAtTeardown = -1;
+    WhileModal(&host, [&] {
+        if (Visible<CWaitShowWid>() == nullptr || Polls("t-unload") < 1)
+            return false;
+        delete page;
+        pollsAtTeardown = Polls("t-unload");
+        return true;
+    });
+    card->ShowDetails();
+    EXPECT_TRUE(card.isNull());
+    ASSERT_GE(pollsAtTeardown, 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(host.findChildren<CWaitShowWid*>().isEmpty());
+    testsupport::pump(1200);
+    EXPECT_EQ(Polls("t-unload"), pollsAtTeardown);
+}
+
 TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList)
 {
     Script("t-burst", 3, 4);
