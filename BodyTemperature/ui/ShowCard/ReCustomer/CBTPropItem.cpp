@@ -78,7 +78,23 @@ void CBTPropItem::SetColorCode(int code)
 
 void CBTPropItem::SetSelected(bool selected)
 {
-    const QString& frame = selected ? kFrameSel : kFrameNor;
+    m_bSelected = selected;
+    // A frame style changed before the item is first shown is not drawn
+    // (the first one is): the frame is applied from showEvent then.
+    if (isVisible())
+        applyFrame();
+}
+
+void CBTPropItem::showEvent(QShowEvent* event)
+{
+    applyFrame();
+    QWidget::showEvent(event);
+}
+
+void CBTPropItem::applyFrame()
+{
+    // Restyling costs milliseconds: only on a change.
+    const QString& frame = m_bSelected ? kFrameSel : kFrameNor;
     if (m_PicLabel->styleSheet() != frame)
         m_PicLabel->setStyleSheet(frame);
 }

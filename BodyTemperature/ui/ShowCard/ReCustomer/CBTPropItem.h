@@ -22,7 +22,13 @@ public:
     void SetSelected(bool selected);
     void SetValueColor(const QColor& color);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void applyFrame();
+
+    bool m_bSelected = false;
     QWidget* m_PicLabel = nullptr;
     QLabel* m_pIcon = nullptr;
     QLabel* m_pLabelTitle = nullptr;
