@@ -110,6 +110,197 @@
     </message>
 </context>
 <context>
+    <name>BodyTemperature::CComparisonDetail</name>
+    <message>
+        <source>Adult</source>
+        <translation>Adult</translation>
+    </message>
+    <message>
+        <source>AgeGroup</source>
+        <translation>Age group</translation>
+    </message>
+    <message>
+        <source>Angry</source>
+        <translation>Angry</translation>
+    </message>
+    <message>
+        <source>Beard</source>
+        <translation>Beard</translation>
+    </message>
+    <message>
+        <source>Child</source>
+        <translation>Child</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Contact</translation>
+    </message>
+    <message>
+        <source>DateOfBirth</source>
+        <translation>Date of birth</translation>
+    </message>
+    <message>
+        <source>DegreeC</source>
+        <translation>°C</translation>
+    </message>
+    <message>
+        <source>DegreeF</source>
+        <translation>°F</translation>
+    </message>
+    <message>
+        <source>Disgusted</source>
+        <translation>Disgusted</translation>
+    </message>
+    <message>
+        <source>Elderly</source>
+        <translation>Elderly</translation>
+    </message>
+    <message>
+        <source>FacePictureComparisonInformation</source>
+        <translation>Face Comparison Details</translation>
+    </message>
+    <message>
+        <source>FaceSnapDetail</source>
+        <translation>Face Capture Details</translation>
+    </message>
+    <message>
+        <source>FaceTemperatureCaptuTpwUkAkA</source>
+        <translation>Temperature Capture Details</translation>
+    </message>
+    <message>
+        <source>FacialExpression</source>
+        <translation>Expression</translation>
+    </message>
+    <message>
+        <source>Female</source>
+        <translation>Female</translation>
+    </message>
+    <message>
+        <source>GauzeMask</source>
+        <translation>Mask</translation>
+    </message>
+    <message>
+        <source>Gender</source>
+        <translation>Gender</translation>
+    </message>
+    <message>
+        <source>Happy</source>
+        <translation>Happy</translation>
+    </message>
+    <message>
+        <source>IDNo</source>
+        <translation>ID number</translation>
+    </message>
+    <message>
+        <source>IDType</source>
+        <translation>ID type</translation>
+    </message>
+    <message>
+        <source>Infant</source>
+        <translation>Infant</translation>
+    </message>
+    <message>
+        <source>ListName</source>
+        <translation>List</translation>
+    </message>
+    <message>
+        <source>Male</source>
+        <translation>Male</translation>
+    </message>
+    <message>
+        <source>Middle-aged</source>
+        <translation>Middle-aged</translation>
+    </message>
+    <message>
+        <source>MiddleAndOldAge</source>
+        <translation>Middle-aged or older</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>No Mask</translation>
+    </message>
+    <message>
+        <source>NotWearGlasses</source>
+        <translation>No glasses</translation>
+    </message>
+    <message>
+        <source>Panic</source>
+        <translation>Panic</translation>
+    </message>
+    <message>
+        <source>PersonName</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Poker-faced</source>
+        <translation>Neutral</translation>
+    </message>
+    <message>
+        <source>Sorry</source>
+        <translation>Sad</translation>
+    </message>
+    <message>
+        <source>Suprised</source>
+        <translation>Surprised</translation>
+    </message>
+    <message>
+        <source>Teenage</source>
+        <translation>Teenager</translation>
+    </message>
+    <message>
+        <source>Teenagers</source>
+        <translation>Adolescent</translation>
+    </message>
+    <message>
+        <source>TemperatureAnomaliesWaPooFNo</source>
+        <translation>Abnormal</translation>
+    </message>
+    <message>
+        <source>TemperatureIsNormalLvoFXpTP</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>TemperatureState</source>
+        <translation>Temperature</translation>
+    </message>
+    <message>
+        <source>WearAHat</source>
+        <translation>Hat</translation>
+    </message>
+    <message>
+        <source>WearGlasses</source>
+        <translation>Glasses</translation>
+    </message>
+    <message>
+        <source>WearingAMask</source>
+        <translation>Masked</translation>
+    </message>
+    <message>
+        <source>WithSunglasses</source>
+        <translation>Sunglasses</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>Youth</source>
+        <translation>Youth</translation>
+    </message>
+    <message>
+        <source>xYyCxaTr</source>
+        <translation>K</translation>
+    </message>
+</context>
+<context>
     <name>BodyTemperature::CFrequenterUnit</name>
     <message>
         <source>NoDetails</source>
