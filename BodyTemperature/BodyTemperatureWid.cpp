@@ -4,6 +4,7 @@
 
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/ShowCard/CComparisonDetail.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
@@ -17,6 +18,8 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
+    // Device searches of returning-person cards run module code on pool threads.
+    CFrequenterUnit::StopAllDetails(m_pDialog);
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -35,6 +38,7 @@ void BodyTemperatureWid::saveState()
         m_listState.append(publicdatacontroller::AIStateItem{id, {}});
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
+    CFrequenterUnit::StopAllDetails(m_pDialog);
 }
 
 void BodyTemperatureWid::readState()

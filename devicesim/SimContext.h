@@ -13,6 +13,7 @@
 
 #include "AlertHub.h"
 #include "EventFactory.h"
+#include "HfpdScripts.h"
 #include "PictureFactory.h"
 #include "SimCapabilities.h"
 #include "SimOptions.h"
@@ -55,13 +56,13 @@ public:
     PictureFactory pictures; // thread-safe itself
     AlertHub hub;            // thread-safe itself
     SimCapabilities capabilities;  // thread-safe itself
+    HfpdScripts hfpd;        // thread-safe itself; also counts each task's polls
     std::atomic<bool> stopping{false};
 
     std::mutex mutex;  // guards the members below
     EventFactory events;
     std::mt19937 rng;
     std::map<std::string, Fault> faults;
-    std::map<std::string, int> hfpdPolls;  // polls so far, per task
 
 private:
     std::map<int, bool> m_offline;  // guarded

@@ -2186,4 +2186,201 @@
         <translation>Enter an ID number of at least %1 characters.</translation>
     </message>
 </context>
+<context>
+    <name>BodyTemperature::CHFPDShowDetailWid</name>
+    <message>
+        <source>AddToFacePictureLibrary</source>
+        <translation>Add to face picture library</translation>
+    </message>
+    <message>
+        <source>AgeChild</source>
+        <translation>Child</translation>
+    </message>
+    <message>
+        <source>AgeGroup</source>
+        <translation>Age group</translation>
+    </message>
+    <message>
+        <source>AgeInfant</source>
+        <translation>Infant</translation>
+    </message>
+    <message>
+        <source>AgeKid</source>
+        <translation>Kid</translation>
+    </message>
+    <message>
+        <source>AgeMiddle</source>
+        <translation>Middle-aged</translation>
+    </message>
+    <message>
+        <source>AgeMiddleAged</source>
+        <translation>Middle-aged</translation>
+    </message>
+    <message>
+        <source>AgeOld</source>
+        <translation>Elderly</translation>
+    </message>
+    <message>
+        <source>AgePrime</source>
+        <translation>Prime of life</translation>
+    </message>
+    <message>
+        <source>AgeTeenager</source>
+        <translation>Teenager</translation>
+    </message>
+    <message>
+        <source>AgeYoung</source>
+        <translation>Young</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Contact</source>
+        <translation>Contact</translation>
+    </message>
+    <message>
+        <source>DontWearAHatsatafxnG</source>
+        <translation>No hat</translation>
+    </message>
+    <message>
+        <source>DontWearGlassesmIlCdjmf</source>
+        <translation>No glasses</translation>
+    </message>
+    <message>
+        <source>Female</source>
+        <translation>Female</translation>
+    </message>
+    <message>
+        <source>Gender</source>
+        <translation>Gender</translation>
+    </message>
+    <message>
+        <source>Glasses</source>
+        <translation>Glasses</translation>
+    </message>
+    <message>
+        <source>Hat</source>
+        <translation>Hat</translation>
+    </message>
+    <message>
+        <source>IncorrectPortNoPleaseChangeNATInRemoteConfiguration</source>
+        <translation>Picture download failed: the port may be wrong; please check the NAT settings in the remote configuration</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Loading...</translation>
+    </message>
+    <message>
+        <source>Male</source>
+        <translation>Male</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Mask</translation>
+    </message>
+    <message>
+        <source>NoDetails</source>
+        <translation>No details</translation>
+    </message>
+    <message>
+        <source>NoGauzeMask</source>
+        <translation>No mask</translation>
+    </message>
+    <message>
+        <source>PersonInLibrary</source>
+        <translation>Person in library</translation>
+    </message>
+    <message>
+        <source>PictureDamaged</source>
+        <translation>Picture cannot be shown</translation>
+    </message>
+    <message>
+        <source>PictureDownloadFailed</source>
+        <translation>Picture download failed</translation>
+    </message>
+    <message>
+        <source>RegularCustomerDetails</source>
+        <translation>Regular customer details</translation>
+    </message>
+    <message>
+        <source>TargetAttributes</source>
+        <translation>Target attributes</translation>
+    </message>
+    <message>
+        <source>TheName</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>WearAHelmetvCkgZAKV</source>
+        <translation>Wears a helmet</translation>
+    </message>
+    <message>
+        <source>WearGlasses</source>
+        <translation>Wears glasses</translation>
+    </message>
+    <message>
+        <source>WearingAMask</source>
+        <translation>Wears a mask</translation>
+    </message>
+    <message>
+        <source>WearingHat</source>
+        <translation>Wears a hat</translation>
+    </message>
+    <message>
+        <source>WithSunglasses</source>
+        <translation>Sunglasses</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CTargetPageController</name>
+    <message>
+        <source>/%1</source>
+        <translation>/ %1</translation>
+    </message>
+    <message>
+        <source>AllIn</source>
+        <translation>Total</translation>
+    </message>
+    <message>
+        <source>FirstPage</source>
+        <translation>First page</translation>
+    </message>
+    <message>
+        <source>GoTo</source>
+        <translation>Go to</translation>
+    </message>
+    <message>
+        <source>LastPage</source>
+        <translation>Last page</translation>
+    </message>
+    <message>
+        <source>NextPage</source>
+        <translation>Next page</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation> pages</translation>
+    </message>
+    <message>
+        <source>PrevPage</source>
+        <translation>Previous page</translation>
+    </message>
+    <message>
+        <source>Records</source>
+        <translation>records</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHFPDPicLabel</name>
+    <message>
+        <source>Loading</source>
+        <translation>Loading...</translation>
+    </message>
+</context>
 </TS>
