@@ -10,6 +10,8 @@
 
 #include "Base/Log.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
+#include "ui/CBottomWidget.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
@@ -166,6 +168,16 @@ void CFrequenterUnit::ShowDetails()
     auto* view = new CHFPDShowDetailWid(parentWidget());
     view->setObjectName(QStringLiteral("ReCustomerDetailsDlg"));
     m_pDetailWid = view;
+    connect(view, &CHFPDShowDetailWid::SignalAddHFPDFaceToLibrary, view,
+        [view](const QString& deviceId, const QString&, const QByteArray& face, const QByteArray& scene,
+            const QRectF& rect) {
+            // Without a face picture of its own the capture's face is cut from its scene.
+            QByteArray jpeg = face;
+            if (jpeg.isEmpty() && !scene.isEmpty())
+                jpeg = CBottomWidget::CutFace(scene.toStdString(),
+                    protocol::PictureRect{rect.x(), rect.y(), rect.width(), rect.height()});
+            CBTAddFaceWnd::OpenForFace(view, deviceId.toStdString(), jpeg);
+        });
     if (view->SetHFPDRecords(m_records, m_strSearchDevice, CHFPDAttributes::kReturningPersonMask, personInfo()))
         view->exec();
 }

@@ -2,11 +2,11 @@
 
 #include <QHBoxLayout>
 #include <QIcon>
-#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "VantorGUIToolkit/CIntValidator.h"
 #include "ui/ShowCard/ReCustomer/CHFPDPaging.h"
 
 namespace BodyTemperature {
@@ -60,7 +60,7 @@ CTargetPageController::CTargetPageController(QWidget* parent) : QWidget(parent)
     m_pPageEdit->setObjectName(QStringLiteral("m_pPageEdit"));
     m_pPageEdit->setFixedSize(48, 28);
     m_pPageEdit->setAlignment(Qt::AlignCenter);
-    m_pPageValidator = new QIntValidator(1, 1, m_pPageEdit);
+    m_pPageValidator = new VantorGUIToolkit::CIntValidator(1, 1, m_pPageEdit);
     m_pPageEdit->setValidator(m_pPageValidator);
     m_pPageLabel = new QLabel(this);
     m_pPageLabel->setObjectName(QStringLiteral("m_pPageLabel"));

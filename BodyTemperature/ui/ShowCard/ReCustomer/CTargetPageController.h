@@ -5,7 +5,9 @@
 // in CHFPDPaging. Created as a child of the detail view; GUI thread.
 #include <QWidget>
 
-class QIntValidator;
+namespace VantorGUIToolkit {
+class CIntValidator;
+}
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -45,7 +47,7 @@ private:
     QPushButton* m_pLastPageBtn = nullptr;
     QLabel* m_pGoToLabel = nullptr;
     QLineEdit* m_pPageEdit = nullptr;
-    QIntValidator* m_pPageValidator = nullptr;
+    VantorGUIToolkit::CIntValidator* m_pPageValidator = nullptr;
     QLabel* m_pPageLabel = nullptr;
     unsigned int m_uCurrentPage = 1;
     unsigned int m_uPageCount = 1;
