@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "CBTConfigDB.h"
+#include "CScreeningRecord.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
@@ -60,6 +61,7 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->setupUi(this);
     buildLists();
     loadConfig();
+    m_pRecord = new CScreeningRecord(this);
 
     m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
     m_ui->m_pAlarmTypeBtn->setPictureAttibute(
@@ -158,6 +160,7 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
     if (!bSwitch)
         return;
 
+    const int allBefore = m_iAllNum;
     if (bKnown && info.kind == 5) {
         addFrequenterCards(struAlarmInfo, info);
     } else if (bKnown) {
@@ -167,6 +170,8 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
         m_ui->m_pBottomWidget->AddSnapInfo(info);
         addAlarmCard(info);
     }
+    if (bKnown)
+        m_pRecord->Append(info, m_iAllNum - allBefore);
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
 }
 

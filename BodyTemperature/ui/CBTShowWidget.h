@@ -36,6 +36,7 @@ class CBottomWidget;
 class CPopConfigPage;
 class CPopUpUnit;
 class CRightNoData;
+class CScreeningRecord;
 class CSoundConfigPage;
 class CTypeConfigPage;
 
@@ -135,6 +136,7 @@ private:
     CTypeConfigPage* m_pTypeConfigPage = nullptr;
     CPopConfigPage* m_pPopConfigPage = nullptr;
     CSoundConfigPage* m_pSoundConfigPage = nullptr;
+    CScreeningRecord* m_pRecord = nullptr;
 };
 
 } // namespace BodyTemperature

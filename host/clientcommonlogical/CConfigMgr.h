@@ -47,6 +47,10 @@ public:
     std::vector<int> GetBrandValues() const;
     void SetBrandValues(const std::vector<int>& values);
 
+    // Days a module keeps its event records (0: no limit); "recordRetentionDays", default 90.
+    int GetRecordRetentionDays() const;
+    void SetRecordRetentionDays(int days);
+
     std::vector<DeviceConfig> GetDevices() const;
     bool FindDevice(const std::string& id, DeviceConfig& out) const;
     void SetDevices(const std::vector<DeviceConfig>& devices);
@@ -58,6 +62,7 @@ private:
     int m_language = 2;
     int m_regionMode = 1;
     std::vector<int> m_brand{0, 0, 0};
+    int m_recordRetentionDays = 90;
     std::vector<DeviceConfig> m_devices;
 };
 
