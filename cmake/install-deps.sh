@@ -8,7 +8,7 @@ PKGS=(
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
-  ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
+  ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils poppler-utils
 )
 missing=()
 for p in "${PKGS[@]}"; do
