@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "ui/ShowCard/CEventPictures.h"
+#include "CEventPictures.h"
 
 namespace BodyTemperature {
 
