@@ -39,8 +39,10 @@ CEventJournal::~CEventJournal()
 
 void CEventJournal::Append(JournalEvent event)
 {
+    bool wasEmpty = false;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
+        wasEmpty = m_queue.empty();
         m_queue.push_back(std::move(event));
         ++m_appended;
         if (m_queue.size() > size_t(kMaxQueued)) {
@@ -49,7 +51,10 @@ void CEventJournal::Append(JournalEvent event)
             ++m_settled;
         }
     }
-    m_wake.notify_one();
+    // Only the first row of a batch needs the worker awake; the rest join the
+    // batch it is gathering, without a wake-up per alarm.
+    if (wasEmpty)
+        m_wake.notify_one();
 }
 
 bool CEventJournal::Flush(int timeoutMs)
