@@ -61,6 +61,9 @@ publicdatacontroller::IntelAlarmEventInfo makeRecord(int i)
 
 int main(int argc, char** argv)
 {
+    // Headless unless told otherwise (QT_QPA_PLATFORM=xcb under a display).
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     int records = 200;
     QString snapshot;

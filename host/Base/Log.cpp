@@ -4,12 +4,13 @@
 #include <QStandardPaths>
 #include <cstdarg>
 #include <cstdio>
+#include <atomic>
 #include <mutex>
 #include <vector>
 
-#include <log4cxx/fileappender.h>
 #include <log4cxx/logger.h>
 #include <log4cxx/patternlayout.h>
+#include <log4cxx/rolling/rollingfileappender.h>
 #include <log4cxx/spi/location/locationinfo.h>
 
 namespace Base {
@@ -18,6 +19,7 @@ namespace {
 
 std::mutex g_initMutex;
 bool g_initialised = false;
+std::atomic<bool> g_debug{false};
 std::string g_file;
 
 std::string defaultFile()
@@ -36,28 +38,39 @@ log4cxx::LoggerPtr logger()
     return s_logger;
 }
 
-void initLocked(const std::string& filePath)
+void initLocked(const std::string& filePath, size_t maxFileBytes, int backupFiles)
 {
     const std::string file = filePath.empty() ? defaultFile() : filePath;
     auto layout = std::make_shared<log4cxx::PatternLayout>(
         LOG4CXX_STR("%d{yyyy-MM-dd HH:mm:ss.SSS} [%t] %-5p %m (%F:%L %M)%n"));
-    auto appender = std::make_shared<log4cxx::FileAppender>(layout, log4cxx::LogString(file.begin(), file.end()), true);
+    auto appender = std::make_shared<log4cxx::rolling::RollingFileAppender>();
+    appender->setLayout(layout);
+    appender->setFile(log4cxx::LogString(file.begin(), file.end()));
+    appender->setAppend(true);
+    appender->setMaximumFileSize(maxFileBytes);
+    appender->setMaxBackupIndex(backupFiles);
     log4cxx::helpers::Pool pool;
     appender->activateOptions(pool);
     auto root = logger();
     root->removeAllAppenders();
     root->addAppender(appender);
-    root->setLevel(log4cxx::Level::getDebug());
+    root->setLevel(g_debug ? log4cxx::Level::getDebug() : log4cxx::Level::getInfo());
     g_file = file;
     g_initialised = true;
 }
 
 } // namespace
 
-void Init(const std::string& filePath)
+void Init(const std::string& filePath, size_t maxFileBytes, int backupFiles)
 {
     std::lock_guard<std::mutex> lock(g_initMutex);
-    initLocked(filePath);
+    initLocked(filePath, maxFileBytes, backupFiles);
+}
+
+void SetDebug(bool on)
+{
+    g_debug = on;
+    logger()->setLevel(on ? log4cxx::Level::getDebug() : log4cxx::Level::getInfo());
 }
 
 std::string CurrentFile()
@@ -71,8 +84,10 @@ void Write(Level level, const char* file, const char* function, int line, const 
     {
         std::lock_guard<std::mutex> lock(g_initMutex);
         if (!g_initialised)
-            initLocked(std::string());
+            initLocked(std::string(), kMaxFileBytes, kBackupFiles);
     }
+    if (level == Level::Debug && !g_debug)
+        return;  // not even formatted: debug records are the bulk of the traffic
     va_list args;
     va_start(args, fmt);
     va_list copy;

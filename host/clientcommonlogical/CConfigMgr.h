@@ -50,6 +50,8 @@ public:
     // Days a module keeps its event records (0: no limit); "recordRetentionDays", default 90.
     int GetRecordRetentionDays() const;
     void SetRecordRetentionDays(int days);
+    // "logLevel": "debug" writes debug records to the host log; anything else info.
+    bool IsDebugLog() const;
 
     std::vector<DeviceConfig> GetDevices() const;
     bool FindDevice(const std::string& id, DeviceConfig& out) const;
@@ -63,6 +65,7 @@ private:
     int m_regionMode = 1;
     std::vector<int> m_brand{0, 0, 0};
     int m_recordRetentionDays = 90;
+    bool m_debugLog = false;
     std::vector<DeviceConfig> m_devices;
 };
 
