@@ -1,12 +1,11 @@
 #include "CShiftReportExporter.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <cstdio>
-#include <unistd.h>
 #include <memory>
+#include <unistd.h>
 #include <vector>
 
 #include "Base/Log.h"
@@ -87,13 +86,15 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
         return result;
     }
     CJournalDatabase db;
-    if (!QFileInfo::exists(request.journalPath) || !db.Open(request.journalPath, CJournalDatabase::OpenMode::Read)) {
+    // No file yet: nothing was recorded, and the report says so with zeros.
+    const bool recorded = QFileInfo::exists(request.journalPath);
+    if (recorded && !db.Open(request.journalPath, CJournalDatabase::OpenMode::Read)) {
         result.error = texts("ReportJournalUnavailable");
         return result;
     }
     const int64_t from = request.from.toSecsSinceEpoch();
     const int64_t to = request.to.toSecsSinceEpoch();
-    const int64_t total = std::max<int64_t>(1, db.Count(from, to));
+    const int64_t total = std::max<int64_t>(1, recorded ? db.Count(from, to) : 0);
     const QDir dir(request.folder);
     const QString csvPath = dir.filePath(FileName(request, QStringLiteral("csv")));
     const QString pdfPath = dir.filePath(FileName(request, QStringLiteral("pdf")));
@@ -122,7 +123,7 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
     int64_t seen = 0;
     bool writeOk = true;
     QByteArray chunk;
-    const bool selected = db.Select(from, to, CJournalDatabase::Rows::All, [&](JournalEvent&& e) {
+    const bool selected = !recorded || db.Select(from, to, CJournalDatabase::Rows::All, [&](JournalEvent&& e) {
         if (cancel)
             return false;
         summary.Add(e);
@@ -167,7 +168,7 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
         ShiftReportPdf writer(pdf.file(), texts, summary);
         int64_t flaggedSeen = 0;
         const int64_t flaggedTotal = std::max<int64_t>(1, summary.flagged);
-        const bool ok = db.Select(from, to, CJournalDatabase::Rows::Flagged, [&](JournalEvent&& e) {
+        const bool ok = !recorded || db.Select(from, to, CJournalDatabase::Rows::Flagged, [&](JournalEvent&& e) {
             if (cancel)
                 return false;
             writer.AddFlagged(e);
