@@ -5,12 +5,15 @@
 #include <cstdarg>
 #include <cstdio>
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <vector>
 
 #include <log4cxx/logger.h>
 #include <log4cxx/patternlayout.h>
+#include <log4cxx/rolling/fixedwindowrollingpolicy.h>
 #include <log4cxx/rolling/rollingfileappender.h>
+#include <log4cxx/rolling/sizebasedtriggeringpolicy.h>
 #include <log4cxx/spi/location/locationinfo.h>
 
 namespace Base {
@@ -43,12 +46,24 @@ void initLocked(const std::string& filePath, size_t maxFileBytes, int backupFile
     const std::string file = filePath.empty() ? defaultFile() : filePath;
     auto layout = std::make_shared<log4cxx::PatternLayout>(
         LOG4CXX_STR("%d{yyyy-MM-dd HH:mm:ss.SSS} [%t] %-5p %m (%F:%L %M)%n"));
+    const log4cxx::LogString path(file.begin(), file.end());
+    auto rolling = std::make_shared<log4cxx::rolling::FixedWindowRollingPolicy>();
+    rolling->setFileNamePattern(path + LOG4CXX_STR(".%i"));
+    rolling->setMinIndex(1);
+    rolling->setMaxIndex(backupFiles);
+    auto trigger = std::make_shared<log4cxx::rolling::SizeBasedTriggeringPolicy>();
+    trigger->setMaxFileSize(maxFileBytes);
+    // log4cxx 1.0 frees a FixedWindowRollingPolicy with the wrong size (a
+    // fault the address sanitizer stops on): the policies of this process
+    // are never freed. One per Init() call, a few bytes each.
+    static auto* s_kept = new std::vector<std::shared_ptr<log4cxx::rolling::FixedWindowRollingPolicy>>();
+    s_kept->push_back(rolling);
     auto appender = std::make_shared<log4cxx::rolling::RollingFileAppender>();
     appender->setLayout(layout);
-    appender->setFile(log4cxx::LogString(file.begin(), file.end()));
+    appender->setRollingPolicy(rolling);
+    appender->setTriggeringPolicy(trigger);
+    appender->setFile(path);
     appender->setAppend(true);
-    appender->setMaximumFileSize(maxFileBytes);
-    appender->setMaxBackupIndex(backupFiles);
     log4cxx::helpers::Pool pool;
     appender->activateOptions(pool);
     auto root = logger();
