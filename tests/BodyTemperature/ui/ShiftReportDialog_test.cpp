@@ -72,7 +72,8 @@ protected:
 
 TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
 {
-    CBTShowWidget* display = m_dlg->ShowWidget();
+    auto* display = m_dlg->findChild<CBTShowWidget*>();
+    ASSERT_NE(display, nullptr);
     for (int i = 0; i < 30; ++i) {
         auto r = dashtest::record(dashtest::kTemperatureCapture, dashtest::face(1, i % 3 == 0, i % 2 ? 1 : 2),
             "E" + std::to_string(i));
@@ -123,7 +124,7 @@ TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
         display->DealAlarmInfo(dashtest::record(dashtest::kCapture, dashtest::face(0, 0, 2), "L" + std::to_string(i)));
     ASSERT_TRUE(done.count() == 1 || done.wait(20000));
     EXPECT_TRUE(done.takeFirst().at(0).toBool()) << qPrintable(status->text());
-    EXPECT_EQ(display->AllNum(), 35);
+    EXPECT_EQ(m_dlg->findChild<QLabel*>(QStringLiteral("labelAllNum"))->text(), QStringLiteral("35"));
     EXPECT_TRUE(status->text().contains(QDir::toNativeSeparators(m_out.path()))) << qPrintable(status->text());
     EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages().size(), 2);
     const QStringList files = QDir(m_out.path()).entryList(QDir::Files);
