@@ -108,6 +108,10 @@
         <source>VoiceConfiguration</source>
         <translation>Voice Settings</translation>
     </message>
+    <message>
+        <source>ShiftReport</source>
+        <translation>Shift report</translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CComparisonDetail</name>
@@ -2381,6 +2385,234 @@
     <message>
         <source>Loading</source>
         <translation>Loading...</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CScreeningRecord</name>
+    <message>
+        <source>ScreeningRecordUnavailable</source>
+        <translation>The screening record cannot be written; the page goes on without it. See the log for details.</translation>
+    </message>
+    <message>
+        <source>ScreeningRecordDamaged</source>
+        <translation>The screening record was damaged; it was set aside and a new one was started.</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CDeviceHealthBanner</name>
+    <message>
+        <source>DeviceAlarmStreamLost</source>
+        <translation>Device %1: alarm stream lost, silent for %2</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CShiftReportDialog</name>
+    <message>
+        <source>ShiftReport</source>
+        <translation>Shift report</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>ReportExport</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>ReportCancelExport</source>
+        <translation>Stop export</translation>
+    </message>
+    <message>
+        <source>ReportFrom</source>
+        <translation>From</translation>
+    </message>
+    <message>
+        <source>ReportTo</source>
+        <translation>To</translation>
+    </message>
+    <message>
+        <source>ReportSincePageOpened</source>
+        <translation>Since page opened</translation>
+    </message>
+    <message>
+        <source>ReportLast8Hours</source>
+        <translation>Last 8 hours</translation>
+    </message>
+    <message>
+        <source>ReportLast24Hours</source>
+        <translation>Last 24 hours</translation>
+    </message>
+    <message>
+        <source>ReportFolder</source>
+        <translation>Save to</translation>
+    </message>
+    <message>
+        <source>ReportChooseFolder</source>
+        <translation>Choose a folder</translation>
+    </message>
+    <message>
+        <source>ReportFormats</source>
+        <translation>Formats</translation>
+    </message>
+    <message>
+        <source>ReportChooseFormat</source>
+        <translation>Choose at least one format.</translation>
+    </message>
+    <message>
+        <source>ReportEmptyRange</source>
+        <translation>The end of the period must be after its start.</translation>
+    </message>
+    <message>
+        <source>ReportExporting</source>
+        <translation>Exporting...</translation>
+    </message>
+    <message>
+        <source>ReportSaved</source>
+        <translation>Shift report saved in %1</translation>
+    </message>
+    <message>
+        <source>ReportCancelled</source>
+        <translation>Export cancelled; nothing was saved.</translation>
+    </message>
+</context>
+<context>
+    <name>CShiftReportExporter</name>
+    <message>
+        <source>ReportColTime</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>ReportColDevice</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>ReportColCamera</source>
+        <translation>Camera</translation>
+    </message>
+    <message>
+        <source>ReportColEventCode</source>
+        <translation>Event code</translation>
+    </message>
+    <message>
+        <source>ReportColKind</source>
+        <translation>Event</translation>
+    </message>
+    <message>
+        <source>ReportColTemperature</source>
+        <translation>Temperature</translation>
+    </message>
+    <message>
+        <source>ReportColTemperatureState</source>
+        <translation>Temperature state</translation>
+    </message>
+    <message>
+        <source>ReportColMask</source>
+        <translation>Mask</translation>
+    </message>
+    <message>
+        <source>ReportColPerson</source>
+        <translation>Person</translation>
+    </message>
+    <message>
+        <source>ReportColLibrary</source>
+        <translation>Library</translation>
+    </message>
+    <message>
+        <source>ReportColSimilarity</source>
+        <translation>Similarity</translation>
+    </message>
+    <message>
+        <source>ReportColFace</source>
+        <translation>Face</translation>
+    </message>
+    <message>
+        <source>ReportKindComparison</source>
+        <translation>Face comparison</translation>
+    </message>
+    <message>
+        <source>ReportKindCapture</source>
+        <translation>Face capture</translation>
+    </message>
+    <message>
+        <source>ReportKindTemperatureCapture</source>
+        <translation>Temperature capture</translation>
+    </message>
+    <message>
+        <source>ReportKindReturning</source>
+        <translation>Returning person</translation>
+    </message>
+    <message>
+        <source>ReportStateAbnormal</source>
+        <translation>Abnormal</translation>
+    </message>
+    <message>
+        <source>ReportStateNormal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>ReportStateNotMeasured</source>
+        <translation>Not measured</translation>
+    </message>
+    <message>
+        <source>ReportMaskNone</source>
+        <translation>No mask</translation>
+    </message>
+    <message>
+        <source>ReportMaskWorn</source>
+        <translation>Mask worn</translation>
+    </message>
+    <message>
+        <source>ReportMaskUnknown</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>ReportFolderNotWritable</source>
+        <translation>The folder %1 cannot be written; choose another one.</translation>
+    </message>
+    <message>
+        <source>ReportWriteFailed</source>
+        <translation>Writing %1 failed (the disk may be full); nothing was saved under that name.</translation>
+    </message>
+    <message>
+        <source>ReportJournalUnavailable</source>
+        <translation>The screening record cannot be read.</translation>
+    </message>
+    <message>
+        <source>ReportTitle</source>
+        <translation>Shift report</translation>
+    </message>
+    <message>
+        <source>ReportRange</source>
+        <translation>Period: %1 to %2</translation>
+    </message>
+    <message>
+        <source>ReportGenerated</source>
+        <translation>Generated %1</translation>
+    </message>
+    <message>
+        <source>ReportEventsPerHour</source>
+        <translation>Events per hour</translation>
+    </message>
+    <message>
+        <source>ReportFlaggedEvents</source>
+        <translation>Abnormal temperature and no-mask events</translation>
+    </message>
+    <message>
+        <source>ReportPage</source>
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message>
+        <source>ReportNoFlagged</source>
+        <translation>No abnormal temperature or no-mask events in this period.</translation>
+    </message>
+    <message>
+        <source>ReportHour</source>
+        <translation>Hour</translation>
     </message>
 </context>
 </TS>

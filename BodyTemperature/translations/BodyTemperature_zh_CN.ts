@@ -108,6 +108,10 @@
         <source>VoiceConfiguration</source>
         <translation>语音配置</translation>
     </message>
+    <message>
+        <source>ShiftReport</source>
+        <translation>班次报告</translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CComparisonDetail</name>
@@ -2381,6 +2385,234 @@
     <message>
         <source>Loading</source>
         <translation>加载中...</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CScreeningRecord</name>
+    <message>
+        <source>ScreeningRecordUnavailable</source>
+        <translation>筛查记录无法写入，页面继续运行但不保存记录。详情见日志。</translation>
+    </message>
+    <message>
+        <source>ScreeningRecordDamaged</source>
+        <translation>筛查记录已损坏，已另存并新建记录。</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CDeviceHealthBanner</name>
+    <message>
+        <source>DeviceAlarmStreamLost</source>
+        <translation>设备 %1：报警流中断，已静默 %2</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CShiftReportDialog</name>
+    <message>
+        <source>ShiftReport</source>
+        <translation>班次报告</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>ReportExport</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>ReportCancelExport</source>
+        <translation>停止导出</translation>
+    </message>
+    <message>
+        <source>ReportFrom</source>
+        <translation>开始时间</translation>
+    </message>
+    <message>
+        <source>ReportTo</source>
+        <translation>结束时间</translation>
+    </message>
+    <message>
+        <source>ReportSincePageOpened</source>
+        <translation>自页面打开</translation>
+    </message>
+    <message>
+        <source>ReportLast8Hours</source>
+        <translation>最近8小时</translation>
+    </message>
+    <message>
+        <source>ReportLast24Hours</source>
+        <translation>最近24小时</translation>
+    </message>
+    <message>
+        <source>ReportFolder</source>
+        <translation>保存到</translation>
+    </message>
+    <message>
+        <source>ReportChooseFolder</source>
+        <translation>选择文件夹</translation>
+    </message>
+    <message>
+        <source>ReportFormats</source>
+        <translation>格式</translation>
+    </message>
+    <message>
+        <source>ReportChooseFormat</source>
+        <translation>请至少选择一种格式。</translation>
+    </message>
+    <message>
+        <source>ReportEmptyRange</source>
+        <translation>结束时间必须晚于开始时间。</translation>
+    </message>
+    <message>
+        <source>ReportExporting</source>
+        <translation>正在导出...</translation>
+    </message>
+    <message>
+        <source>ReportSaved</source>
+        <translation>班次报告已保存到 %1</translation>
+    </message>
+    <message>
+        <source>ReportCancelled</source>
+        <translation>导出已取消，未保存任何文件。</translation>
+    </message>
+</context>
+<context>
+    <name>CShiftReportExporter</name>
+    <message>
+        <source>ReportColTime</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>ReportColDevice</source>
+        <translation>设备</translation>
+    </message>
+    <message>
+        <source>ReportColCamera</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>ReportColEventCode</source>
+        <translation>事件代码</translation>
+    </message>
+    <message>
+        <source>ReportColKind</source>
+        <translation>事件</translation>
+    </message>
+    <message>
+        <source>ReportColTemperature</source>
+        <translation>温度</translation>
+    </message>
+    <message>
+        <source>ReportColTemperatureState</source>
+        <translation>温度状态</translation>
+    </message>
+    <message>
+        <source>ReportColMask</source>
+        <translation>口罩</translation>
+    </message>
+    <message>
+        <source>ReportColPerson</source>
+        <translation>人员</translation>
+    </message>
+    <message>
+        <source>ReportColLibrary</source>
+        <translation>人脸库</translation>
+    </message>
+    <message>
+        <source>ReportColSimilarity</source>
+        <translation>相似度</translation>
+    </message>
+    <message>
+        <source>ReportColFace</source>
+        <translation>人脸</translation>
+    </message>
+    <message>
+        <source>ReportKindComparison</source>
+        <translation>人脸比对</translation>
+    </message>
+    <message>
+        <source>ReportKindCapture</source>
+        <translation>人脸抓拍</translation>
+    </message>
+    <message>
+        <source>ReportKindTemperatureCapture</source>
+        <translation>测温抓拍</translation>
+    </message>
+    <message>
+        <source>ReportKindReturning</source>
+        <translation>频繁出现人员</translation>
+    </message>
+    <message>
+        <source>ReportStateAbnormal</source>
+        <translation>异常</translation>
+    </message>
+    <message>
+        <source>ReportStateNormal</source>
+        <translation>正常</translation>
+    </message>
+    <message>
+        <source>ReportStateNotMeasured</source>
+        <translation>未测温</translation>
+    </message>
+    <message>
+        <source>ReportMaskNone</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>ReportMaskWorn</source>
+        <translation>戴口罩</translation>
+    </message>
+    <message>
+        <source>ReportMaskUnknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>ReportFolderNotWritable</source>
+        <translation>无法写入文件夹 %1，请选择其他文件夹。</translation>
+    </message>
+    <message>
+        <source>ReportWriteFailed</source>
+        <translation>写入 %1 失败（磁盘可能已满），未以该名称保存任何文件。</translation>
+    </message>
+    <message>
+        <source>ReportJournalUnavailable</source>
+        <translation>无法读取筛查记录。</translation>
+    </message>
+    <message>
+        <source>ReportTitle</source>
+        <translation>班次报告</translation>
+    </message>
+    <message>
+        <source>ReportRange</source>
+        <translation>时间段：%1 至 %2</translation>
+    </message>
+    <message>
+        <source>ReportGenerated</source>
+        <translation>生成时间 %1</translation>
+    </message>
+    <message>
+        <source>ReportEventsPerHour</source>
+        <translation>每小时事件数</translation>
+    </message>
+    <message>
+        <source>ReportFlaggedEvents</source>
+        <translation>体温异常和未戴口罩事件</translation>
+    </message>
+    <message>
+        <source>ReportPage</source>
+        <translation>第 %1 页，共 %2 页</translation>
+    </message>
+    <message>
+        <source>ReportNoFlagged</source>
+        <translation>该时间段内没有体温异常或未戴口罩事件。</translation>
+    </message>
+    <message>
+        <source>ReportHour</source>
+        <translation>小时</translation>
     </message>
 </context>
 </TS>

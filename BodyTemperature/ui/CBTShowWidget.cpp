@@ -15,16 +15,19 @@
 
 #include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
+#include "CScreeningRecord.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidgetForm.h"
 #include "ui/CBottomWidget.h"
+#include "ui/CDeviceHealthBanner.h"
 #include "ui/CPopConfigPage.h"
 #include "ui/CRightNoData.h"
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
 #include "CVoicePlayer.h"
+#include "ui/Report/CShiftReportDialog.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CPopUpUnit.h"
@@ -61,6 +64,8 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->setupUi(this);
     buildLists();
     loadConfig();
+    m_pRecord = new CScreeningRecord(this);
+    new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
 
     m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
     m_ui->m_pAlarmTypeBtn->setPictureAttibute(
@@ -71,6 +76,9 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->m_pSoundBtn->setPictureAttibute(
         QStringLiteral(":/Buttons/Sound/Images/BodyTemperature/Buttons/Sound/%1.png"), 0, 10);
     m_ui->m_pSoundBtn->setToolTip(tr("VoiceConfiguration"));
+    m_ui->m_pReportBtn->setPictureAttibute(
+        QStringLiteral(":/Buttons/Report/Images/BodyTemperature/Buttons/Report/%1.png"), 0, 10);
+    m_ui->m_pReportBtn->setToolTip(tr("ShiftReport"));
 
     connect(m_ui->m_pEnableAlarmBtn, &QToolButton::clicked, this, &CBTShowWidget::OnEnableAlarm);
     connect(m_ui->m_pLiveView, &BTShowLiveView::SignalScreenChanged, this, &CBTShowWidget::OnFullScreenChanged);
@@ -81,6 +89,7 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     connect(m_ui->m_pAlarmTypeBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowTypeConfigPage);
     connect(m_ui->m_pPopBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowPopConfigPage);
     connect(m_ui->m_pSoundBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowSoundConfigPage);
+    connect(m_ui->m_pReportBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowReportDialog);
     connect(m_ui->m_pBottomWidget, &CBottomWidget::SignalSnapPicClicked, this, &CBTShowWidget::OnSnapPicClicked);
 
     RefreshNoData();
@@ -149,6 +158,7 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
 
     AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
     decision.applyTo(info);
+    const int allBefore = m_iAllNum;
     if (decision.action == AlarmDecision::Action::ShowReturning) {
         addFrequenterCards(struAlarmInfo, info);
     } else if (decision.action == AlarmDecision::Action::ShowFace) {
@@ -157,6 +167,8 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
         m_ui->m_pBottomWidget->AddSnapInfo(info);
         addAlarmCard(info);
     }
+    if (decision.action != AlarmDecision::Action::CountOnly)
+        m_pRecord->Append(info, m_iAllNum - allBefore);
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
 }
 
@@ -366,6 +378,19 @@ void CBTShowWidget::OnShowSoundConfigPage()
     m_pSoundConfigPage->SetConfig(m_config);
     m_pSoundConfigPage->exec();
     m_config = m_pSoundConfigPage->GetConfig();
+}
+
+void CBTShowWidget::OnShowReportDialog()
+{
+    // One dialog at a time; it is not modal, so the page goes on while it exports.
+    if (m_pReportDialog == nullptr) {
+        m_pReportDialog = new CShiftReportDialog(parentWidget() != nullptr ? parentWidget() : this,
+            m_pRecord->JournalPath(), m_pRecord->OpenedAt());
+        m_pReportDialog->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_pReportDialog->show();
+    m_pReportDialog->raise();
+    m_pReportDialog->activateWindow();
 }
 
 void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)
