@@ -27,7 +27,7 @@ struct DeviceConfig {
     std::string user;
     std::string password;
     bool verifyPeer = true;   // https: verify the certificate
-    std::string caFile;       // https: extra trusted certificate
+    std::string caFile;       // https: trust only this PEM (a private CA, or the device's own certificate pinned) instead of the system store
     std::vector<ChannelConfig> channels;
 };
 

@@ -12,7 +12,8 @@ extern "C" {
 
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
-#include "playwindow/CStreamSource.h"
+#include "commlayer/CommErrors.h"
+#include "playwindow/CTransportInput.h"
 
 namespace playwindow {
 namespace {
@@ -71,6 +72,7 @@ struct CStreamDecoder::Session {
     AVFrame* frame = nullptr;
     int videoIndex = -1;
     int audioIndex = -1;
+    std::unique_ptr<CTransportInput> input;  // outlives fmt, which reads through it
 
     ~Session()
     {
@@ -86,7 +88,10 @@ struct CStreamDecoder::Session {
     }
 };
 
-CStreamDecoder::CStreamDecoder(QString url, Callbacks callbacks) : m_url(std::move(url)), m_cb(std::move(callbacks)) {}
+CStreamDecoder::CStreamDecoder(CStreamSource source, Callbacks callbacks)
+    : m_source(std::move(source)), m_cb(std::move(callbacks))
+{
+}
 
 CStreamDecoder::~CStreamDecoder()
 {
@@ -201,12 +206,19 @@ void CStreamDecoder::Run()
         if (m_cb.status)
             m_cb.status(State::Connecting, QString());
         QString failure;
-        const bool played = RunOnce(failure);
+        State final = State::Stopped;
+        const bool played = RunOnce(failure, final);
         if (m_stop)
             break;
+        if (final != State::Stopped) {
+            BASE_LOG_ERROR("stream %s refused: %s", qUtf8Printable(m_source.url), qUtf8Printable(failure));
+            if (m_cb.status)
+                m_cb.status(final, failure);
+            break;
+        }
         if (played)
             attempt = 0;  // it worked for a while: retry quickly
-        BASE_LOG_WARN("stream %s: %s", qUtf8Printable(RedactedUrl(m_url)), qUtf8Printable(failure));
+        BASE_LOG_WARN("stream %s: %s", qUtf8Printable(m_source.url), qUtf8Printable(failure));
         if (m_cb.status)
             m_cb.status(State::Retrying, failure);
         if (!WaitBackoff(BackoffMs(attempt++)))
@@ -216,7 +228,28 @@ void CStreamDecoder::Run()
         m_cb.status(State::Stopped, QString());
 }
 
-bool CStreamDecoder::RunOnce(QString& failure)
+namespace {
+// Why the device transport could not open a stream, for the window and the log.
+QString TransportFailure(const std::pair<int, int>& error, CStreamDecoder::State& final)
+{
+    switch (error.first) {
+    case commlayer::kErrTls:
+        final = CStreamDecoder::State::CertificateNotTrusted;
+        return QStringLiteral("the device's certificate is not trusted (password not sent)");
+    case commlayer::kErrInsecureAuth:
+        final = CStreamDecoder::State::PasswordRefused;
+        return QStringLiteral("the device asked for the password in clear text (not sent)");
+    case commlayer::kErrPassword: return QStringLiteral("wrong user name or password");
+    case commlayer::kErrConnect: return QStringLiteral("Connection refused");
+    case commlayer::kErrTimeout: return QStringLiteral("no answer");
+    case commlayer::kErrHttp:
+    case commlayer::kErrDeviceStatus: return QStringLiteral("the device answered %1").arg(error.second);
+    default: return QStringLiteral("transfer failed [%1-%2]").arg(error.first).arg(error.second);
+    }
+}
+} // namespace
+
+bool CStreamDecoder::RunOnce(QString& failure, State& final)
 {
     Session s;
     s.fmt = avformat_alloc_context();
@@ -226,16 +259,35 @@ bool CStreamDecoder::RunOnce(QString& failure)
     }
     s.fmt->interrupt_callback.callback = &CStreamDecoder::InterruptCallback;
     s.fmt->interrupt_callback.opaque = this;
+    ArmDeadline(kOpenTimeoutMs);
+    const AVInputFormat* format = nullptr;
+    if (m_source.viaTransport) {
+        s.input = std::make_unique<CTransportInput>(m_source.device, m_source.path, [this] {
+            return InterruptCallback(this) != 0;
+        });
+        switch (s.input->Open()) {
+        case CTransportInput::Outcome::Open:
+            break;
+        case CTransportInput::Outcome::Failed:
+            failure = TransportFailure(s.input->Error(), final);
+            return false;
+        case CTransportInput::Outcome::Interrupted:
+            failure = QStringLiteral("no answer");
+            return false;
+        }
+        s.fmt->pb = s.input->Io();
+        s.fmt->flags |= AVFMT_FLAG_CUSTOM_IO;
+        format = s.input->Format();
+    }
     AVDictionary* opts = nullptr;
     av_dict_set(&opts, "rw_timeout", "5000000", 0);
     av_dict_set(&opts, "probesize", "1000000", 0);
     av_dict_set(&opts, "analyzeduration", "1500000", 0);
-    if (m_url.startsWith(QLatin1String("rtsp"), Qt::CaseInsensitive)) {
+    if (m_source.url.startsWith(QLatin1String("rtsp"), Qt::CaseInsensitive)) {
         av_dict_set(&opts, "rtsp_transport", "tcp", 0);
         av_dict_set(&opts, "timeout", "5000000", 0);
     }
-    ArmDeadline(kOpenTimeoutMs);
-    int ret = avformat_open_input(&s.fmt, m_url.toUtf8().constData(), nullptr, &opts);
+    int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : m_source.url.toUtf8().constData(), format, &opts);
     av_dict_free(&opts);
     if (ret < 0) {
         failure = AvError(ret);

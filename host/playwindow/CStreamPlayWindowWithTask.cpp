@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 
@@ -48,7 +49,8 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
     m_pMessage->setWordWrap(true);
     m_pMessage->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_pMessage->setStyleSheet(QStringLiteral(
-        "QLabel#m_pMessageLabel{color:#ffffff;background-color:rgba(0,0,0,0.6);padding:6px;border-radius:3px;}"));
+        "QLabel#m_pMessageLabel{color:#ffffff;background-color:rgba(0,0,0,0.6);padding:6px;border-radius:3px;}"
+        "QLabel#m_pMessageLabel[alert=\"true\"]{background-color:rgba(170,30,30,0.85);font-weight:bold;}"));
     m_pMessage->hide();
     m_pMessageTimer = new QTimer(this);
     m_pMessageTimer->setSingleShot(true);
@@ -111,15 +113,16 @@ bool CStreamPlayWindowWithTask::StartPreview(const std::string& cameraId, int iV
     vantordesk::IElement* element = m_pPlugin != nullptr ? m_pPlugin->GetElement(cameraId) : nullptr;
     const auto* camera = element != nullptr && element->GetElementType() == vantordesk::ElementCamera
         ? static_cast<vantordesk::ICamera*>(element) : nullptr;
-    const QString url = camera != nullptr ? playwindow::StreamUrlOf(*camera, m_settings) : QString();
-    if (url.isEmpty()) {
+    const playwindow::CStreamSource source = camera != nullptr
+        ? playwindow::CStreamSource::OfCamera(*camera, m_settings) : playwindow::CStreamSource();
+    if (source.IsEmpty()) {
         StopPreview();
         BeginPreview(cameraId, QString());
         ShowMessage(tr("The camera is not available."));
         m_iStartValue = iValue;
         return true;
     }
-    StartPreviewUrl(url, cameraId);
+    StartSource(source, cameraId);
     m_iStartValue = iValue;
     m_pTitle->setText(QString::fromStdString(camera->GetElementName()));
     return true;
@@ -140,7 +143,12 @@ void CStreamPlayWindowWithTask::BeginPreview(const std::string& cameraId, const 
 
 bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::string& cameraId)
 {
-    if (url.isEmpty())
+    return StartSource(playwindow::CStreamSource::OfUrl(url), cameraId);
+}
+
+bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& source, const std::string& cameraId)
+{
+    if (source.IsEmpty())
         return false;
     StopPreview();
     const quint64 generation = ++m_generation;
@@ -155,11 +163,11 @@ bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::s
             OnDecoderStatus(generation, static_cast<int>(state), message);
         }, Qt::QueuedConnection);
     };
-    m_decoder = std::make_unique<playwindow::CStreamDecoder>(url, std::move(cb));
+    m_decoder = std::make_unique<playwindow::CStreamDecoder>(source, std::move(cb));
     m_decoder->SetTargetSize(size());
     ShowMessage(tr("Connecting..."));
     m_decoder->Start();
-    BeginPreview(cameraId, url);
+    BeginPreview(cameraId, source.url);
     return true;
 }
 
@@ -271,13 +279,26 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
         m_pVideo->Clear();
         ShowMessage(tr("No video (%1). Retrying...").arg(message));
         break;
+    case playwindow::CStreamDecoder::State::CertificateNotTrusted:
+        m_pVideo->Clear();
+        ShowMessage(tr("Certificate not trusted. The video was stopped; the password was not sent."), 0, true);
+        break;
+    case playwindow::CStreamDecoder::State::PasswordRefused:
+        m_pVideo->Clear();
+        ShowMessage(tr("Password not sent: the device asked for it without encryption."), 0, true);
+        break;
     case playwindow::CStreamDecoder::State::Stopped:
         break;
     }
 }
 
-void CStreamPlayWindowWithTask::ShowMessage(const QString& text, int ms)
+void CStreamPlayWindowWithTask::ShowMessage(const QString& text, int ms, bool alert)
 {
+    if (m_pMessage->property("alert").toBool() != alert) {
+        m_pMessage->setProperty("alert", alert);
+        m_pMessage->style()->unpolish(m_pMessage);
+        m_pMessage->style()->polish(m_pMessage);
+    }
     m_pMessage->setText(text);
     m_pMessage->adjustSize();
     UpdateChildren();
@@ -299,9 +320,12 @@ void CStreamPlayWindowWithTask::UpdateChildren()
     m_pVideo->setVisible(playing);
     if (m_decoder)
         m_decoder->SetTargetSize(r.size());
-    const int mw = qMin(r.width() - 16, qMax(160, m_pMessage->sizeHint().width()));
-    m_pMessage->setFixedWidth(qMax(40, mw));
-    m_pMessage->adjustSize();
+    // One line when it fits in four fifths of the window, wrapped beyond.
+    QFont font = m_pMessage->font();
+    font.setBold(m_pMessage->property("alert").toBool());
+    const int textWidth = QFontMetrics(font).horizontalAdvance(m_pMessage->text()) + 32;
+    const int mw = qMax(40, qMin(r.width() - 16, qBound(160, textWidth, qMax(160, r.width() * 4 / 5))));
+    m_pMessage->setFixedSize(mw, m_pMessage->heightForWidth(mw));
     m_pMessage->move((r.width() - m_pMessage->width()) / 2, (r.height() - m_pMessage->height()) / 2);
     m_pToolBar->setGeometry(0, 0, r.width(), kToolBarHeight);
     m_pToolBar->setVisible(m_bToolBar && playing && m_bHover);

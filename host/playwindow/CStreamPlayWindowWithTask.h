@@ -23,6 +23,7 @@ class QToolButton;
 
 namespace playwindow {
 class CStreamDecoder;
+struct CStreamSource;
 class CVideoSurface;
 }
 
@@ -48,6 +49,7 @@ public:
     // which says so until it is stopped; false only for an empty identifier.
     bool StartPreview(const std::string& cameraId, int iValue, int iReserved1, int iReserved2);
     // Starts a stream by URL (the camera identifier is only reported).
+    // Credentials in the URL are used for the device but never kept in it.
     bool StartPreviewUrl(const QString& url, const std::string& cameraId);
     void StopPreview();
     bool IsPreviewing() const { return m_bPreviewing; }
@@ -93,8 +95,10 @@ protected:
 private:
     void OnFrameReady(quint64 generation);
     void OnDecoderStatus(quint64 generation, int state, const QString& message);
+    bool StartSource(const playwindow::CStreamSource& source, const std::string& cameraId);
     void BeginPreview(const std::string& cameraId, const QString& url);
-    void ShowMessage(const QString& text, int ms = 0);
+    // alert: a refusal the operator must act on (shown in red).
+    void ShowMessage(const QString& text, int ms = 0, bool alert = false);
     void UpdateChildren();
 
     int m_iIndex;
@@ -103,7 +107,7 @@ private:
     std::unique_ptr<playwindow::CStreamDecoder> m_decoder;
     quint64 m_generation = 0;
     std::string m_strCameraID;
-    QString m_strUrl;
+    QString m_strUrl;  // never with credentials
     int m_iStartValue = 0;
     bool m_bPreviewing = false;
     bool m_bSound = false;
