@@ -8,6 +8,8 @@ PKGS=(
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
+  libgstrtspserver-1.0-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base
+  gstreamer1.0-plugins-good gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad
   ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
 )
 missing=()

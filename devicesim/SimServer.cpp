@@ -1,4 +1,5 @@
 #include "SimServer.h"
+#include "RtspServer.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -350,8 +351,11 @@ void SimServer::routeDevice()
 
     s.Get("/DVAPI/System/channels/status", [this](const Request&, Response& res) {
         nlohmann::json list = nlohmann::json::array();
-        for (int ch = 1; ch <= m_opts.channels; ++ch)
+        for (int ch = 1; ch <= m_opts.channels; ++ch) {
             list.push_back({{"id", ch}, {"name", channelName(ch)}, {"online", channelOnline(ch)}});
+            if (m_opts.rtspPort > 0)
+                list.back()["streams"] = RtspServer::describe(m_opts, ch);
+        }
         res.set_content(nlohmann::json{{"channels", list}}.dump(), "application/json");
     });
 
