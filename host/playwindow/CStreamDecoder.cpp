@@ -1,5 +1,6 @@
 #include "playwindow/CStreamDecoder.h"
 
+#include <QUrl>
 #include <chrono>
 
 extern "C" {
@@ -13,6 +14,7 @@ extern "C" {
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
 #include "commlayer/CommErrors.h"
+#include "playwindow/CRtspAuthGuard.h"
 #include "playwindow/CTransportInput.h"
 
 namespace playwindow {
@@ -73,6 +75,7 @@ struct CStreamDecoder::Session {
     int videoIndex = -1;
     int audioIndex = -1;
     std::unique_ptr<CTransportInput> input;  // outlives fmt, which reads through it
+    std::unique_ptr<CRtspAuthGuard> guard;   // likewise for RTSP with credentials
 
     ~Session()
     {
@@ -117,13 +120,18 @@ void CStreamDecoder::Start()
     m_thread = std::thread(&CStreamDecoder::Run, this);
 }
 
-void CStreamDecoder::Stop()
+void CStreamDecoder::RequestStop()
 {
     {
         std::lock_guard<std::mutex> lock(m_waitMutex);
         m_stop = true;
     }
     m_waitCv.notify_all();
+}
+
+void CStreamDecoder::Stop()
+{
+    RequestStop();
     if (m_thread.joinable())
         m_thread.join();
     std::lock_guard<std::mutex> lock(m_audioMutex);
@@ -226,6 +234,7 @@ void CStreamDecoder::Run()
     }
     if (m_cb.status)
         m_cb.status(State::Stopped, QString());
+    m_finished = true;
 }
 
 namespace {
@@ -283,14 +292,38 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     av_dict_set(&opts, "rw_timeout", "5000000", 0);
     av_dict_set(&opts, "probesize", "1000000", 0);
     av_dict_set(&opts, "analyzeduration", "1500000", 0);
-    if (m_source.url.startsWith(QLatin1String("rtsp"), Qt::CaseInsensitive)) {
-        av_dict_set(&opts, "rtsp_transport", "tcp", 0);
+    QString openUrl = m_source.url;
+    const bool rtsp = m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive);
+    if (rtsp) {
+        // Interleaved in the RTSP connection: no loss, and one port through firewalls.
+        av_dict_set(&opts, "rtsp_transport", m_source.rtspOverUdp ? "udp" : "tcp", 0);
         av_dict_set(&opts, "timeout", "5000000", 0);
+        // The codec parameters come with the session description: little to probe.
+        av_dict_set(&opts, "probesize", "200000", 0);
+        av_dict_set(&opts, "analyzeduration", "400000", 0);
+        if (!m_source.device.user.empty()) {
+            s.guard = std::make_unique<CRtspAuthGuard>(m_source.device.address, m_source.device.port);
+            if (!s.guard->Start()) {
+                av_dict_free(&opts);
+                failure = QStringLiteral("no local port");
+                return false;
+            }
+            QUrl u(m_source.url);
+            u.setHost(QStringLiteral("127.0.0.1"));
+            u.setPort(s.guard->Port());
+            u.setUserName(QString::fromStdString(m_source.device.user));
+            u.setPassword(QString::fromStdString(m_source.device.password));
+            openUrl = u.toString(QUrl::FullyEncoded);
+        }
     }
-    int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : m_source.url.toUtf8().constData(), format, &opts);
+    int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : openUrl.toUtf8().constData(), format, &opts);
     av_dict_free(&opts);
     if (ret < 0) {
         failure = AvError(ret);
+        if (s.guard && s.guard->BasicRefused()) {
+            final = State::PasswordRefused;
+            failure = QStringLiteral("the device asked for the password in clear text (not sent)");
+        }
         return false;
     }
     ArmDeadline(kOpenTimeoutMs);
@@ -312,9 +345,16 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     }
     g_liveDecoders.fetch_add(1);
     avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
-    // One thread per window: frame threading only adds latency to live video,
-    // and the windows already spread over the cores.
-    s.video->thread_count = 1;
+    // Small streams: one thread per window, the windows spread over the
+    // cores. A main stream alone in its window gets the cores, at the cost of
+    // one frame of latency for frame threads.
+    const AVCodecParameters* par = s.fmt->streams[s.videoIndex]->codecpar;
+    if (par->width * par->height >= 1280 * 720) {
+        s.video->thread_count = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
+        s.video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    } else {
+        s.video->thread_count = 1;
+    }
     if ((ret = avcodec_open2(s.video, vcodec, nullptr)) < 0) {
         failure = AvError(ret);
         return false;

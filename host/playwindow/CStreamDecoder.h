@@ -42,6 +42,9 @@ public:
 
     void Start();
     void Stop();
+    // Asks the thread to end without waiting; Stop() or the destructor joins it.
+    void RequestStop();
+    bool Finished() const { return m_finished.load(); }
 
     // The size of the area the picture is shown in; the picture keeps its aspect.
     void SetTargetSize(const QSize& size);
@@ -76,6 +79,7 @@ private:
     Callbacks m_cb;
     std::thread m_thread;
     std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_finished{false};
     std::atomic<int64_t> m_deadlineMs{0};
     std::mutex m_waitMutex;
     std::condition_variable m_waitCv;

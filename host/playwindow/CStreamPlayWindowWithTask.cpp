@@ -9,7 +9,10 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include <algorithm>
+
 #include "Base/Log.h"
+#include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamSource.h"
@@ -89,9 +92,14 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
 CStreamPlayWindowWithTask::~CStreamPlayWindowWithTask()
 {
     // Joined here, not by a member destructor, so no callback reaches a half-destroyed window.
-    if (m_decoder)
-        m_decoder->Stop();
+    for (auto* d : {&m_decoder, &m_pending})
+        if (*d)
+            (*d)->Stop();
+    for (auto& d : m_retired)
+        d->Stop();
     m_decoder.reset();
+    m_pending.reset();
+    m_retired.clear();
 }
 
 void CStreamPlayWindowWithTask::SetToolBarBtnList(const QList<int>& buttons, const QList<int>& extraButtons)
@@ -113,8 +121,9 @@ bool CStreamPlayWindowWithTask::StartPreview(const std::string& cameraId, int iV
     vantordesk::IElement* element = m_pPlugin != nullptr ? m_pPlugin->GetElement(cameraId) : nullptr;
     const auto* camera = element != nullptr && element->GetElementType() == vantordesk::ElementCamera
         ? static_cast<vantordesk::ICamera*>(element) : nullptr;
+    const bool sole = property(aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty).toBool();
     const playwindow::CStreamSource source = camera != nullptr
-        ? playwindow::CStreamSource::OfCamera(*camera, m_settings) : playwindow::CStreamSource();
+        ? playwindow::CStreamSource::OfCamera(*camera, m_settings, sole) : playwindow::CStreamSource();
     if (source.IsEmpty()) {
         StopPreview();
         BeginPreview(cameraId, QString());
@@ -123,6 +132,8 @@ bool CStreamPlayWindowWithTask::StartPreview(const std::string& cameraId, int iV
         return true;
     }
     StartSource(source, cameraId);
+    m_bProfiles = playwindow::CStreamSource::HasProfiles(*camera);
+    m_bMainStream = sole;
     m_iStartValue = iValue;
     m_pTitle->setText(QString::fromStdString(camera->GetElementName()));
     return true;
@@ -151,7 +162,16 @@ bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& sou
     if (source.IsEmpty())
         return false;
     StopPreview();
-    const quint64 generation = ++m_generation;
+    m_generation = ++m_lastGeneration;
+    m_decoder = MakeDecoder(source, m_generation);
+    ShowMessage(tr("Connecting..."));
+    BeginPreview(cameraId, source.url);
+    return true;
+}
+
+std::unique_ptr<playwindow::CStreamDecoder> CStreamPlayWindowWithTask::MakeDecoder(
+    const playwindow::CStreamSource& source, quint64 generation)
+{
     playwindow::CStreamDecoder::Callbacks cb;
     // The decoder calls these on its thread; they only post to the GUI thread,
     // tagged with the generation so a late post of an old stream is ignored.
@@ -163,12 +183,57 @@ bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& sou
             OnDecoderStatus(generation, static_cast<int>(state), message);
         }, Qt::QueuedConnection);
     };
-    m_decoder = std::make_unique<playwindow::CStreamDecoder>(source, std::move(cb));
-    m_decoder->SetTargetSize(size());
-    ShowMessage(tr("Connecting..."));
-    m_decoder->Start();
-    BeginPreview(cameraId, source.url);
-    return true;
+    auto decoder = std::make_unique<playwindow::CStreamDecoder>(source, std::move(cb));
+    decoder->SetTargetSize(size());
+    decoder->Start();
+    return decoder;
+}
+
+void CStreamPlayWindowWithTask::ChooseStream(bool mainStream)
+{
+    if (mainStream == m_bMainStream)
+        return;
+    m_bMainStream = mainStream;
+    if (!m_bPreviewing || !m_bProfiles || m_pPlugin == nullptr)
+        return;
+    vantordesk::IElement* element = m_pPlugin->GetElement(m_strCameraID);
+    if (element == nullptr || element->GetElementType() != vantordesk::ElementCamera)
+        return;
+    const auto source = playwindow::CStreamSource::OfCamera(*static_cast<vantordesk::ICamera*>(element), m_settings,
+        mainStream);
+    if (source.IsEmpty() || source.url == m_strUrl) {
+        Retire(std::move(m_pending));
+        return;
+    }
+    // The current stream stays on screen until the new one has its first picture.
+    Retire(std::move(m_pending));
+    m_pendingGeneration = ++m_lastGeneration;
+    m_pendingUrl = source.url;
+    m_pending = MakeDecoder(source, m_pendingGeneration);
+    BASE_LOG_INFO("window %d: switching %s to its %s stream", m_iIndex, m_strCameraID.c_str(),
+        mainStream ? "main" : "sub");
+}
+
+void CStreamPlayWindowWithTask::Retire(std::unique_ptr<playwindow::CStreamDecoder> decoder)
+{
+    // Finished threads are joined at once; the one just asked to stop ends
+    // on its own and is joined later, so the GUI does not wait for it.
+    m_retired.erase(std::remove_if(m_retired.begin(), m_retired.end(),
+                        [](const std::unique_ptr<playwindow::CStreamDecoder>& d) { return d->Finished(); }),
+        m_retired.end());
+    if (decoder) {
+        decoder->RequestStop();
+        m_retired.push_back(std::move(decoder));
+    }
+}
+
+bool CStreamPlayWindowWithTask::event(QEvent* event)
+{
+    if (event->type() == QEvent::DynamicPropertyChange
+        && static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName()
+            == aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty)
+        ChooseStream(property(aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty).toBool());
+    return QFrame::event(event);
 }
 
 void CStreamPlayWindowWithTask::StopPreview()
@@ -176,10 +241,15 @@ void CStreamPlayWindowWithTask::StopPreview()
     if (!m_bPreviewing)
         return;
     m_bPreviewing = false;
-    ++m_generation;
+    m_generation = ++m_lastGeneration;
+    m_pendingGeneration = 0;
     if (m_decoder)
         m_decoder->Stop();
     m_decoder.reset();
+    if (m_pending)
+        m_pending->Stop();
+    m_pending.reset();
+    m_bProfiles = false;
     const std::string cameraId = m_strCameraID;
     m_strCameraID.clear();
     m_strUrl.clear();
@@ -252,6 +322,16 @@ uint64_t CStreamPlayWindowWithTask::BadPackets() const
 
 void CStreamPlayWindowWithTask::OnFrameReady(quint64 generation)
 {
+    if (generation != 0 && generation == m_pendingGeneration && m_pending) {
+        Retire(std::move(m_decoder));
+        m_decoder = std::move(m_pending);
+        m_generation = generation;
+        m_pendingGeneration = 0;
+        m_strUrl = m_pendingUrl;
+        if (m_bSound && !m_decoder->EnableSound(true))
+            CloseSound();
+        m_pMessage->hide();
+    }
     if (generation != m_generation || !m_decoder)
         return;
     QImage frame = m_decoder->TakeFrame();
@@ -320,12 +400,15 @@ void CStreamPlayWindowWithTask::UpdateChildren()
     m_pVideo->setVisible(playing);
     if (m_decoder)
         m_decoder->SetTargetSize(r.size());
+    if (m_pending)
+        m_pending->SetTargetSize(r.size());
     // One line when it fits in four fifths of the window, wrapped beyond.
     QFont font = m_pMessage->font();
     font.setBold(m_pMessage->property("alert").toBool());
     const int textWidth = QFontMetrics(font).horizontalAdvance(m_pMessage->text()) + 32;
     const int mw = qMax(40, qMin(r.width() - 16, qBound(160, textWidth, qMax(160, r.width() * 4 / 5))));
-    m_pMessage->setFixedSize(mw, m_pMessage->heightForWidth(mw));
+    const int mh = m_pMessage->heightForWidth(mw);
+    m_pMessage->setFixedSize(mw, mh > 0 ? mh : m_pMessage->sizeHint().height());
     m_pMessage->move((r.width() - m_pMessage->width()) / 2, (r.height() - m_pMessage->height()) / 2);
     m_pToolBar->setGeometry(0, 0, r.width(), kToolBarHeight);
     m_pToolBar->setVisible(m_bToolBar && playing && m_bHover);

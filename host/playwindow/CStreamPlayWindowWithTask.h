@@ -12,6 +12,7 @@
 #include <QList>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "playwindow/CLiveViewEvent.h"
 #include "publicdatacontroller/CLocalDataManagerDelegate.h"
@@ -56,6 +57,8 @@ public:
     // Previewing, and the stream is being fetched (the camera was found).
     bool HasStream() const { return m_decoder != nullptr; }
     std::string GetPreviewCameraID() const { return m_strCameraID; }
+    // The stream shown now, without credentials (stream information).
+    QString PlayingUrl() const { return m_strUrl; }
     int GetStartValue() const { return m_iStartValue; }
 
     bool IsSoundOpen() const { return m_bSound; }
@@ -93,9 +96,15 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    bool event(QEvent* event) override;
+
     void OnFrameReady(quint64 generation);
     void OnDecoderStatus(quint64 generation, int state, const QString& message);
     bool StartSource(const playwindow::CStreamSource& source, const std::string& cameraId);
+    std::unique_ptr<playwindow::CStreamDecoder> MakeDecoder(const playwindow::CStreamSource& source, quint64 generation);
+    // Main stream while the window has its grid to itself, sub stream otherwise.
+    void ChooseStream(bool mainStream);
+    void Retire(std::unique_ptr<playwindow::CStreamDecoder> decoder);
     void BeginPreview(const std::string& cameraId, const QString& url);
     // alert: a refusal the operator must act on (shown in red).
     void ShowMessage(const QString& text, int ms = 0, bool alert = false);
@@ -105,7 +114,15 @@ private:
     CLiveViewControllerPlugin* m_pPlugin = nullptr;
     publicdatacontroller::StreamSettings m_settings;
     std::unique_ptr<playwindow::CStreamDecoder> m_decoder;
-    quint64 m_generation = 0;
+    quint64 m_generation = 0;      // of m_decoder's posts
+    quint64 m_lastGeneration = 0;
+    // The stream being switched to, shown once it has a picture.
+    std::unique_ptr<playwindow::CStreamDecoder> m_pending;
+    quint64 m_pendingGeneration = 0;
+    QString m_pendingUrl;
+    std::vector<std::unique_ptr<playwindow::CStreamDecoder>> m_retired;  // stopping, joined when done
+    bool m_bProfiles = false;     // the camera has main and sub streams
+    bool m_bMainStream = false;
     std::string m_strCameraID;
     QString m_strUrl;  // never with credentials
     int m_iStartValue = 0;

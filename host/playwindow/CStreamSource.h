@@ -19,14 +19,22 @@ struct CStreamSource {
     bool viaTransport = false;                 // fetched by the device transport
     clientcommonlogical::DeviceConfig device;  // viaTransport: endpoint, trust and credentials
     std::string path;                          // viaTransport: the resource (query included)
+    bool rtspOverUdp = false;                  // RTSP: media over UDP instead of inside the connection
 
     bool IsEmpty() const { return url.isEmpty(); }
 
-    // The camera's own configured URL, or its device's MJPEG stream of that
-    // channel with the device's credentials and trust settings.
-    static CStreamSource OfCamera(const vantordesk::ICamera& camera, const publicdatacontroller::StreamSettings& settings);
+    // The camera's main or sub stream when its channel names them (the other
+    // one when only that is named), else its own configured URL, else its
+    // device's MJPEG stream of that channel; with the device's credentials
+    // and trust settings where the stream is the device's.
+    static CStreamSource OfCamera(const vantordesk::ICamera& camera, const publicdatacontroller::StreamSettings& settings,
+        bool mainStream = false);
+    // Whether the camera's channel names a main or sub stream (so the window
+    // switches between them with its size).
+    static bool HasProfiles(const vantordesk::ICamera& camera);
     // An explicit URL. User information in it is moved into the credentials;
-    // trust: the given device's (certificate check on by default).
+    // trust: the given device's (certificate check on by default). RTSP
+    // credentials are used by the decoder through CRtspAuthGuard.
     static CStreamSource OfUrl(const QString& url,
         const clientcommonlogical::DeviceConfig& trust = clientcommonlogical::DeviceConfig());
 };

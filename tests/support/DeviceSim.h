@@ -96,7 +96,7 @@ public:
         d.password = password;
         for (int ch = 1; ch <= 4; ++ch)
             d.channels.push_back({ch, id + "-CH" + std::to_string(ch), "Camera " + std::to_string(ch),
-                ch <= 2 ? "Lobby" : "Back office", std::string()});
+                ch <= 2 ? "Lobby" : "Back office", std::string(), std::string(), std::string()});
         return d;
     }
 

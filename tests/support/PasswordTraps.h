@@ -1,7 +1,7 @@
 #pragma once
 // Loopback impostors for password-exposure tests, each recording every byte
-// it is sent: BasicAskingDevice answers every HTTP request with a 401 that
-// asks for Basic authentication; TlsImpostor is a TLS server with a
+// it is sent: BasicAskingDevice answers every HTTP (or RTSP) request with a
+// 401 that asks for Basic authentication; TlsImpostor is a TLS server with a
 // certificate of its own (openssl s_server, which prints what it decrypts).
 // MakeCertificate writes a self-signed certificate for 127.0.0.1.
 #include <QByteArray>
@@ -41,7 +41,7 @@ inline bool ContainsPassword(const QByteArray& data, const QByteArray& user, con
 
 class BasicAskingDevice {
 public:
-    BasicAskingDevice() : m_thread([this] { Serve(); }) {}
+    explicit BasicAskingDevice(bool rtsp = false) : m_rtsp(rtsp), m_thread([this] { Serve(); }) {}
     ~BasicAskingDevice()
     {
         m_socket.Close();
@@ -74,9 +74,15 @@ private:
                 }
                 pending.append(buf, int(n));
                 while (pending.contains("\r\n\r\n")) {
-                    pending.remove(0, pending.indexOf("\r\n\r\n") + 4);
-                    const QByteArray answer = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"camera\"\r\n"
-                                              "Content-Type: text/plain\r\nContent-Length: 12\r\n\r\nUnauthorized";
+                    const QByteArray head = pending.left(pending.indexOf("\r\n\r\n"));
+                    pending.remove(0, head.size() + 4);
+                    QByteArray cseq;
+                    for (const QByteArray& line : head.split('\n'))
+                        if (line.toLower().startsWith("cseq:"))
+                            cseq = "CSeq: " + line.mid(5).trimmed() + "\r\n";
+                    const QByteArray answer = (m_rtsp ? "RTSP/1.0" : "HTTP/1.1") + QByteArray(" 401 Unauthorized\r\n") + cseq
+                        + "WWW-Authenticate: Basic realm=\"camera\"\r\nContent-Type: text/plain\r\n"
+                          "Content-Length: 12\r\n\r\nUnauthorized";
                     (void)::send(fd, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL);
                 }
             }
@@ -84,6 +90,7 @@ private:
         }
     }
 
+    bool m_rtsp;
     ListeningSocket m_socket;
     mutable std::mutex m_mutex;
     QByteArray m_received;
