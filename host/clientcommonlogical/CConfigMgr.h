@@ -18,8 +18,8 @@ struct ChannelConfig {
     std::string streamUrl;  // empty: the device's own live stream of this channel
     // The camera's main (full resolution) and sub (small) stream: an RTSP URL
     // without credentials, or a path on the device's RTSP port ("/ch1/h264/main").
-    std::string mainStream;
-    std::string subStream;
+    std::string mainStream{};
+    std::string subStream{};
 };
 
 struct DeviceConfig {

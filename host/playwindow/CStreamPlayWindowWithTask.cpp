@@ -20,6 +20,7 @@
 
 namespace {
 constexpr int kToolBarHeight = 28;
+constexpr int kNoSignalMs = 2000;
 
 bool CarriesCamera(const QMimeData* data)
 {
@@ -55,6 +56,15 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
         "QLabel#m_pMessageLabel{color:#ffffff;background-color:rgba(0,0,0,0.6);padding:6px;border-radius:3px;}"
         "QLabel#m_pMessageLabel[alert=\"true\"]{background-color:rgba(170,30,30,0.85);font-weight:bold;}"));
     m_pMessage->hide();
+    // A stream that is connected but sends nothing says so before its read time-out.
+    m_pStallTimer = new QTimer(this);
+    m_pStallTimer->setInterval(500);
+    connect(m_pStallTimer, &QTimer::timeout, this, [this] {
+        if (m_decoder && HasFrame() && !m_bStalled && m_frameClock.elapsed() > kNoSignalMs) {
+            m_bStalled = true;
+            ShowMessage(tr("No signal"));
+        }
+    });
     m_pMessageTimer = new QTimer(this);
     m_pMessageTimer->setSingleShot(true);
     connect(m_pMessageTimer, &QTimer::timeout, m_pMessage, &QWidget::hide);
@@ -164,6 +174,9 @@ bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& sou
     StopPreview();
     m_generation = ++m_lastGeneration;
     m_decoder = MakeDecoder(source, m_generation);
+    m_bPlayedOnce = false;
+    m_bStalled = false;
+    m_pStallTimer->start();
     ShowMessage(tr("Connecting..."));
     BeginPreview(cameraId, source.url);
     return true;
@@ -250,6 +263,7 @@ void CStreamPlayWindowWithTask::StopPreview()
         m_pending->Stop();
     m_pending.reset();
     m_bProfiles = false;
+    m_pStallTimer->stop();
     const std::string cameraId = m_strCameraID;
     m_strCameraID.clear();
     m_strUrl.clear();
@@ -338,6 +352,12 @@ void CStreamPlayWindowWithTask::OnFrameReady(quint64 generation)
     if (frame.isNull())
         return;
     m_pVideo->SetFrame(std::move(frame));
+    m_frameClock.restart();
+    m_bPlayedOnce = true;
+    if (m_bStalled) {
+        m_bStalled = false;
+        m_pMessage->hide();
+    }
 }
 
 void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, const QString& message)
@@ -347,7 +367,7 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
     switch (static_cast<playwindow::CStreamDecoder::State>(state)) {
     case playwindow::CStreamDecoder::State::Connecting:
         if (!HasFrame())
-            ShowMessage(tr("Connecting..."));
+            ShowMessage(m_bPlayedOnce ? tr("Reconnecting...") : tr("Connecting..."));
         break;
     case playwindow::CStreamDecoder::State::Playing:
         if (message.isEmpty())

@@ -7,6 +7,7 @@
 // accepts cameras dropped from a tree (mime data with the properties
 // "GroupGUID" and "CameraGUID"). Created, driven and destroyed on the GUI
 // thread; stopping a preview (or destroying the window) joins its thread.
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QImage>
 #include <QList>
@@ -141,4 +142,8 @@ private:
     QToolButton* m_pSoundBtn = nullptr;
     QPushButton* m_pCloseBtn = nullptr;
     class QTimer* m_pMessageTimer = nullptr;
+    class QTimer* m_pStallTimer = nullptr;
+    QElapsedTimer m_frameClock;  // since the last picture
+    bool m_bStalled = false;
+    bool m_bPlayedOnce = false;
 };

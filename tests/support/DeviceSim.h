@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <arpa/inet.h>
+#include <csignal>
 #include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -83,6 +84,8 @@ public:
     }
 
     int port() const { return m_port; }
+    // Freezes the process (a device that stalls without closing anything) or lets it go on.
+    void freeze(bool frozen) { ::kill(pid_t(m_proc.processId()), frozen ? SIGSTOP : SIGCONT); }
 
     clientcommonlogical::DeviceConfig device(const std::string& id = "TEST0001",
         const std::string& password = kPassword) const
@@ -96,7 +99,7 @@ public:
         d.password = password;
         for (int ch = 1; ch <= 4; ++ch)
             d.channels.push_back({ch, id + "-CH" + std::to_string(ch), "Camera " + std::to_string(ch),
-                ch <= 2 ? "Lobby" : "Back office", std::string(), std::string(), std::string()});
+                ch <= 2 ? "Lobby" : "Back office", std::string()});
         return d;
     }
 

@@ -18,6 +18,14 @@
 <context>
     <name>CStreamPlayWindowWithTask</name>
     <message>
+        <source>No signal</source>
+        <translation>No signal</translation>
+    </message>
+    <message>
+        <source>Reconnecting...</source>
+        <translation>Reconnecting...</translation>
+    </message>
+    <message>
         <source>Sound</source>
         <translation>Sound</translation>
     </message>

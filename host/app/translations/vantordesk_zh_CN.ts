@@ -18,6 +18,14 @@
 <context>
     <name>CStreamPlayWindowWithTask</name>
     <message>
+        <source>No signal</source>
+        <translation>无信号</translation>
+    </message>
+    <message>
+        <source>Reconnecting...</source>
+        <translation>正在重新连接...</translation>
+    </message>
+    <message>
         <source>Sound</source>
         <translation>声音</translation>
     </message>

@@ -55,7 +55,7 @@ clientcommonlogical::DeviceConfig deviceAt(const std::string& id, const char* sc
     d.user = kUser.toStdString();
     d.password = password.toStdString();
     d.caFile = caFile.toStdString();
-    d.channels.push_back({1, id + "-CH1", "Door", "Lobby", std::string(), std::string(), std::string()});
+    d.channels.push_back({1, id + "-CH1", "Door", "Lobby", std::string()});
     return d;
 }
 

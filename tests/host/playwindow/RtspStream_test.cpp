@@ -137,6 +137,27 @@ TEST_F(RtspStreamTest, ServerRestartIsReconnectedByItself)
     w.StopPreview();
 }
 
+TEST_F(RtspStreamTest, StallShowsNoSignalAndResumes)
+{
+    CStreamPlayWindowWithTask w(0);
+    w.resize(640, 360);
+    w.show();
+    ASSERT_TRUE(w.StartPreviewUrl(QStringLiteral("rtsp://admin:%1@127.0.0.1:%2/ch4/h265/sub")
+                                      .arg(QLatin1String(testsupport::DeviceSim::kPassword))
+                                      .arg(s_rtspPort),
+        "cam-stall"));
+    ASSERT_TRUE(plays(w, 3000));
+    s_sim->freeze(true);
+    EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText() == QLatin1String("No signal"); }, 4000))
+        << w.MessageText().toStdString();
+    EXPECT_TRUE(w.HasFrame());  // the last picture stays while waiting
+    s_sim->freeze(false);
+    const uint64_t before = w.DecodedFrames();
+    EXPECT_TRUE(testsupport::waitUntil([&] { return w.MessageText().isEmpty() && w.DecodedFrames() > before + 10; }, 10000))
+        << w.MessageText().toStdString();
+    w.StopPreview();
+}
+
 // Each shows its state, keeps the GUI turning and never sends the password in clear.
 TEST_F(RtspStreamTest, BadSourcesShowTheirState)
 {
