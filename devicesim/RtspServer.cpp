@@ -36,12 +36,18 @@ void onNeedData(GstElement* appsrc, guint, gpointer user)
     auto* p = static_cast<Playing*>(user);
     const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->spec.fps));
     std::this_thread::sleep_until(due);
+    // Time stamps from the frame count: a late frame keeps its place instead of
+    // sharing a stamp with the next one.
+    const GstClockTime duration = GST_SECOND / guint64(std::max(1, p->spec.fps));
+    const GstClockTime pts = GstClockTime(p->frameNo) * duration;
     ++p->frameNo;
     const QImage img = PictureFactory::frameImage(p->spec.channel, QStringLiteral("Channel %1").arg(p->spec.channel),
         QDateTime::currentMSecsSinceEpoch(), p->spec.width, p->spec.height);
     const gsize size = gsize(img.sizeInBytes());
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, size, nullptr);
     gst_buffer_fill(buffer, 0, img.constBits(), size);
+    GST_BUFFER_PTS(buffer) = pts;
+    GST_BUFFER_DURATION(buffer) = duration;
     gst_app_src_push_buffer(GST_APP_SRC(appsrc), buffer);
 }
 
@@ -68,7 +74,7 @@ std::string Launch(const StreamSpec& s, bool h265)
             + " ! video/x-h265,profile=main ! rtph265pay name=pay0 pt=96 config-interval=-1"
         : "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + std::to_string(kbps)
             + " threads=1 ! video/x-h264,profile=baseline ! rtph264pay name=pay0 pt=96 config-interval=-1";
-    return "( appsrc name=src is-live=true format=time do-timestamp=true caps=" + caps
+    return "( appsrc name=src is-live=true format=time caps=" + caps
         + " ! videoconvert ! video/x-raw,format=I420 ! " + encoder + " )";
 }
 
