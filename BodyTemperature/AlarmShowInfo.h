@@ -8,7 +8,7 @@
 
 #include "protocol/IntelAlarmInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
-#include "ui/ShowCard/CEventPictures.h"
+#include "CEventPictures.h"
 
 namespace BodyTemperature {
 

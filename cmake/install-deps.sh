@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the demo need, when missing.
+# Installs the Debian packages the build, the tests, the demo and the fuzz
+# targets (clang with its libFuzzer runtime) need, when missing.
 set -euo pipefail
 PKGS=(
   cmake make g++ pkg-config
@@ -10,6 +11,7 @@ PKGS=(
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
   libgstrtspserver-1.0-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base
   gstreamer1.0-plugins-good gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad
+  clang libclang-rt-14-dev
   ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
 )
 missing=()

@@ -65,7 +65,6 @@ void CAlarmSubscription::Start()
         return;
     detail::GlobalInit();
     m_stop = false;
-    m_stopFlag = false;
     m_stream = std::thread([this] { runStream(); });
     if (m_statusPollMs > 0)
         m_status = std::thread([this] { runStatus(); });
@@ -76,7 +75,6 @@ void CAlarmSubscription::RequestStop()
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_stop = true;
-        m_stopFlag = true;
     }
     m_cv.notify_all();
     {
@@ -133,7 +131,7 @@ void CAlarmSubscription::runStream()
         ex.timeoutMs = 0;  // a stream has no end; silence is caught by the low-speed limit
         ex.connectTimeoutMs = 5000;
         ex.lowSpeedTimeSec = 90;
-        ex.abortFlag = &m_stopFlag;
+        ex.abortFlag = &m_stop;
         ex.socketFd = &m_socket;
         ex.socketMutex = &m_socketMutex;
         ex.onHeaders = [&](long status, const std::string& contentType) {
@@ -191,7 +189,7 @@ void CAlarmSubscription::runStatus()
         detail::HttpExchange ex;
         ex.path = "/DVAPI/System/channels/status";
         ex.timeoutMs = 5000;
-        ex.abortFlag = &m_stopFlag;
+        ex.abortFlag = &m_stop;
         ex.socketFd = &m_statusSocket;
         ex.socketMutex = &m_socketMutex;
         const detail::HttpResult r = detail::Perform(m_device, ex);

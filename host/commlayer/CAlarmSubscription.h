@@ -48,7 +48,6 @@ private:
 
     clientcommonlogical::DeviceConfig m_device;
     int m_statusPollMs;
-    volatile bool m_stopFlag = false;
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
     std::condition_variable m_cv;

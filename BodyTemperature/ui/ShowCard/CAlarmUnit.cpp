@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
+#include <QVariant>
 
 #include "Base/Log.h"
 #include "ui/ShowCard/CardStyle.h"
@@ -12,6 +13,7 @@ namespace BodyTemperature {
 
 namespace {
 
+const QSize kCardSize(380, 222);
 const QSize kSmallPicture(120, 160);
 const QSize kBigPicture(182, 242);
 
@@ -24,7 +26,7 @@ QString OrSlash(const std::string& text)
 
 CAlarmUnit::CAlarmUnit(QWidget* parent) : CRightUnitBase(parent)
 {
-    setFixedSize(380, 222);
+    setFixedSize(kCardSize);
 
     m_pSecondPicLabel = new QLabel(this);
     m_pNameLabel = new QLabel(this);
@@ -61,6 +63,10 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     m_info = info;
     m_listPic.clear();
+    // The list sizes a new card from its bottom strip before filling it; the
+    // card's own geometry wins, also when the filling stops early.
+    if (!bLarge)
+        setFixedSize(kCardSize);
     const protocol::IntelAlarmFaceInfo* block = m_info.faceBlock();
     if (!block)
         return;
@@ -103,11 +109,11 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
             break;
         case 4:
             m_pNameLabel->setText(tr("FaceTemperatureCaptureJLMWvg"));
-            // Temperature captures stand out on their own card background. The
-            // rule names the card class: a bare block does not parse, and a
-            // selector-less declaration would reach every label of the card.
-            setStyleSheet(QStringLiteral("BodyTemperature--CAlarmUnit{border-image: "
-                                         "url(:/rightBottom/Images/AIShowPlugin/rightBottom/BlacklistBg.png);}"));
+            // Temperature captures stand out on their own card background (a
+            // rule of the module style sheet on this property). A style sheet
+            // of the card's own would re-polish every label of the card.
+            setProperty("temperatureCapture", true);
+            CardStyle::Repolish(this);
             break;
         default:
             m_pNameLabel->setText(QStringLiteral("/"));

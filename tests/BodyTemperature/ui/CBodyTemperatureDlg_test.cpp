@@ -1,6 +1,7 @@
 // The dashboard page as the host builds it: tree proxy, folding the left
 // panel, the statistics title fed from the host's alarm source, the camera tree.
 #include <QLabel>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QToolButton>
@@ -20,7 +21,8 @@
 #include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
-#include "ui/CVoicePlayer.h"
+#include "ui/ShowCard/CRightUnitBase.h"
+#include "CVoicePlayer.h"
 
 using BodyTemperature::CBodyTemperatureDlg;
 using BodyTemperature::CVoicePlayer;
@@ -44,7 +46,7 @@ protected:
     }
     QString label(const char* name) const
     {
-        const auto* l = m_dlg->ShowTitle()->findChild<QLabel*>(QString::fromLatin1(name));
+        const auto* l = m_dlg->findChild<BodyTemperature::BTShowTitle*>()->findChild<QLabel*>(QString::fromLatin1(name));
         return l != nullptr ? l->text() : QString();
     }
 
@@ -55,13 +57,13 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
 {
     m_dlg->show();
     testsupport::pump();
-    QToolButton* button = m_dlg->ShrinkButton();
+    auto* button = testsupport::child<QToolButton>(m_dlg.get(), "m_pShrinkPushButtonrTol");
+    const auto* left = testsupport::child<QFrame>(m_dlg.get(), "m_pLeftFrame");
     const auto expectAt = [&](const char* name, bool folded) {
         SCOPED_TRACE(name);
         EXPECT_EQ(button->objectName(), QString::fromLatin1(name));
-        EXPECT_EQ(m_dlg->IsLeftFolded(), folded);
-        EXPECT_EQ(m_dlg->LeftFrame()->isVisible(), !folded);
-        const int x = folded ? m_dlg->LeftFrame()->x() + 12 : m_dlg->LeftFrame()->width() + 3;
+        EXPECT_EQ(left->isVisible(), !folded);
+        const int x = folded ? left->x() + 12 : left->width() + 3;
         EXPECT_EQ(button->pos(), QPoint(x, static_cast<int>(static_cast<float>(m_dlg->height()) * 0.48333332f)));
     };
     expectAt("m_pShrinkPushButtonrTol", false);
@@ -82,7 +84,7 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
 TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
 {
     m_dlg->SetAlarmListening(true);
-    ASSERT_TRUE(m_dlg->alarmListener()->isListening());
+    ASSERT_TRUE(m_dlg->findChild<BodyTemperature::AlarmListener*>()->isListening());
     const auto publish = [](const publicdatacontroller::IntelAlarmEventInfo& r) {
         Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(
             std::make_shared<publicdatacontroller::CIntelAlarmObject>(r));
@@ -111,12 +113,45 @@ TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
     EXPECT_EQ(label("labelAllNum"), QStringLiteral("2"));
 }
 
+// On the full page every card of the right-hand list has its own fixed size
+// and lies wholly inside the list, whose horizontal scroll bar is off.
+TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
+{
+    m_dlg->resize(1911, 1080);
+    m_dlg->show();
+    testsupport::pump();
+    m_dlg->RestorePlayingCameras({QStringLiteral("CAM1")});
+    m_dlg->onNewAlarmComing(record(kTemperatureCapture, face(1, 0, 2), "T"));
+    m_dlg->onNewAlarmComing(record(kComparison, face(1, 1, 1), "C"));
+    publicdatacontroller::IntelAlarmEventInfo noFace = record(kCapture, face(1, 0, 2), "N");
+    noFace.faceInfoList.clear();
+    m_dlg->onNewAlarmComing(noFace);
+    m_dlg->onNewAlarmComing(record(kReturning, face(1, 0, 2), "R"));
+    testsupport::pump();
+
+    auto* area = m_dlg->findChild<QScrollArea*>(QStringLiteral("m_pRightScrollArea"));
+    ASSERT_NE(area, nullptr);
+    QWidget* list = area->widget();
+    const QList<BodyTemperature::CRightUnitBase*> cards =
+        list->findChildren<BodyTemperature::CRightUnitBase*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_EQ(cards.size(), 4);
+    EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+    for (const BodyTemperature::CRightUnitBase* card : cards) {
+        SCOPED_TRACE(qPrintable(card->objectName()));
+        EXPECT_EQ(card->size(), QSize(380, 222));
+        const QRect inViewport(card->mapTo(area->viewport(), QPoint(0, 0)), card->size());
+        EXPECT_GE(inViewport.left(), 0);
+        EXPECT_LE(inViewport.right(), area->viewport()->rect().right());
+    }
+}
+
 // The tree shows the camera model through a proxy passing filter values 0 to 2;
 // a double click opens only a camera of the model whose channel has a signal.
 TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
 {
-    auto* proxy = m_dlg->TreeProxy();
-    EXPECT_EQ(m_dlg->CameraTree()->model(), proxy);
+    auto* tree = testsupport::child<BodyTemperature::CBTViewTree>(m_dlg.get(), "m_pCameraTree");
+    auto* proxy = qobject_cast<VantorGUIToolkit::CSecondarySortFilterModel*>(tree->model());
+    ASSERT_NE(proxy, nullptr);
     auto* rsc = Base::CSingleton<BodyTemperature::CAppRscManager>::Instance();
     auto* model = rsc->GetCameraModel();
     ASSERT_EQ(proxy->sourceModel(), model);
@@ -168,7 +203,7 @@ TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
     EXPECT_EQ(m_dlg->GetPlayingCameraIds(), (QList<QByteArray>{"CAM-ON"}));
 
     m_dlg->onUpdateGroupTreeSelectedCamera("CAM-ON");
-    EXPECT_EQ(proxy->mapToSource(m_dlg->CameraTree()->currentIndex()), online->index());
+    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), online->index());
 
     m_dlg->StopAllLiveView();
     reloadWith({});
