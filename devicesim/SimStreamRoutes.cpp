@@ -5,9 +5,9 @@
 #include <httplib.h>
 #include <thread>
 
+#include "RtspServer.h"
 #include "SimContext.h"
 #include "SimHttp.h"
-#include "RtspServer.h"
 #include "SimRoutes.h"
 
 namespace devicesim {
