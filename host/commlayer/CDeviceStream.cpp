@@ -33,7 +33,6 @@ void CDeviceStream::Stop()
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_stop = true;
-        m_abortFlag = true;
     }
     m_cv.notify_all();
     {
@@ -96,7 +95,7 @@ void CDeviceStream::Run()
     ex.timeoutMs = 0;  // endless; a stall is caught by the low-speed limit and the reader's time-out
     ex.connectTimeoutMs = 5000;
     ex.lowSpeedTimeSec = 10;
-    ex.abortFlag = &m_abortFlag;
+    ex.abortFlag = &m_stop;
     ex.socketFd = &m_socket;
     ex.socketMutex = &m_socketMutex;
     ex.onHeaders = [this](long status, const std::string& contentType) {

@@ -51,8 +51,7 @@ private:
     const clientcommonlogical::DeviceConfig m_device;
     const std::string m_path;
     std::thread m_thread;
-    volatile bool m_abortFlag = false;  // polled by the transport
-    std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_stop{false};  // also polled by the transport
     std::mutex m_socketMutex;
     int m_socket = -1;
 
