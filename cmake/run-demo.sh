@@ -8,6 +8,7 @@ BIN=$(cd "$BUILD_DIR/bin" && pwd)
 DEMO_DIR=${BT_DEMO_DIR:-$(pwd)/$BUILD_DIR/demo}
 mkdir -p "$DEMO_DIR"
 SIM_PORT=${BT_SIM_PORT:-18080}
+RTSP_PORT=${BT_RTSP_PORT:-$((SIM_PORT + 474))}
 CONFIG="$DEMO_DIR/vantordesk.json"
 
 SIM_PID=""
@@ -16,7 +17,7 @@ trap cleanup EXIT
 
 if [ -x "$BIN/devicesim" ]; then
   "$BIN/devicesim" --listen 127.0.0.1 --port "$SIM_PORT" --channels 4 --rate 2 --seed 7 \
-      --user admin --password demo123 --db "$DEMO_DIR/devicesim.db" --serial DEMO0001 \
+      --user admin --password demo123 --db "$DEMO_DIR/devicesim.db" --serial DEMO0001 --rtsp-port "$RTSP_PORT" \
       >"$DEMO_DIR/devicesim.log" 2>&1 &
   SIM_PID=$!
 fi
@@ -28,12 +29,16 @@ cat > "$CONFIG" <<JSON
   "brand": [0, 0, 0],
   "devices": [
     { "id": "DEMO0001", "name": "Entrance thermal camera", "address": "127.0.0.1", "port": $SIM_PORT,
-      "scheme": "http", "user": "admin", "password": "demo123",
+      "scheme": "http", "user": "admin", "password": "demo123", "rtspPort": $RTSP_PORT,
       "channels": [
-        { "channel": 1, "cameraId": "DEMO0001-CH1", "name": "Main entrance", "area": "Lobby" },
-        { "channel": 2, "cameraId": "DEMO0001-CH2", "name": "Side gate", "area": "Lobby" },
-        { "channel": 3, "cameraId": "DEMO0001-CH3", "name": "Staff door", "area": "Back office" },
-        { "channel": 4, "cameraId": "DEMO0001-CH4", "name": "Loading bay", "area": "Back office" }
+        { "channel": 1, "cameraId": "DEMO0001-CH1", "name": "Main entrance", "area": "Lobby",
+          "mainStream": "/ch1/h264/main", "subStream": "/ch1/h264/sub" },
+        { "channel": 2, "cameraId": "DEMO0001-CH2", "name": "Side gate", "area": "Lobby",
+          "mainStream": "/ch2/h264/main", "subStream": "/ch2/h264/sub" },
+        { "channel": 3, "cameraId": "DEMO0001-CH3", "name": "Staff door", "area": "Back office",
+          "mainStream": "/ch3/h264/main", "subStream": "/ch3/h264/sub" },
+        { "channel": 4, "cameraId": "DEMO0001-CH4", "name": "Loading bay", "area": "Back office",
+          "mainStream": "/ch4/h264/main", "subStream": "/ch4/h264/sub" }
       ] }
   ]
 }

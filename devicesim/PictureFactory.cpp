@@ -163,6 +163,11 @@ Jpeg PictureFactory::scene(int channel, const QString& channelName, const FaceLo
 
 QByteArray PictureFactory::frame(int channel, const QString& channelName, qint64 tMs, int width, int height)
 {
+    return encode(frameImage(channel, channelName, tMs, width, height), 70);
+}
+
+QImage PictureFactory::frameImage(int channel, const QString& channelName, qint64 tMs, int width, int height)
+{
     QImage img(width, height, QImage::Format_RGB32);
     QPainter p(&img);
     p.fillRect(img.rect(), QColor(40 + channel * 30 % 120, 60, 90));
@@ -185,7 +190,7 @@ QByteArray PictureFactory::frame(int channel, const QString& channelName, qint64
     p.drawText(QPointF(8, height - 10),
         QDateTime::fromMSecsSinceEpoch(tMs).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
     p.end();
-    return encode(img, 70);
+    return img;
 }
 
 } // namespace devicesim

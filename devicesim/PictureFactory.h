@@ -33,6 +33,8 @@ public:
     void sceneFaceRect(int channel, int person, double rect[4]) const;
     // A live-video frame of the given channel at time t (milliseconds).
     QByteArray frame(int channel, const QString& channelName, qint64 tMs, int width, int height);
+    // The same frame unencoded (RGB32), for the RTSP encoders.
+    static QImage frameImage(int channel, const QString& channelName, qint64 tMs, int width, int height);
 
     static void drawFace(QPainter& p, const QRectF& box, const FaceLook& look);
     static QByteArray encode(const QImage& img, int quality);

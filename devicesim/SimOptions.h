@@ -26,6 +26,7 @@ struct SimOptions {
     int videoWidth = 640;
     int videoHeight = 360;
     int videoFps = 25;
+    int rtspPort = -1;            // RTSP streams: -1 off, 0 any free port
     int hfpdPolls = 3;            // result polls until progress reaches 100
 };
 

@@ -5,6 +5,7 @@
 #include <httplib.h>
 #include <thread>
 
+#include "RtspServer.h"
 #include "SimContext.h"
 #include "SimHttp.h"
 #include "SimRoutes.h"
@@ -25,8 +26,11 @@ void addStreamRoutes(httplib::Server& http, SimContext& sim)
 
     http.Get("/DVAPI/System/channels/status", [&sim](const Request&, Response& res) {
         nlohmann::json list = nlohmann::json::array();
-        for (int ch = 1; ch <= sim.opts.channels; ++ch)
+        for (int ch = 1; ch <= sim.opts.channels; ++ch) {
             list.push_back({{"id", ch}, {"name", sim.channelName(ch)}, {"online", sim.channelOnline(ch)}});
+            if (sim.opts.rtspPort > 0)
+                list.back()["streams"] = RtspServer::describe(sim.opts, ch);
+        }
         res.set_content(nlohmann::json{{"channels", list}}.dump(), "application/json");
     });
 

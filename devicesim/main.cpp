@@ -9,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include "RtspServer.h"
 #include "SimServer.h"
 
 namespace {
@@ -22,7 +23,7 @@ void usage()
         "usage: devicesim [--listen ADDR] [--port N] [--channels N] [--rate EVENTS_PER_S] [--seed N]\n"
         "                 [--user NAME] [--password TEXT] [--db FILE] [--serial ID] [--log FILE]\n"
         "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N]\n"
-        "                 [--tls-cert PEM --tls-key PEM]\n");
+        "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]\n");
 }
 
 bool parse(int argc, char** argv, devicesim::SimOptions& o)
@@ -51,6 +52,7 @@ bool parse(int argc, char** argv, devicesim::SimOptions& o)
         else if (a == "--abnormal") o.abnormalShare = std::atof(v.c_str());
         else if (a == "--unit") o.unit = (v == "F" || v == "f") ? 'F' : 'C';
         else if (a == "--hfpd-polls") o.hfpdPolls = std::atoi(v.c_str());
+        else if (a == "--rtsp-port") o.rtspPort = std::atoi(v.c_str());
         else if (a == "--scene") {
             if (std::sscanf(v.c_str(), "%dx%d", &o.sceneWidth, &o.sceneHeight) != 2 || o.sceneWidth < 64
                 || o.sceneHeight < 64) {
@@ -78,8 +80,17 @@ int main(int argc, char** argv)
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     QGuiApplication app(argc, argv);
 
-    devicesim::SimServer server(opts);
     std::string error;
+    devicesim::RtspServer rtsp(opts);
+    if (opts.rtspPort >= 0) {
+        if (!rtsp.start(error)) {
+            fprintf(stderr, "devicesim: %s\n", error.c_str());
+            return 1;
+        }
+        opts.rtspPort = rtsp.port();
+        fprintf(stderr, "devicesim: RTSP on port %d\n", opts.rtspPort);
+    }
+    devicesim::SimServer server(opts);
     if (!server.start(error)) {
         fprintf(stderr, "devicesim: %s\n", error.c_str());
         return 1;
@@ -97,5 +108,6 @@ int main(int argc, char** argv)
     app.exec();
     server.stop();
     http.join();
+    rtsp.stop();
     return 0;
 }

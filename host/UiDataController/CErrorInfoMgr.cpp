@@ -26,6 +26,8 @@ const char* const kNotSupported = QT_TRANSLATE_NOOP("UiDataController::CErrorInf
 const char* const kHttp = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceAnsweredWithAnError");
 const char* const kParam = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheRequestIsInvalid");
 const char* const kTls = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheSecureConnectionToTheDeviceFailed");
+const char* const kInsecureAuth =
+    QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceAskedForThePasswordWithoutEncryption");
 const char* const kNoDevice = QT_TRANSLATE_NOOP("UiDataController::CErrorInfoMgr", "TheDeviceIsNotConfigured");
 
 const char* deviceStatusKey(int subStatus)
@@ -66,6 +68,7 @@ const char* CErrorInfoMgr::GetErrorKeyByCode(int first, int second)
     case commlayer::kErrHttp: return httpKey(second);
     case commlayer::kErrParam: return kParam;
     case commlayer::kErrTls: return kTls;
+    case commlayer::kErrInsecureAuth: return kInsecureAuth;
     case commlayer::kErrNoDevice: return kNoDevice;
     default: return nullptr;
     }
@@ -80,7 +83,7 @@ QString CErrorInfoMgr::GetErrorInfoByCode(int first, int second)
 QStringList CErrorInfoMgr::AllKeys()
 {
     return {kPassword, kConnect, kSend, kRecv, kTimeout, kBadAnswer, kRefused, kNoPermission, kBusy, kLibraryFull,
-        kServerError, kForbidden, kNotSupported, kHttp, kParam, kTls, kNoDevice};
+        kServerError, kForbidden, kNotSupported, kHttp, kParam, kTls, kInsecureAuth, kNoDevice};
 }
 
 } // namespace UiDataController

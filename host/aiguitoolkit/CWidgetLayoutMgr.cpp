@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFile>
+#include <QVariant>
 #include <QWidget>
 #include <QXmlStreamReader>
 
@@ -150,6 +151,11 @@ void CWidgetLayoutMgr::Relayout()
     for (QWidget* w : m_windows) {
         if (!shown.contains(w) || (m_pMaximized != nullptr && w != m_pMaximized))
             w->hide();
+        // A window that has the container to itself may show its camera's
+        // full-resolution stream; one among several, the small one.
+        const bool sole = m_pMaximized != nullptr ? w == m_pMaximized : shown.size() == 1 && shown.contains(w);
+        if (w->property(kSoleViewProperty).toBool() != sole)
+            w->setProperty(kSoleViewProperty, sole);
     }
     if (m_pMaximized != nullptr) {
         m_pMaximized->setGeometry(area);

@@ -10,6 +10,8 @@
 //     </Layout>
 //   </WidgetLayout>
 // The manager does not own the windows or the container. GUI thread.
+// Each window's dynamic property "soleView" (kSoleViewProperty) tells whether
+// it has the container to itself (maximised, or a one-window division).
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -50,6 +52,7 @@ public:
     QWidget* MaximizedWindow() const { return m_pMaximized; }
 
     static QVector<Layout> BuiltInLayouts();
+    static constexpr const char* kSoleViewProperty = "soleView";
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -40,6 +40,8 @@ bool CConfigMgr::Load(const QString& path)
         dev.name = d.value(QStringLiteral("name")).toString().toStdString();
         dev.address = d.value(QStringLiteral("address")).toString(QStringLiteral("127.0.0.1")).toStdString();
         dev.port = d.value(QStringLiteral("port")).toInt(80);
+        dev.rtspPort = d.value(QStringLiteral("rtspPort")).toInt(554);
+        dev.rtspOverUdp = d.value(QStringLiteral("rtspTransport")).toString() == QLatin1String("udp");
         dev.scheme = d.value(QStringLiteral("scheme")).toString(QStringLiteral("http")).toStdString();
         dev.user = d.value(QStringLiteral("user")).toString().toStdString();
         dev.password = d.value(QStringLiteral("password")).toString().toStdString();
@@ -53,6 +55,8 @@ bool CConfigMgr::Load(const QString& path)
             ch.name = c.value(QStringLiteral("name")).toString().toStdString();
             ch.area = c.value(QStringLiteral("area")).toString().toStdString();
             ch.streamUrl = c.value(QStringLiteral("streamUrl")).toString().toStdString();
+            ch.mainStream = c.value(QStringLiteral("mainStream")).toString().toStdString();
+            ch.subStream = c.value(QStringLiteral("subStream")).toString().toStdString();
             if (ch.cameraId.empty())
                 ch.cameraId = dev.id + "-CH" + std::to_string(ch.channel);
             dev.channels.push_back(std::move(ch));

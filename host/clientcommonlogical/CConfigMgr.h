@@ -16,6 +16,10 @@ struct ChannelConfig {
     std::string name;
     std::string area;
     std::string streamUrl;  // empty: the device's own live stream of this channel
+    // The camera's main (full resolution) and sub (small) stream: an RTSP URL
+    // without credentials, or a path on the device's RTSP port ("/ch1/h264/main").
+    std::string mainStream{};
+    std::string subStream{};
 };
 
 struct DeviceConfig {
@@ -23,11 +27,13 @@ struct DeviceConfig {
     std::string name;
     std::string address;
     int port = 80;
+    int rtspPort = 554;
+    bool rtspOverUdp = false;  // RTSP media over UDP ("rtspTransport": "udp"); TCP by default
     std::string scheme = "http";
     std::string user;
     std::string password;
     bool verifyPeer = true;   // https: verify the certificate
-    std::string caFile;       // https: extra trusted certificate
+    std::string caFile;       // https: trust only this PEM (a private CA, or the device's own certificate pinned) instead of the system store
     std::vector<ChannelConfig> channels;
 };
 

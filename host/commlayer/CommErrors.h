@@ -16,6 +16,7 @@ enum TransportError : int {
     kErrHttp = 13,         // other HTTP error status without a status document
     kErrParam = 17,        // bad request record
     kErrTls = 29,          // TLS handshake or certificate verification failed
+    kErrInsecureAuth = 31, // the device asked for the password in clear outside verified TLS
     kErrNoDevice = 47,     // device identifier not in the host configuration
 };
 

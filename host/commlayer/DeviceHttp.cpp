@@ -21,6 +21,8 @@ struct Transfer {
     HttpResult* result = nullptr;
     bool headersReported = false;
     bool aborted = false;
+    bool offeredBasic = false;
+    bool offeredDigest = false;
 };
 
 size_t onHeader(char* data, size_t size, size_t n, void* user)
@@ -33,6 +35,7 @@ size_t onHeader(char* data, size_t size, size_t n, void* user)
         t->result->body.clear();
         t->result->contentType.clear();
         t->headersReported = false;
+        t->offeredBasic = t->offeredDigest = false;
         const size_t sp = line.find(' ');
         t->result->status = sp == std::string::npos ? 0 : std::atol(line.c_str() + sp + 1);
     } else if ((line == "\r\n" || line == "\n") && t->ex->sink && !t->headersReported && t->result->status >= 200
@@ -48,6 +51,9 @@ size_t onHeader(char* data, size_t size, size_t n, void* user)
         while (!v.empty() && (v.back() == '\r' || v.back() == '\n' || v.back() == ' '))
             v.pop_back();
         t->result->contentType = v;
+    } else if (line.size() > 17 && strncasecmp(line.c_str(), "www-authenticate:", 17) == 0) {
+        t->offeredBasic = t->offeredBasic || strcasestr(line.c_str() + 17, "basic") != nullptr;
+        t->offeredDigest = t->offeredDigest || strcasestr(line.c_str() + 17, "digest") != nullptr;
     }
     return len;
 }
@@ -150,7 +156,10 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(curl, CURLOPT_HTTPAUTH, long(CURLAUTH_DIGEST));
+    // The password travels only hashed (digest), or in clear inside a TLS
+    // connection whose certificate was verified.
+    const bool verifiedTls = dev.scheme == "https" && dev.verifyPeer;
+    curl_easy_setopt(curl, CURLOPT_HTTPAUTH, verifiedTls ? long(CURLAUTH_DIGEST | CURLAUTH_BASIC) : long(CURLAUTH_DIGEST));
     curl_easy_setopt(curl, CURLOPT_USERNAME, dev.user.c_str());
     curl_easy_setopt(curl, CURLOPT_PASSWORD, dev.password.c_str());
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, ex.connectTimeoutMs);
@@ -199,6 +208,7 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     result.curlCode = curl_easy_perform(curl);
     if (result.curlCode == CURLE_OK || result.status == 0)
         curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &result.status);
+    result.insecureAuthRefused = result.status == 401 && t.offeredBasic && !t.offeredDigest && !verifiedTls;
     curl_easy_cleanup(curl);
     curl_slist_free_all(headers);
     return result;
@@ -293,7 +303,10 @@ bool CheckResult(const HttpResult& r, bool requireWellFormed)
         break;
     }
     if (first == kErrNone) {
-        if (r.status == 401) {
+        if (r.insecureAuthRefused) {
+            first = kErrInsecureAuth;
+            second = 401;
+        } else if (r.status == 401) {
             first = kErrPassword;
             second = 401;
         } else if (r.status < 200 || r.status >= 300) {

@@ -37,6 +37,8 @@ struct HttpResult {
     long status = 0;
     std::string contentType;
     std::string body;
+    // A 401 offered only Basic where the password may not travel in clear.
+    bool insecureAuthRefused = false;
 };
 
 void GlobalInit();

@@ -1,5 +1,6 @@
 #include "playwindow/CStreamDecoder.h"
 
+#include <QUrl>
 #include <chrono>
 
 extern "C" {
@@ -12,7 +13,9 @@ extern "C" {
 
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
-#include "playwindow/CStreamSource.h"
+#include "commlayer/CommErrors.h"
+#include "playwindow/CRtspAuthGuard.h"
+#include "playwindow/CTransportInput.h"
 
 namespace playwindow {
 namespace {
@@ -71,6 +74,8 @@ struct CStreamDecoder::Session {
     AVFrame* frame = nullptr;
     int videoIndex = -1;
     int audioIndex = -1;
+    std::unique_ptr<CTransportInput> input;  // outlives fmt, which reads through it
+    std::unique_ptr<CRtspAuthGuard> guard;   // likewise for RTSP with credentials
 
     ~Session()
     {
@@ -86,7 +91,10 @@ struct CStreamDecoder::Session {
     }
 };
 
-CStreamDecoder::CStreamDecoder(QString url, Callbacks callbacks) : m_url(std::move(url)), m_cb(std::move(callbacks)) {}
+CStreamDecoder::CStreamDecoder(CStreamSource source, Callbacks callbacks)
+    : m_source(std::move(source)), m_cb(std::move(callbacks))
+{
+}
 
 CStreamDecoder::~CStreamDecoder()
 {
@@ -112,13 +120,18 @@ void CStreamDecoder::Start()
     m_thread = std::thread(&CStreamDecoder::Run, this);
 }
 
-void CStreamDecoder::Stop()
+void CStreamDecoder::RequestStop()
 {
     {
         std::lock_guard<std::mutex> lock(m_waitMutex);
         m_stop = true;
     }
     m_waitCv.notify_all();
+}
+
+void CStreamDecoder::Stop()
+{
+    RequestStop();
     if (m_thread.joinable())
         m_thread.join();
     std::lock_guard<std::mutex> lock(m_audioMutex);
@@ -201,12 +214,19 @@ void CStreamDecoder::Run()
         if (m_cb.status)
             m_cb.status(State::Connecting, QString());
         QString failure;
-        const bool played = RunOnce(failure);
+        State final = State::Stopped;
+        const bool played = RunOnce(failure, final);
         if (m_stop)
             break;
+        if (final != State::Stopped) {
+            BASE_LOG_ERROR("stream %s refused: %s", qUtf8Printable(m_source.url), qUtf8Printable(failure));
+            if (m_cb.status)
+                m_cb.status(final, failure);
+            break;
+        }
         if (played)
             attempt = 0;  // it worked for a while: retry quickly
-        BASE_LOG_WARN("stream %s: %s", qUtf8Printable(RedactedUrl(m_url)), qUtf8Printable(failure));
+        BASE_LOG_WARN("stream %s: %s", qUtf8Printable(m_source.url), qUtf8Printable(failure));
         if (m_cb.status)
             m_cb.status(State::Retrying, failure);
         if (!WaitBackoff(BackoffMs(attempt++)))
@@ -214,9 +234,31 @@ void CStreamDecoder::Run()
     }
     if (m_cb.status)
         m_cb.status(State::Stopped, QString());
+    m_finished = true;
 }
 
-bool CStreamDecoder::RunOnce(QString& failure)
+namespace {
+// Why the device transport could not open a stream, for the window and the log.
+QString TransportFailure(const std::pair<int, int>& error, CStreamDecoder::State& final)
+{
+    switch (error.first) {
+    case commlayer::kErrTls:
+        final = CStreamDecoder::State::CertificateNotTrusted;
+        return QStringLiteral("the device's certificate is not trusted (password not sent)");
+    case commlayer::kErrInsecureAuth:
+        final = CStreamDecoder::State::PasswordRefused;
+        return QStringLiteral("the device asked for the password in clear text (not sent)");
+    case commlayer::kErrPassword: return QStringLiteral("wrong user name or password");
+    case commlayer::kErrConnect: return QStringLiteral("Connection refused");
+    case commlayer::kErrTimeout: return QStringLiteral("no answer");
+    case commlayer::kErrHttp:
+    case commlayer::kErrDeviceStatus: return QStringLiteral("the device answered %1").arg(error.second);
+    default: return QStringLiteral("transfer failed [%1-%2]").arg(error.first).arg(error.second);
+    }
+}
+} // namespace
+
+bool CStreamDecoder::RunOnce(QString& failure, State& final)
 {
     Session s;
     s.fmt = avformat_alloc_context();
@@ -226,19 +268,62 @@ bool CStreamDecoder::RunOnce(QString& failure)
     }
     s.fmt->interrupt_callback.callback = &CStreamDecoder::InterruptCallback;
     s.fmt->interrupt_callback.opaque = this;
+    ArmDeadline(kOpenTimeoutMs);
+    const AVInputFormat* format = nullptr;
+    if (m_source.viaTransport) {
+        s.input = std::make_unique<CTransportInput>(m_source.device, m_source.path, [this] {
+            return InterruptCallback(this) != 0;
+        });
+        switch (s.input->Open()) {
+        case CTransportInput::Outcome::Open:
+            break;
+        case CTransportInput::Outcome::Failed:
+            failure = TransportFailure(s.input->Error(), final);
+            return false;
+        case CTransportInput::Outcome::Interrupted:
+            failure = QStringLiteral("no answer");
+            return false;
+        }
+        s.fmt->pb = s.input->Io();
+        s.fmt->flags |= AVFMT_FLAG_CUSTOM_IO;
+        format = s.input->Format();
+    }
     AVDictionary* opts = nullptr;
     av_dict_set(&opts, "rw_timeout", "5000000", 0);
     av_dict_set(&opts, "probesize", "1000000", 0);
     av_dict_set(&opts, "analyzeduration", "1500000", 0);
-    if (m_url.startsWith(QLatin1String("rtsp"), Qt::CaseInsensitive)) {
-        av_dict_set(&opts, "rtsp_transport", "tcp", 0);
+    QString openUrl = m_source.url;
+    const bool rtsp = m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive);
+    if (rtsp) {
+        // Interleaved in the RTSP connection: no loss, and one port through firewalls.
+        av_dict_set(&opts, "rtsp_transport", m_source.rtspOverUdp ? "udp" : "tcp", 0);
         av_dict_set(&opts, "timeout", "5000000", 0);
+        // The codec parameters come with the session description: little to probe.
+        av_dict_set(&opts, "probesize", "200000", 0);
+        av_dict_set(&opts, "analyzeduration", "400000", 0);
+        if (!m_source.device.user.empty()) {
+            s.guard = std::make_unique<CRtspAuthGuard>(m_source.device.address, m_source.device.port);
+            if (!s.guard->Start()) {
+                av_dict_free(&opts);
+                failure = QStringLiteral("no local port");
+                return false;
+            }
+            QUrl u(m_source.url);
+            u.setHost(QStringLiteral("127.0.0.1"));
+            u.setPort(s.guard->Port());
+            u.setUserName(QString::fromStdString(m_source.device.user));
+            u.setPassword(QString::fromStdString(m_source.device.password));
+            openUrl = u.toString(QUrl::FullyEncoded);
+        }
     }
-    ArmDeadline(kOpenTimeoutMs);
-    int ret = avformat_open_input(&s.fmt, m_url.toUtf8().constData(), nullptr, &opts);
+    int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : openUrl.toUtf8().constData(), format, &opts);
     av_dict_free(&opts);
     if (ret < 0) {
         failure = AvError(ret);
+        if (s.guard && s.guard->BasicRefused()) {
+            final = State::PasswordRefused;
+            failure = QStringLiteral("the device asked for the password in clear text (not sent)");
+        }
         return false;
     }
     ArmDeadline(kOpenTimeoutMs);
@@ -260,9 +345,16 @@ bool CStreamDecoder::RunOnce(QString& failure)
     }
     g_liveDecoders.fetch_add(1);
     avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
-    // One thread per window: frame threading only adds latency to live video,
-    // and the windows already spread over the cores.
-    s.video->thread_count = 1;
+    // Small streams: one thread per window, the windows spread over the
+    // cores. A main stream alone in its window gets the cores, at the cost of
+    // one frame of latency for frame threads.
+    const AVCodecParameters* par = s.fmt->streams[s.videoIndex]->codecpar;
+    if (par->width * par->height >= 1280 * 720) {
+        s.video->thread_count = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
+        s.video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    } else {
+        s.video->thread_count = 1;
+    }
     if ((ret = avcodec_open2(s.video, vcodec, nullptr)) < 0) {
         failure = AvError(ret);
         return false;

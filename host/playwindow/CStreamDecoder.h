@@ -5,6 +5,10 @@
 // Every blocking FFmpeg call is bounded by rw_timeout and an interrupt
 // callback with a deadline, so Stop() returns promptly; Stop() (and the
 // destructor) join the thread. The callbacks run on the decode thread.
+// HTTP(S) sources are fetched by the device transport and fed to FFmpeg
+// (CTransportInput). A certificate that is not trusted, or a device asking
+// for the password in clear, ends the stream for good: retrying would only
+// knock on the same door.
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -16,25 +20,31 @@
 #include <mutex>
 #include <thread>
 
+#include "playwindow/CStreamSource.h"
+
 namespace playwindow {
 
 class CAudioOutput;
 
 class CStreamDecoder final {
 public:
-    enum class State { Connecting, Playing, Retrying, Stopped };
+    // CertificateNotTrusted and PasswordRefused are final (Stopped follows).
+    enum class State { Connecting, Playing, Retrying, CertificateNotTrusted, PasswordRefused, Stopped };
     struct Callbacks {
         std::function<void()> frameReady;  // a new picture waits in TakeFrame()
         std::function<void(State, QString)> status;
     };
 
-    CStreamDecoder(QString url, Callbacks callbacks);
+    CStreamDecoder(CStreamSource source, Callbacks callbacks);
     ~CStreamDecoder();
     CStreamDecoder(const CStreamDecoder&) = delete;
     CStreamDecoder& operator=(const CStreamDecoder&) = delete;
 
     void Start();
     void Stop();
+    // Asks the thread to end without waiting; Stop() or the destructor joins it.
+    void RequestStop();
+    bool Finished() const { return m_finished.load(); }
 
     // The size of the area the picture is shown in; the picture keeps its aspect.
     void SetTargetSize(const QSize& size);
@@ -58,16 +68,18 @@ public:
 private:
     struct Session;
     void Run();
-    bool RunOnce(QString& failure);
+    // Plays until the stream fails; true when pictures came. final: do not retry.
+    bool RunOnce(QString& failure, State& final);
     bool WaitBackoff(int ms);
     static int InterruptCallback(void* opaque);
     QImage& PooledImage(int w, int h);
     void ArmDeadline(int ms);
 
-    const QString m_url;
+    const CStreamSource m_source;
     Callbacks m_cb;
     std::thread m_thread;
     std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_finished{false};
     std::atomic<int64_t> m_deadlineMs{0};
     std::mutex m_waitMutex;
     std::condition_variable m_waitCv;

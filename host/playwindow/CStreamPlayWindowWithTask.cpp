@@ -5,10 +5,14 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 
+#include <algorithm>
+
 #include "Base/Log.h"
+#include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamSource.h"
@@ -16,6 +20,7 @@
 
 namespace {
 constexpr int kToolBarHeight = 28;
+constexpr int kNoSignalMs = 2000;
 
 bool CarriesCamera(const QMimeData* data)
 {
@@ -48,8 +53,18 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
     m_pMessage->setWordWrap(true);
     m_pMessage->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_pMessage->setStyleSheet(QStringLiteral(
-        "QLabel#m_pMessageLabel{color:#ffffff;background-color:rgba(0,0,0,0.6);padding:6px;border-radius:3px;}"));
+        "QLabel#m_pMessageLabel{color:#ffffff;background-color:rgba(0,0,0,0.6);padding:6px;border-radius:3px;}"
+        "QLabel#m_pMessageLabel[alert=\"true\"]{background-color:rgba(170,30,30,0.85);font-weight:bold;}"));
     m_pMessage->hide();
+    // A stream that is connected but sends nothing says so before its read time-out.
+    m_pStallTimer = new QTimer(this);
+    m_pStallTimer->setInterval(500);
+    connect(m_pStallTimer, &QTimer::timeout, this, [this] {
+        if (m_decoder && HasFrame() && !m_bStalled && m_frameClock.elapsed() > kNoSignalMs) {
+            m_bStalled = true;
+            ShowMessage(tr("No signal"));
+        }
+    });
     m_pMessageTimer = new QTimer(this);
     m_pMessageTimer->setSingleShot(true);
     connect(m_pMessageTimer, &QTimer::timeout, m_pMessage, &QWidget::hide);
@@ -87,9 +102,14 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
 CStreamPlayWindowWithTask::~CStreamPlayWindowWithTask()
 {
     // Joined here, not by a member destructor, so no callback reaches a half-destroyed window.
-    if (m_decoder)
-        m_decoder->Stop();
+    for (auto* d : {&m_decoder, &m_pending})
+        if (*d)
+            (*d)->Stop();
+    for (auto& d : m_retired)
+        d->Stop();
     m_decoder.reset();
+    m_pending.reset();
+    m_retired.clear();
 }
 
 void CStreamPlayWindowWithTask::SetToolBarBtnList(const QList<int>& buttons, const QList<int>& extraButtons)
@@ -111,15 +131,19 @@ bool CStreamPlayWindowWithTask::StartPreview(const std::string& cameraId, int iV
     vantordesk::IElement* element = m_pPlugin != nullptr ? m_pPlugin->GetElement(cameraId) : nullptr;
     const auto* camera = element != nullptr && element->GetElementType() == vantordesk::ElementCamera
         ? static_cast<vantordesk::ICamera*>(element) : nullptr;
-    const QString url = camera != nullptr ? playwindow::StreamUrlOf(*camera, m_settings) : QString();
-    if (url.isEmpty()) {
+    const bool sole = property(aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty).toBool();
+    const playwindow::CStreamSource source = camera != nullptr
+        ? playwindow::CStreamSource::OfCamera(*camera, m_settings, sole) : playwindow::CStreamSource();
+    if (source.IsEmpty()) {
         StopPreview();
         BeginPreview(cameraId, QString());
         ShowMessage(tr("The camera is not available."));
         m_iStartValue = iValue;
         return true;
     }
-    StartPreviewUrl(url, cameraId);
+    StartSource(source, cameraId);
+    m_bProfiles = playwindow::CStreamSource::HasProfiles(*camera);
+    m_bMainStream = sole;
     m_iStartValue = iValue;
     m_pTitle->setText(QString::fromStdString(camera->GetElementName()));
     return true;
@@ -140,10 +164,27 @@ void CStreamPlayWindowWithTask::BeginPreview(const std::string& cameraId, const 
 
 bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::string& cameraId)
 {
-    if (url.isEmpty())
+    return StartSource(playwindow::CStreamSource::OfUrl(url), cameraId);
+}
+
+bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& source, const std::string& cameraId)
+{
+    if (source.IsEmpty())
         return false;
     StopPreview();
-    const quint64 generation = ++m_generation;
+    m_generation = ++m_lastGeneration;
+    m_decoder = MakeDecoder(source, m_generation);
+    m_bPlayedOnce = false;
+    m_bStalled = false;
+    m_pStallTimer->start();
+    ShowMessage(tr("Connecting..."));
+    BeginPreview(cameraId, source.url);
+    return true;
+}
+
+std::unique_ptr<playwindow::CStreamDecoder> CStreamPlayWindowWithTask::MakeDecoder(
+    const playwindow::CStreamSource& source, quint64 generation)
+{
     playwindow::CStreamDecoder::Callbacks cb;
     // The decoder calls these on its thread; they only post to the GUI thread,
     // tagged with the generation so a late post of an old stream is ignored.
@@ -155,12 +196,57 @@ bool CStreamPlayWindowWithTask::StartPreviewUrl(const QString& url, const std::s
             OnDecoderStatus(generation, static_cast<int>(state), message);
         }, Qt::QueuedConnection);
     };
-    m_decoder = std::make_unique<playwindow::CStreamDecoder>(url, std::move(cb));
-    m_decoder->SetTargetSize(size());
-    ShowMessage(tr("Connecting..."));
-    m_decoder->Start();
-    BeginPreview(cameraId, url);
-    return true;
+    auto decoder = std::make_unique<playwindow::CStreamDecoder>(source, std::move(cb));
+    decoder->SetTargetSize(size());
+    decoder->Start();
+    return decoder;
+}
+
+void CStreamPlayWindowWithTask::ChooseStream(bool mainStream)
+{
+    if (mainStream == m_bMainStream)
+        return;
+    m_bMainStream = mainStream;
+    if (!m_bPreviewing || !m_bProfiles || m_pPlugin == nullptr)
+        return;
+    vantordesk::IElement* element = m_pPlugin->GetElement(m_strCameraID);
+    if (element == nullptr || element->GetElementType() != vantordesk::ElementCamera)
+        return;
+    const auto source = playwindow::CStreamSource::OfCamera(*static_cast<vantordesk::ICamera*>(element), m_settings,
+        mainStream);
+    if (source.IsEmpty() || source.url == m_strUrl) {
+        Retire(std::move(m_pending));
+        return;
+    }
+    // The current stream stays on screen until the new one has its first picture.
+    Retire(std::move(m_pending));
+    m_pendingGeneration = ++m_lastGeneration;
+    m_pendingUrl = source.url;
+    m_pending = MakeDecoder(source, m_pendingGeneration);
+    BASE_LOG_INFO("window %d: switching %s to its %s stream", m_iIndex, m_strCameraID.c_str(),
+        mainStream ? "main" : "sub");
+}
+
+void CStreamPlayWindowWithTask::Retire(std::unique_ptr<playwindow::CStreamDecoder> decoder)
+{
+    // Finished threads are joined at once; the one just asked to stop ends
+    // on its own and is joined later, so the GUI does not wait for it.
+    m_retired.erase(std::remove_if(m_retired.begin(), m_retired.end(),
+                        [](const std::unique_ptr<playwindow::CStreamDecoder>& d) { return d->Finished(); }),
+        m_retired.end());
+    if (decoder) {
+        decoder->RequestStop();
+        m_retired.push_back(std::move(decoder));
+    }
+}
+
+bool CStreamPlayWindowWithTask::event(QEvent* event)
+{
+    if (event->type() == QEvent::DynamicPropertyChange
+        && static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName()
+            == aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty)
+        ChooseStream(property(aiguitoolkit::CWidgetLayoutMgr::kSoleViewProperty).toBool());
+    return QFrame::event(event);
 }
 
 void CStreamPlayWindowWithTask::StopPreview()
@@ -168,10 +254,16 @@ void CStreamPlayWindowWithTask::StopPreview()
     if (!m_bPreviewing)
         return;
     m_bPreviewing = false;
-    ++m_generation;
+    m_generation = ++m_lastGeneration;
+    m_pendingGeneration = 0;
     if (m_decoder)
         m_decoder->Stop();
     m_decoder.reset();
+    if (m_pending)
+        m_pending->Stop();
+    m_pending.reset();
+    m_bProfiles = false;
+    m_pStallTimer->stop();
     const std::string cameraId = m_strCameraID;
     m_strCameraID.clear();
     m_strUrl.clear();
@@ -244,12 +336,28 @@ uint64_t CStreamPlayWindowWithTask::BadPackets() const
 
 void CStreamPlayWindowWithTask::OnFrameReady(quint64 generation)
 {
+    if (generation != 0 && generation == m_pendingGeneration && m_pending) {
+        Retire(std::move(m_decoder));
+        m_decoder = std::move(m_pending);
+        m_generation = generation;
+        m_pendingGeneration = 0;
+        m_strUrl = m_pendingUrl;
+        if (m_bSound && !m_decoder->EnableSound(true))
+            CloseSound();
+        m_pMessage->hide();
+    }
     if (generation != m_generation || !m_decoder)
         return;
     QImage frame = m_decoder->TakeFrame();
     if (frame.isNull())
         return;
     m_pVideo->SetFrame(std::move(frame));
+    m_frameClock.restart();
+    m_bPlayedOnce = true;
+    if (m_bStalled) {
+        m_bStalled = false;
+        m_pMessage->hide();
+    }
 }
 
 void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, const QString& message)
@@ -259,7 +367,7 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
     switch (static_cast<playwindow::CStreamDecoder::State>(state)) {
     case playwindow::CStreamDecoder::State::Connecting:
         if (!HasFrame())
-            ShowMessage(tr("Connecting..."));
+            ShowMessage(m_bPlayedOnce ? tr("Reconnecting...") : tr("Connecting..."));
         break;
     case playwindow::CStreamDecoder::State::Playing:
         if (message.isEmpty())
@@ -271,13 +379,26 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
         m_pVideo->Clear();
         ShowMessage(tr("No video (%1). Retrying...").arg(message));
         break;
+    case playwindow::CStreamDecoder::State::CertificateNotTrusted:
+        m_pVideo->Clear();
+        ShowMessage(tr("Certificate not trusted. The video was stopped; the password was not sent."), 0, true);
+        break;
+    case playwindow::CStreamDecoder::State::PasswordRefused:
+        m_pVideo->Clear();
+        ShowMessage(tr("Password not sent: the device asked for it without encryption."), 0, true);
+        break;
     case playwindow::CStreamDecoder::State::Stopped:
         break;
     }
 }
 
-void CStreamPlayWindowWithTask::ShowMessage(const QString& text, int ms)
+void CStreamPlayWindowWithTask::ShowMessage(const QString& text, int ms, bool alert)
 {
+    if (m_pMessage->property("alert").toBool() != alert) {
+        m_pMessage->setProperty("alert", alert);
+        m_pMessage->style()->unpolish(m_pMessage);
+        m_pMessage->style()->polish(m_pMessage);
+    }
     m_pMessage->setText(text);
     m_pMessage->adjustSize();
     UpdateChildren();
@@ -299,9 +420,15 @@ void CStreamPlayWindowWithTask::UpdateChildren()
     m_pVideo->setVisible(playing);
     if (m_decoder)
         m_decoder->SetTargetSize(r.size());
-    const int mw = qMin(r.width() - 16, qMax(160, m_pMessage->sizeHint().width()));
-    m_pMessage->setFixedWidth(qMax(40, mw));
-    m_pMessage->adjustSize();
+    if (m_pending)
+        m_pending->SetTargetSize(r.size());
+    // One line when it fits in four fifths of the window, wrapped beyond.
+    QFont font = m_pMessage->font();
+    font.setBold(m_pMessage->property("alert").toBool());
+    const int textWidth = QFontMetrics(font).horizontalAdvance(m_pMessage->text()) + 32;
+    const int mw = qMax(40, qMin(r.width() - 16, qBound(160, textWidth, qMax(160, r.width() * 4 / 5))));
+    const int mh = m_pMessage->heightForWidth(mw);
+    m_pMessage->setFixedSize(mw, mh > 0 ? mh : m_pMessage->sizeHint().height());
     m_pMessage->move((r.width() - m_pMessage->width()) / 2, (r.height() - m_pMessage->height()) / 2);
     m_pToolBar->setGeometry(0, 0, r.width(), kToolBarHeight);
     m_pToolBar->setVisible(m_bToolBar && playing && m_bHover);

@@ -7,11 +7,13 @@
 // accepts cameras dropped from a tree (mime data with the properties
 // "GroupGUID" and "CameraGUID"). Created, driven and destroyed on the GUI
 // thread; stopping a preview (or destroying the window) joins its thread.
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QImage>
 #include <QList>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "playwindow/CLiveViewEvent.h"
 #include "publicdatacontroller/CLocalDataManagerDelegate.h"
@@ -23,6 +25,7 @@ class QToolButton;
 
 namespace playwindow {
 class CStreamDecoder;
+struct CStreamSource;
 class CVideoSurface;
 }
 
@@ -48,12 +51,15 @@ public:
     // which says so until it is stopped; false only for an empty identifier.
     bool StartPreview(const std::string& cameraId, int iValue, int iReserved1, int iReserved2);
     // Starts a stream by URL (the camera identifier is only reported).
+    // Credentials in the URL are used for the device but never kept in it.
     bool StartPreviewUrl(const QString& url, const std::string& cameraId);
     void StopPreview();
     bool IsPreviewing() const { return m_bPreviewing; }
     // Previewing, and the stream is being fetched (the camera was found).
     bool HasStream() const { return m_decoder != nullptr; }
     std::string GetPreviewCameraID() const { return m_strCameraID; }
+    // The stream shown now, without credentials (stream information).
+    QString PlayingUrl() const { return m_strUrl; }
     int GetStartValue() const { return m_iStartValue; }
 
     bool IsSoundOpen() const { return m_bSound; }
@@ -91,19 +97,35 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    bool event(QEvent* event) override;
+
     void OnFrameReady(quint64 generation);
     void OnDecoderStatus(quint64 generation, int state, const QString& message);
+    bool StartSource(const playwindow::CStreamSource& source, const std::string& cameraId);
+    std::unique_ptr<playwindow::CStreamDecoder> MakeDecoder(const playwindow::CStreamSource& source, quint64 generation);
+    // Main stream while the window has its grid to itself, sub stream otherwise.
+    void ChooseStream(bool mainStream);
+    void Retire(std::unique_ptr<playwindow::CStreamDecoder> decoder);
     void BeginPreview(const std::string& cameraId, const QString& url);
-    void ShowMessage(const QString& text, int ms = 0);
+    // alert: a refusal the operator must act on (shown in red).
+    void ShowMessage(const QString& text, int ms = 0, bool alert = false);
     void UpdateChildren();
 
     int m_iIndex;
     CLiveViewControllerPlugin* m_pPlugin = nullptr;
     publicdatacontroller::StreamSettings m_settings;
     std::unique_ptr<playwindow::CStreamDecoder> m_decoder;
-    quint64 m_generation = 0;
+    quint64 m_generation = 0;      // of m_decoder's posts
+    quint64 m_lastGeneration = 0;
+    // The stream being switched to, shown once it has a picture.
+    std::unique_ptr<playwindow::CStreamDecoder> m_pending;
+    quint64 m_pendingGeneration = 0;
+    QString m_pendingUrl;
+    std::vector<std::unique_ptr<playwindow::CStreamDecoder>> m_retired;  // stopping, joined when done
+    bool m_bProfiles = false;     // the camera has main and sub streams
+    bool m_bMainStream = false;
     std::string m_strCameraID;
-    QString m_strUrl;
+    QString m_strUrl;  // never with credentials
     int m_iStartValue = 0;
     bool m_bPreviewing = false;
     bool m_bSound = false;
@@ -120,4 +142,8 @@ private:
     QToolButton* m_pSoundBtn = nullptr;
     QPushButton* m_pCloseBtn = nullptr;
     class QTimer* m_pMessageTimer = nullptr;
+    class QTimer* m_pStallTimer = nullptr;
+    QElapsedTimer m_frameClock;  // since the last picture
+    bool m_bStalled = false;
+    bool m_bPlayedOnce = false;
 };

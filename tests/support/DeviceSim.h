@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <arpa/inet.h>
+#include <csignal>
 #include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -83,6 +84,8 @@ public:
     }
 
     int port() const { return m_port; }
+    // Freezes the process (a device that stalls without closing anything) or lets it go on.
+    void freeze(bool frozen) { ::kill(pid_t(m_proc.processId()), frozen ? SIGSTOP : SIGCONT); }
 
     clientcommonlogical::DeviceConfig device(const std::string& id = "TEST0001",
         const std::string& password = kPassword) const

@@ -16,6 +16,45 @@
     </message>
 </context>
 <context>
+    <name>CStreamPlayWindowWithTask</name>
+    <message>
+        <source>No signal</source>
+        <translation>No signal</translation>
+    </message>
+    <message>
+        <source>Reconnecting...</source>
+        <translation>Reconnecting...</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <translation>Sound</translation>
+    </message>
+    <message>
+        <source>The camera is not available.</source>
+        <translation>The camera is not available.</translation>
+    </message>
+    <message>
+        <source>Connecting...</source>
+        <translation>Connecting...</translation>
+    </message>
+    <message>
+        <source>Stream problem: %1</source>
+        <translation>Stream problem: %1</translation>
+    </message>
+    <message>
+        <source>No video (%1). Retrying...</source>
+        <translation>No video (%1). Retrying...</translation>
+    </message>
+    <message>
+        <source>Certificate not trusted. The video was stopped; the password was not sent.</source>
+        <translation>Certificate not trusted. The video was stopped; the password was not sent.</translation>
+    </message>
+    <message>
+        <source>Password not sent: the device asked for it without encryption.</source>
+        <translation>Password not sent: the device asked for it without encryption.</translation>
+    </message>
+</context>
+<context>
     <name>UiDataController::CErrorInfoMgr</name>
     <message>
         <source>UserNameOrPasswordIsIncorrect</source>
@@ -80,6 +119,10 @@
     <message>
         <source>TheSecureConnectionToTheDeviceFailed</source>
         <translation>The secure connection to the device failed.</translation>
+    </message>
+    <message>
+        <source>TheDeviceAskedForThePasswordWithoutEncryption</source>
+        <translation>The device asked for the password without encryption; it was not sent.</translation>
     </message>
     <message>
         <source>TheDeviceIsNotConfigured</source>

@@ -1,0 +1,194 @@
+// A device password reaches nobody but the device: live video and device
+// requests against impostors on loopback (a plain-HTTP device asking for
+// Basic, TLS servers with certificates nobody trusts), and the real emulator
+// over TLS trusted through the configuration. Then a whole host run: the
+// password is in no log, snapshot or saved state.
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "Base/Base.h"
+#include "Base/Log.h"
+#include "UiDataController/CLogicModel.h"
+#include "commlayer/CommErrors.h"
+#include "playwindow/CLiveViewControllerPlugin.h"
+#include "playwindow/CStreamDecoder.h"
+#include "playwindow/CStreamPlayWindowWithTask.h"
+#include "support/DeviceSim.h"
+#include "support/PasswordTraps.h"
+
+namespace {
+
+const QByteArray kUser = "admin";
+const QByteArray kPassword = "Zebra-7f!Quartz";
+
+class ModelPlugin final : public CLiveViewControllerPlugin {
+public:
+    explicit ModelPlugin(UiDataController::CLogicModel& model) : m_model(model) {}
+    vantordesk::IElement* GetElement(const std::string& id) override { return m_model.GetElementByID(id); }
+
+private:
+    UiDataController::CLogicModel& m_model;
+};
+
+QByteArray readFrom(const QString& path, qint64 offset = 0)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    f.seek(offset);
+    return f.readAll();
+}
+
+clientcommonlogical::DeviceConfig deviceAt(const std::string& id, const char* scheme, int port, const QString& caFile,
+    const QByteArray& password)
+{
+    clientcommonlogical::DeviceConfig d;
+    d.id = id;
+    d.address = "127.0.0.1";
+    d.port = port;
+    d.scheme = scheme;
+    d.user = kUser.toStdString();
+    d.password = password.toStdString();
+    d.caFile = caFile.toStdString();
+    d.channels.push_back({1, id + "-CH1", "Door", "Lobby", std::string()});
+    return d;
+}
+
+TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
+{
+    QTemporaryDir dir;
+    const QString impostorCert = dir.filePath(QStringLiteral("impostor.pem"));
+    const QString deviceCert = dir.filePath(QStringLiteral("device.pem"));
+    ASSERT_TRUE(testsupport::MakeCertificate(impostorCert, dir.filePath(QStringLiteral("impostor.key"))));
+    ASSERT_TRUE(testsupport::MakeCertificate(deviceCert, dir.filePath(QStringLiteral("device.key"))));
+    testsupport::BasicAskingDevice basicAsker;
+    testsupport::TlsImpostor impostor(impostorCert, dir.filePath(QStringLiteral("impostor.key")));
+    testsupport::DeviceSim sim({"--tls-cert", deviceCert, "--tls-key", dir.filePath(QStringLiteral("device.key"))});
+    ASSERT_TRUE(sim.start());
+
+    enum Trap { Basic, Tls, None };
+    struct Row {
+        const char* id;
+        const char* scheme;
+        int port;
+        QString caFile;
+        QByteArray password;
+        Trap trap;
+        const char* shown;  // the window's message; empty: it plays
+        int requestError;
+    };
+    const Row rows[] = {
+        {"PLAINBASIC", "http", basicAsker.port(), QString(), kPassword, Basic, "Password not sent",
+            commlayer::kErrInsecureAuth},
+        {"IMPOSTOR", "https", impostor.port(), QString(), kPassword, Tls, "Certificate not trusted", commlayer::kErrTls},
+        {"PINNED", "https", impostor.port(), deviceCert, kPassword, Tls, "Certificate not trusted", commlayer::kErrTls},
+        {"EMULATOR", "https", sim.port(), deviceCert, testsupport::DeviceSim::kPassword, None, "", 0},
+    };
+    std::vector<clientcommonlogical::DeviceConfig> devices;
+    for (const Row& r : rows)
+        devices.push_back(deviceAt(r.id, r.scheme, r.port, r.caFile, r.password));
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
+    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
+        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
+    ModelPlugin plugin(model);
+    const QString logFile = QString::fromStdString(Base::Log::CurrentFile());
+
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.id);
+        const qint64 logStart = readFrom(logFile).size();
+        {
+            CStreamPlayWindowWithTask w(0);
+            w.SetLiveViewControllerPlugin(&plugin);
+            w.resize(480, 270);
+            w.show();
+            ASSERT_TRUE(w.StartPreview(std::string(r.id) + "-CH1", 100, 0, 0));
+            if (*r.shown == '\0') {
+                EXPECT_TRUE(testsupport::waitUntil([&w] { return testsupport::NonBlack(w.CurrentFrame()); }, 5000));
+            } else {
+                EXPECT_TRUE(testsupport::waitUntil([&] { return w.MessageText().startsWith(QLatin1String(r.shown)); }, 8000))
+                    << w.MessageText().toStdString();
+                testsupport::pump(1500);  // final: no retry replaces the message
+                EXPECT_TRUE(w.MessageText().startsWith(QLatin1String(r.shown))) << w.MessageText().toStdString();
+                EXPECT_FALSE(w.HasFrame());
+            }
+            w.StopPreview();
+        }
+        std::string answer;
+        EXPECT_EQ(testsupport::dvapi(r.id, "GET /DVAPI/System/deviceInfo\r\n", answer), r.requestError == 0);
+        EXPECT_EQ(Base::Error::GetLastError().first, r.requestError);
+
+        const QByteArray log = readFrom(logFile, logStart);
+        EXPECT_EQ(log.count("refused:"), *r.shown == '\0' ? 0 : 1) << log.constData();
+        EXPECT_EQ(log.count(QByteArray("[") + QByteArray::number(r.requestError) + "-"), r.requestError == 0 ? 0 : 1);
+        EXPECT_FALSE(testsupport::ContainsPassword(log, kUser, r.password)) << log.constData();
+        if (r.trap == Basic) {
+            const QByteArray got = basicAsker.received();
+            EXPECT_TRUE(got.contains("GET /DVAPI/Streaming/channels/1/mjpeg")) << got.constData();
+            EXPECT_TRUE(got.contains("GET /DVAPI/System/deviceInfo"));
+            EXPECT_FALSE(got.contains("Authorization")) << got.constData();
+            EXPECT_FALSE(testsupport::ContainsPassword(got, kUser, kPassword));
+        } else if (r.trap == Tls) {
+            const QByteArray got = impostor.received();
+            EXPECT_FALSE(got.contains("GET ")) << got.constData();  // nothing got past the handshake
+            EXPECT_FALSE(testsupport::ContainsPassword(got, kUser, kPassword));
+        }
+    }
+    EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);
+}
+
+TEST(PasswordExposure, HostRunKeepsThePasswordOutOfLogSnapshotAndState)
+{
+    testsupport::DeviceSim sim;
+    ASSERT_TRUE(sim.start());
+    QTemporaryDir dir;
+    QJsonArray channels;
+    QJsonArray playing;
+    for (int ch = 1; ch <= 4; ++ch) {
+        const QString id = QStringLiteral("TEST0001-CH%1").arg(ch);
+        channels.append(QJsonObject{{"channel", ch}, {"cameraId", id}, {"name", id}, {"area", "Lobby"}});
+        playing.append(QJsonObject{{"name", QString::fromLatin1(id.toUtf8().toBase64())}, {"values", QJsonArray()}});
+    }
+    const QJsonObject device{{"id", "TEST0001"}, {"address", "127.0.0.1"}, {"port", sim.port()}, {"scheme", "http"},
+        {"user", QString::fromLatin1(kUser)}, {"password", QString::fromLatin1(testsupport::DeviceSim::kPassword)},
+        {"channels", channels}};
+    QFile config(dir.filePath(QStringLiteral("host.json")));
+    ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+    config.write(QJsonDocument(QJsonObject{{"language", 2}, {"devices", QJsonArray{device}}}).toJson());
+    config.close();
+    const QString state = dir.filePath(QStringLiteral("state.json"));
+    QFile stateFile(state);
+    ASSERT_TRUE(stateFile.open(QIODevice::WriteOnly));
+    stateFile.write(QJsonDocument(QJsonObject{{"m_BodyTemperatureBtn", playing}}).toJson());
+    stateFile.close();
+
+    QProcess host;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("data")));
+    host.setProcessEnvironment(env);
+    host.start(testsupport::binDir() + QStringLiteral("/vantordesk"),
+        {QStringLiteral("--modules"), testsupport::binDir() + QStringLiteral("/modules"), QStringLiteral("--config"),
+            config.fileName(), QStringLiteral("--open"), QStringLiteral("m_BodyTemperatureBtn"),
+            QStringLiteral("--quit-after"), QStringLiteral("4"), QStringLiteral("--snapshot"),
+            dir.filePath(QStringLiteral("snap")), QStringLiteral("--state"), state, QStringLiteral("--data-dir"),
+            dir.filePath(QStringLiteral("component"))});
+    ASSERT_TRUE(host.waitForFinished(60000));
+    ASSERT_EQ(host.exitCode(), 0) << host.readAllStandardError().constData();
+
+    const QByteArray log = readFrom(dir.filePath(QStringLiteral("data/VantorDesk/vantordesk/logs/vantordesk.log")));
+    EXPECT_TRUE(log.contains("preview of TEST0001-CH4 started"));
+    const QByteArray widgets = readFrom(dir.filePath(QStringLiteral("snap/widgets.json")));
+    EXPECT_TRUE(widgets.contains("m_pStreamPlayWnd"));
+    const QByteArray saved = readFrom(state);
+    EXPECT_TRUE(saved.contains(QByteArray("TEST0001-CH4").toBase64()));  // the playing cameras were saved
+    for (const QByteArray* text : {&log, &widgets, &saved})
+        EXPECT_FALSE(testsupport::ContainsPassword(*text + host.readAllStandardError(), kUser,
+            testsupport::DeviceSim::kPassword));
+}
+
+} // namespace
