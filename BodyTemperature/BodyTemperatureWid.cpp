@@ -3,6 +3,7 @@
 #include <QGridLayout>
 
 #include "ui/CBodyTemperatureDlg.h"
+#include "ui/ShowCard/CComparisonDetail.h"
 
 namespace BodyTemperature {
 
@@ -25,6 +26,9 @@ BodyTemperatureWid::~BodyTemperatureWid()
 void BodyTemperatureWid::saveState()
 {
     m_listState.clear();
+    // A detail dialog left open would keep running its loop over a page that
+    // is no longer shown.
+    CComparisonDetail::CloseAllUnder(this);
     if (m_pDialog == nullptr)
         return;
     for (const QByteArray& id : m_pDialog->GetPlayingCameraIds())

@@ -14,6 +14,7 @@
 #include "AlertHub.h"
 #include "EventFactory.h"
 #include "PictureFactory.h"
+#include "SimCapabilities.h"
 #include "SimOptions.h"
 #include "SimStore.h"
 
@@ -53,6 +54,7 @@ public:
     SimStore store;          // thread-safe itself
     PictureFactory pictures; // thread-safe itself
     AlertHub hub;            // thread-safe itself
+    SimCapabilities capabilities;  // thread-safe itself
     std::atomic<bool> stopping{false};
 
     std::mutex mutex;  // guards the members below

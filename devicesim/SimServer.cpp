@@ -76,6 +76,7 @@ bool SimServer::start(std::string& error)
     }
     configureServer();
     addStreamRoutes(*m_http, m_sim);
+    addCapabilityRoutes(*m_http, m_sim);
     addFaceLibraryRoutes(*m_http, m_sim);
     addHfpdRoutes(*m_http, m_sim);
     addSdkRoutes(*m_http, m_sim);
