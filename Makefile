@@ -7,6 +7,8 @@ BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 SANITIZE ?= OFF
+# Warnings fail the build under CI (the CI variable set) unless told otherwise.
+WERROR ?= $(if $(CI),ON,OFF)
 
 .PHONY: deps configure build demo test tsan fuzz clean
 
@@ -14,7 +16,7 @@ deps:
 	@bash cmake/install-deps.sh
 
 configure: deps
-	@cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DBT_SANITIZE=$(SANITIZE) >/dev/null
+	@cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DBT_SANITIZE=$(SANITIZE) -DBT_WERROR=$(WERROR) >/dev/null
 
 build: configure
 	@cmake --build $(BUILD_DIR) -j $(JOBS)

@@ -1,13 +1,9 @@
-# bt_host_library(NAME [DEPS targets...])
-# A host kit library: a shared library built from every source file in the
-# calling folder (so adding a class needs no edit here), headers reachable as
-# <NAME/Header.h> from the host/ folder.
+# bt_host_library(NAME SOURCES files... [DEPS targets...])
+# A host kit library: a shared library of the listed files, headers reachable
+# as <NAME/Header.h> from the host/ folder.
 function(bt_host_library NAME)
-  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
-  file(GLOB _src CONFIGURE_DEPENDS
-    ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h
-    ${CMAKE_CURRENT_SOURCE_DIR}/*.qrc ${CMAKE_CURRENT_SOURCE_DIR}/*.ui)
-  add_library(${NAME} SHARED ${_src})
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+  add_library(${NAME} SHARED ${ARG_SOURCES})
   target_include_directories(${NAME} PUBLIC ${PROJECT_SOURCE_DIR}/host)
   target_link_libraries(${NAME} PUBLIC bt_options ${ARG_DEPS})
 endfunction()

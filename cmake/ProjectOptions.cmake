@@ -7,7 +7,13 @@ set_property(CACHE BT_SANITIZE PROPERTY STRINGS OFF ON address thread)
 # BT_FUZZ: clang only; instruments everything for coverage-guided fuzzing and
 # builds the fuzz targets as libFuzzer programs.
 option(BT_FUZZ "Build the fuzz targets as libFuzzer programs (clang)" OFF)
-option(BT_WERROR "Treat warnings as errors" OFF)
+# BT_WERROR: warnings fail the build; on by default under CI (the CI
+# environment variable set), so a warning never lands unnoticed.
+if(DEFINED ENV{CI})
+  option(BT_WERROR "Treat warnings as errors" ON)
+else()
+  option(BT_WERROR "Treat warnings as errors" OFF)
+endif()
 
 add_library(bt_options INTERFACE)
 target_compile_features(bt_options INTERFACE cxx_std_17)
@@ -15,11 +21,13 @@ set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 target_compile_options(bt_options INTERFACE
-  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wsuggest-override>)
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wsuggest-override -Wshadow -Wnon-virtual-dtor>)
 if(BT_WERROR)
   target_compile_options(bt_options INTERFACE -Werror)
 endif()
+# Every conversion between bytes and text is spelled out.
 target_compile_definitions(bt_options INTERFACE
+  QT_NO_CAST_FROM_ASCII
   QT_NO_CAST_TO_ASCII
   QT_NO_CAST_FROM_BYTEARRAY
   QT_NO_URL_CAST_FROM_STRING

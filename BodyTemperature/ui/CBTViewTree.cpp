@@ -124,12 +124,12 @@ QMimeData* CBTViewTree::CreateMimeData(const DragData& data)
 
 void CBTViewTree::startDrag(Qt::DropActions)
 {
-    DragData data;
-    if (!DragDataOf(currentIndex(), data))
+    DragData dragData;
+    if (!DragDataOf(currentIndex(), dragData))
         return;
     auto* drag = new QDrag(this);
-    drag->setMimeData(CreateMimeData(data));
-    drag->setPixmap(QPixmap(data.pixmap));
+    drag->setMimeData(CreateMimeData(dragData));
+    drag->setPixmap(QPixmap(dragData.pixmap));
     drag->exec(Qt::CopyAction);
 }
 

@@ -82,8 +82,11 @@ QString CErrorInfoMgr::GetErrorInfoByCode(int first, int second)
 
 QStringList CErrorInfoMgr::AllKeys()
 {
-    return {kPassword, kConnect, kSend, kRecv, kTimeout, kBadAnswer, kRefused, kNoPermission, kBusy, kLibraryFull,
-        kServerError, kForbidden, kNotSupported, kHttp, kParam, kTls, kInsecureAuth, kNoDevice};
+    QStringList keys;
+    for (const char* key : {kPassword, kConnect, kSend, kRecv, kTimeout, kBadAnswer, kRefused, kNoPermission, kBusy,
+             kLibraryFull, kServerError, kForbidden, kNotSupported, kHttp, kParam, kTls, kInsecureAuth, kNoDevice})
+        keys.append(QString::fromLatin1(key));
+    return keys;
 }
 
 } // namespace UiDataController

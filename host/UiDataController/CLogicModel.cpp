@@ -1,9 +1,7 @@
 #include "UiDataController/CLogicModel.h"
 
 #include "clientcommonlogical/CConfigMgr.h"
-#if defined(UIDATACONTROLLER_HAS_COMMLAYER)
 #include "commlayer/CDeviceStateNotifier.h"
-#endif
 
 namespace UiDataController {
 
@@ -45,13 +43,11 @@ CLogicModel::CLogicModel(const StruResouceOfElementParam& param,
     : QStandardItemModel(parent), m_param(param), m_groups(std::move(groups))
 {
     setColumnCount(1);
-#if defined(UIDATACONTROLLER_HAS_COMMLAYER)
     auto* notifier = commlayer::CDeviceStateNotifier::Instance();
     connect(notifier, &commlayer::CDeviceStateNotifier::signalDeviceOnline, this,
         [this](const QString& deviceId, bool online) { SetDeviceOnline(deviceId.toStdString(), online); });
     connect(notifier, &commlayer::CDeviceStateNotifier::signalChannelOnline, this,
         [this](const QString& deviceId, int channel, bool online) { SetChannelOnline(deviceId.toStdString(), channel, online); });
-#endif
     Reload();
 }
 
@@ -89,13 +85,11 @@ void CLogicModel::Reload()
             if (m_elements.count(cam.id) != 0)
                 continue;  // a camera listed twice keeps its first area
             auto camera = std::make_unique<Camera>(cam, urlOf(cam));
-#if defined(UIDATACONTROLLER_HAS_COMMLAYER)
             // What the device-state notifier knows now; a device it has not
             // heard from yet counts as unreachable until it reports.
             const QString deviceId = QString::fromStdString(cam.deviceId);
             camera->m_deviceOnline = commlayer::CDeviceStateNotifier::Instance()->IsDeviceOnline(deviceId);
             camera->m_channelOnline = commlayer::CDeviceStateNotifier::Instance()->IsChannelOnline(deviceId, cam.channel);
-#endif
             m_elements[cam.id] = std::move(camera);
             pArea->cameras.push_back(cam.id);
             auto* camItem = new QStandardItem(QString::fromStdString(cam.name.empty() ? cam.id : cam.name));

@@ -6,17 +6,13 @@
 #include "CModuleLoader.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "clientcommonlogical/CConfigMgr.h"
-#ifdef VANTORDESK_HAS_COMMLAYER
 #include "commlayer/CAlarmIntake.h"
 #include "commlayer/CDeviceStateNotifier.h"
-#endif
 
 namespace HostServices {
 
 namespace {
-class NoServices final : public Running {};
 
-#ifdef VANTORDESK_HAS_COMMLAYER
 // The live alarm intake of every configured device.
 class IntakeServices final : public Running {
 public:
@@ -30,18 +26,14 @@ public:
 private:
     std::unique_ptr<commlayer::CAlarmIntake> m_intake;
 };
-#endif
+
 } // namespace
 
 std::unique_ptr<Running> Start()
 {
-#ifdef VANTORDESK_HAS_COMMLAYER
     const auto devices = clientcommonlogical::CConfigMgr::Instance()->GetDevices();
     BASE_LOG_INFO("starting the alarm intake for %zu device(s)", devices.size());
     return std::make_unique<IntakeServices>(devices);
-#else
-    return std::make_unique<NoServices>();
-#endif
 }
 
 void SetComponentFolder(const QString& folder)

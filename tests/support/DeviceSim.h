@@ -59,8 +59,11 @@ public:
         m_port = port != 0 ? port : freePort();
         QStringList args = QStringLiteral("--listen 127.0.0.1 --channels 4 --rate 0 --seed 11 --serial TEST0001")
                                .split(QLatin1Char(' '));
-        args << "--port" << QString::number(m_port) << "--user" << kUser << "--password" << kPassword << "--db"
-             << m_dir.filePath("sim.db") << "--log" << m_dir.filePath("sim.log") << m_extra;
+        args << QStringLiteral("--port") << QString::number(m_port)
+             << QStringLiteral("--user") << QString::fromLatin1(kUser)
+             << QStringLiteral("--password") << QString::fromLatin1(kPassword)
+             << QStringLiteral("--db") << m_dir.filePath(QStringLiteral("sim.db"))
+             << QStringLiteral("--log") << m_dir.filePath(QStringLiteral("sim.log")) << m_extra;
         m_proc.setProgram(binDir() + QStringLiteral("/devicesim"));
         m_proc.setArguments(args);
         m_proc.setStandardOutputFile(m_dir.filePath(QStringLiteral("sim.out")));

@@ -261,10 +261,10 @@ TEST_F(LiveViewTest, InsideThePage)
     // Selecting a playing window makes its camera the tree's current row.
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
     emit PlayWindowsOf(*live).at(1)->SignalSelected();
-    const auto* tree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
-    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(tree->model());
+    const auto* pageTree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
+    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(pageTree->model());
     ASSERT_NE(proxy, nullptr);
-    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+    EXPECT_EQ(proxy->mapToSource(pageTree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
     // The page may go while the video is in full screen (the host closes).
     auto* full = live->findChild<aiguitoolkit::CFullScreenWidget*>();
     live->OnFullScreenBtnPressed();

@@ -20,7 +20,7 @@ class ParsersTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite()
     {
-        s_sim = new testsupport::DeviceSim({"--hfpd-polls", "3"});
+        s_sim = new testsupport::DeviceSim({QStringLiteral("--hfpd-polls"), QStringLiteral("3")});
         ASSERT_TRUE(s_sim->start());
         clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
     }

@@ -11,7 +11,8 @@ namespace {
 // The first events a device generates, as (code, channel, facePicID, temperature).
 std::vector<std::string> firstEvents(unsigned seed, size_t count)
 {
-    testsupport::DeviceSim sim({"--seed", QString::number(seed), "--rate", "40", "--scene", "320x180"});
+    testsupport::DeviceSim sim({QStringLiteral("--seed"), QString::number(seed), QStringLiteral("--rate"), QStringLiteral("40"),
+        QStringLiteral("--scene"), QStringLiteral("320x180")});
     EXPECT_TRUE(sim.start());
     std::vector<std::string> out;
     QObject context;

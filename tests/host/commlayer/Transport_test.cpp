@@ -196,11 +196,11 @@ TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
     openssl.start(QStringLiteral("openssl"),
         QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1")
                 .split(QLatin1Char(' '))
-            << "-keyout" << key << "-out" << cert);
+            << QStringLiteral("-keyout") << key << QStringLiteral("-out") << cert);
     ASSERT_TRUE(openssl.waitForFinished(30000));
     ASSERT_EQ(openssl.exitCode(), 0) << openssl.readAllStandardError().constData();
 
-    testsupport::DeviceSim sim({"--tls-cert", cert, "--tls-key", key});
+    testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), cert, QStringLiteral("--tls-key"), key});
     ASSERT_TRUE(sim.start());
     struct Case {
         const char* id;

@@ -70,6 +70,11 @@ T* Named(QWidget* parent, const QString& name)
 {
     return parent->findChild<T*>(name);
 }
+template <typename T = QLabel>
+T* Named(QWidget* parent, const char* name)
+{
+    return Named<T>(parent, QString::fromLatin1(name));
+}
 
 // The badge of a card: the label whose style uses one of the badge pictures.
 QLabel* Badge(QWidget* card, bool big)
