@@ -15,8 +15,8 @@ namespace BodyTemperature {
 struct ShiftReportSummary {
     static constexpr int kMaxBuckets = 48;
 
-    ShiftReportSummary(const QDateTime& from, const QDateTime& to)
-        : from(from), to(to)
+    ShiftReportSummary(const QDateTime& rangeFrom, const QDateTime& rangeTo)
+        : from(rangeFrom), to(rangeTo)
     {
         const int64_t hours = std::max<int64_t>(1, (to.toSecsSinceEpoch() - from.toSecsSinceEpoch() + 3599) / 3600);
         bucketHours = int((hours + kMaxBuckets - 1) / kMaxBuckets);

@@ -189,7 +189,7 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     const QString mode = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("bench");
-    testsupport::DeviceSim sim({"--scene", "1920x1080"});
+    testsupport::DeviceSim sim({QStringLiteral("--scene"), QStringLiteral("1920x1080")});
     if (!sim.start()) {
         std::fprintf(stderr, "the emulator did not start\n");
         return 1;

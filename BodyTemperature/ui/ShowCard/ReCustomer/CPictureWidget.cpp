@@ -12,11 +12,11 @@ CPictureWidget::CPictureWidget(QWidget* parent) : QWidget(parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-bool CPictureWidget::ShowPictureByBuffer(const QByteArray& data)
+bool CPictureWidget::ShowPictureByBuffer(const QByteArray& bytes)
 {
     QImage image;
-    if (data.isEmpty() || !image.loadFromData(data)) {
-        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: %d", int(data.size()));
+    if (bytes.isEmpty() || !image.loadFromData(bytes)) {
+        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image bytes failed.dwLength: %d", int(bytes.size()));
         Clear();
         return false;
     }

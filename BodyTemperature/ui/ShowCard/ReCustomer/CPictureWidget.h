@@ -15,7 +15,7 @@ public:
     explicit CPictureWidget(QWidget* parent = nullptr);
 
     // Decodes an encoded picture; false (and the picture cleared) when it does not load.
-    bool ShowPictureByBuffer(const QByteArray& data);
+    bool ShowPictureByBuffer(const QByteArray& bytes);
     // A picture decoded elsewhere (a download task).
     void ShowPicture(const QImage& image);
     // All zero: no rectangle.
