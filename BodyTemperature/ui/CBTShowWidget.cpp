@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "CBTConfigDB.h"
+#include "CSettingsLoader.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
@@ -132,10 +133,10 @@ void CBTShowWidget::buildLists()
 
 void CBTShowWidget::loadConfig()
 {
-    CBTConfigDB* db = CBTConfigDB::Instance();
-    db->LoadAlarmDisplayConfig(m_config);
-    if (CSoundConfigPage::FillDefaultVoicePaths(m_config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage()))
-        db->SaveAlarmDisplayConfig(m_config);
+    m_pSettingsLoader = new CSettingsLoader(this);
+    connect(m_pSettingsLoader, &CSettingsLoader::signalLoaded, this,
+        [this](const AlarmDisplayConfig& stored) { m_config = stored; });
+    m_pSettingsLoader->Load(m_config);
 }
 
 void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInfo& struAlarmInfo)
@@ -406,6 +407,7 @@ void CBTShowWidget::OnLiveViewWidgetResized()
 
 void CBTShowWidget::OnShowTypeConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pTypeConfigPage;
     m_pTypeConfigPage = new CTypeConfigPage(m_ui->m_pToolBar);
     m_pTypeConfigPage->SetConfig(m_config);
@@ -417,6 +419,7 @@ void CBTShowWidget::OnShowTypeConfigPage()
 
 void CBTShowWidget::OnShowPopConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pPopConfigPage;
     m_pPopConfigPage = new CPopConfigPage(parentWidget());
     m_pPopConfigPage->SetConfig(m_config);
@@ -427,6 +430,7 @@ void CBTShowWidget::OnShowPopConfigPage()
 
 void CBTShowWidget::OnShowSoundConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pSoundConfigPage;
     m_pSoundConfigPage = new CSoundConfigPage(parentWidget());
     m_pSoundConfigPage->SetConfig(m_config);
@@ -436,6 +440,7 @@ void CBTShowWidget::OnShowSoundConfigPage()
 
 void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     m_config.bFaceTemperatureCapture = struInfo.bFaceTemperatureCapture;
     m_config.bFacePictureComparison = struInfo.bFacePictureComparison;
     m_config.bFaceCapture = struInfo.bFaceCapture;

@@ -36,6 +36,7 @@ class CBottomWidget;
 class CPopConfigPage;
 class CPopUpUnit;
 class CRightNoData;
+class CSettingsLoader;
 class CSoundConfigPage;
 class CTypeConfigPage;
 
@@ -130,6 +131,7 @@ private:
     CRightNoData* m_pNoData = nullptr;
     QLabel* m_pCornerLabel = nullptr;
 
+    CSettingsLoader* m_pSettingsLoader = nullptr;
     CPopUpUnit* m_pPopUpUnit = nullptr;
     QTimer* m_pPopTimer = nullptr;
     CTypeConfigPage* m_pTypeConfigPage = nullptr;
