@@ -9,7 +9,7 @@
 #include "FaceRectClamp.h"
 #include "protocol/IntelAlarmInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
-#include "ui/ShowCard/CEventPictures.h"
+#include "CEventPictures.h"
 
 namespace BodyTemperature {
 

@@ -39,9 +39,19 @@ cat > "$CONFIG" <<JSON
 }
 JSON
 
+# The page reopens what was playing when it was left: the host's saved state
+# lists the four cameras (names are base64 in that file), so the demo starts
+# with all four playing.
+STATE="$DEMO_DIR/pagestate.json"
+state_items=""
+for cam in DEMO0001-CH1 DEMO0001-CH2 DEMO0001-CH3 DEMO0001-CH4; do
+  state_items+="${state_items:+, }{ \"name\": \"$(printf %s "$cam" | base64)\", \"values\": [] }"
+done
+printf '{ "m_BodyTemperatureBtn": [ %s ] }\n' "$state_items" > "$STATE"
+
 # The demo keeps its settings beside its configuration, so that another
 # checkout's saved voice paths are never picked up.
-ARGS=(--modules "$BIN/modules" --config "$CONFIG" --data-dir "$DEMO_DIR/data" --open m_BodyTemperatureBtn)
+ARGS=(--modules "$BIN/modules" --config "$CONFIG" --state "$STATE" --data-dir "$DEMO_DIR/data" --open m_BodyTemperatureBtn)
 if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ]; then
   "$BIN/vantordesk" "${ARGS[@]}"
 else

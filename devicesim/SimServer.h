@@ -1,21 +1,14 @@
 #pragma once
 // The emulated device: device API (digest-protected), alert stream, live
 // video, and the unauthenticated control API used by tests and demos.
-// run() blocks in the HTTP server until stop() is called from another thread.
-#include <atomic>
-#include <cstdio>
-#include <map>
+// main() owns the server: start() on its thread, run() blocks in the HTTP
+// server (on a thread of its own) until stop() is called from another thread.
+// The routes live in one file per area (SimRoutes.h) and share SimContext.
 #include <memory>
-#include <mutex>
-#include <random>
-#include <set>
 #include <string>
 
-#include "AlertHub.h"
-#include "EventFactory.h"
-#include "PictureFactory.h"
+#include "SimContext.h"
 #include "SimOptions.h"
-#include "SimStore.h"
 
 namespace httplib {
 class Server;
@@ -25,18 +18,9 @@ struct Response;
 
 namespace devicesim {
 
-struct Fault {
-    int delayMs = 0;
-    bool drop = false;       // close the connection in the middle of the answer
-    int status = 0;          // answer this HTTP status with a status document
-    int subStatus = 0;       // sub-status code in that document
-    bool malformed = false;  // cut the body and append garbage
-    int remaining = -1;      // how many requests it applies to; -1 forever
-};
-
 class SimServer final {
 public:
-    explicit SimServer(SimOptions opts);
+    explicit SimServer(const SimOptions& opts);
     ~SimServer();
 
     bool start(std::string& error);  // opens the store and binds the port
@@ -44,33 +28,14 @@ public:
     void stop();
 
 private:
-    void routeDevice();
-    void routeControl();
+    void configureServer();
     bool checkDigest(const httplib::Request& req, httplib::Response& res);
     bool applyFault(const httplib::Request& req, httplib::Response& res);
-    void logLine(const char* fmt, ...) __attribute__((format(printf, 2, 3)));
-    void generateOne();
-    std::string channelName(int ch) const { return "Channel " + std::to_string(ch); }
-    bool channelOnline(int ch);
 
-    SimOptions m_opts;
+    SimContext m_sim;
     std::unique_ptr<httplib::Server> m_http;
-    SimStore m_store;
-    PictureFactory m_pictures;
-    EventFactory m_events;
-    AlertHub m_hub;
-    std::atomic<bool> m_stopping{false};
     std::string m_nonce;
-    std::string m_realm = "DVAPI";
-    FILE* m_log = stderr;
-    std::mutex m_logMutex;
-
-    std::mutex m_mutex;  // guards the members below
-    std::mt19937 m_rng;
-    std::map<std::string, Fault> m_faults;
-    std::map<int, bool> m_offline;
-    std::map<std::string, int> m_hfpdPolls;
-    int m_nextChannel = 0;
+    const std::string m_realm = "DVAPI";
 };
 
 } // namespace devicesim

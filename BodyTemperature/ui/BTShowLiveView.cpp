@@ -2,9 +2,6 @@
 
 #include <QCoreApplication>
 #include <QDropEvent>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QMimeData>
 #include <QPainter>
@@ -14,9 +11,7 @@
 #include <QVBoxLayout>
 
 #include "Base/CSingleton.h"
-#include "Base/Log.h"
 #include "CAppRscManager.h"
-#include "CommonMethodLib/CUserDataPath.h"
 #include "UiDataController/CLogicModel.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "aiguitoolkit/CCutNumFrame.h"
@@ -129,18 +124,6 @@ BTShowLiveView::~BTShowLiveView()
         delete m_pFullScreen;
 }
 
-QString BTShowLiveView::FirstRunMarkerPath()
-{
-    // Kept beside the host configuration, where the host keeps the pages'
-    // saved state too: a client set up anew starts with live video again.
-    // Without a writable configuration folder, the component folder serves.
-    const QFileInfo config(clientcommonlogical::CConfigMgr::Instance()->FilePath());
-    const QString name = QStringLiteral(".BodyTemperatureLiveView.ini");
-    if (!config.filePath().isEmpty() && QFileInfo(config.absolutePath()).isWritable())
-        return config.absoluteDir().filePath(name);
-    return QString::fromStdString(CUserDataPath::Instance()->componentPath()) + name;
-}
-
 void BTShowLiveView::SetCameraTree(CBTViewTree* tree)
 {
     m_pCameraTree = tree;
@@ -242,16 +225,9 @@ bool BTShowLiveView::StartCamera(CStreamPlayWindowWithTask* window, const std::s
 
 void BTShowLiveView::restorePlayingCameras(const QStringList& cameraIds)
 {
-    QStringList ids = cameraIds;
-    if (ids.isEmpty() && m_pLogicModel != nullptr && !QFile::exists(FirstRunMarkerPath())) {
-        // Nothing was ever saved for this page: start with the first cameras.
-        for (const std::string& id : m_pLogicModel->GetAllCameraIDs())
-            ids.append(QString::fromStdString(id));
-        BASE_LOG_INFO("first run: opening %d camera(s)", static_cast<int>(std::min<qsizetype>(ids.size(), m_listPlayWnd.size())));
-    }
-    for (int i = 0; i < ids.size() && i < m_listPlayWnd.size(); ++i) {
-        if (!ids[i].isEmpty())
-            StartCamera(m_listPlayWnd[i], ids[i].toStdString(), 100);
+    for (int i = 0; i < cameraIds.size() && i < m_listPlayWnd.size(); ++i) {
+        if (!cameraIds[i].isEmpty())
+            StartCamera(m_listPlayWnd[i], cameraIds[i].toStdString(), 100);
     }
 }
 
@@ -325,13 +301,6 @@ void BTShowLiveView::OnCloseAllBtnClicked()
     for (CStreamPlayWindowWithTask* w : m_listPlayWnd)
         w->StopPreview();
     m_mapOpenViews.clear();
-    // From now on the page has a state of the operator's making: the first-run
-    // cameras are never opened again for this user.
-    if (!m_listPlayWnd.isEmpty() && !QFile::exists(FirstRunMarkerPath())) {
-        QFile marker(FirstRunMarkerPath());
-        if (marker.open(QIODevice::WriteOnly))
-            marker.write("[LiveView]\nFirstRunDone=1\n");
-    }
 }
 
 void BTShowLiveView::OnCutWndBtnPressed()

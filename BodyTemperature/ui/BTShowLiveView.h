@@ -49,10 +49,8 @@ public:
     void Init(UiDataController::CLogicModel* logicModel);
     void SetCameraTree(CBTViewTree* tree);
 
-    // Opens camera i of the list in play window i (empty identifiers skipped).
-    // On the page's first run (before live view was ever stopped as a whole, by
-    // saveState or the stop-all button) an empty list opens the first cameras
-    // of the model instead, so the page starts with live video.
+    // Opens camera i of the list in play window i (empty identifiers skipped);
+    // an empty list opens nothing.
     void restorePlayingCameras(const QStringList& cameraIds);
     void stopAllLiveView();
     void SelectFreeWindow();
@@ -76,9 +74,6 @@ public:
     CSelectBoder* SelectBoder() const { return m_pSelectBoder; }
 
     void OnVideoSystemConfigChanged() override;
-    // Where the end of the first run is remembered (beside the host
-    // configuration file, else in the component folder).
-    static QString FirstRunMarkerPath();
 
 signals:
     void SignalScreenChanged(bool bFull);

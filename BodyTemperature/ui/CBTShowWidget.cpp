@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
 #include "CSettingsLoader.h"
 #include "aiguitoolkit/CShakeButton.h"
@@ -24,7 +25,7 @@
 #include "ui/CRightNoData.h"
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CPopUpUnit.h"
@@ -144,100 +145,34 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
     if (!m_bEnableAlarm)
         return;
 
-    AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
-    bool bSwitch = true;
-    bool bKnown = true;
-    switch (struAlarmInfo.eventType) {
-    case 100103: info.kind = 0; bSwitch = m_config.bFacePictureComparison; break;
-    case 100506: info.kind = 1; bSwitch = m_config.bFacePictureComparison; break;
-    case 100114: info.kind = 2; bSwitch = m_config.bFacePictureComparison; break;
-    case 100101: info.kind = 3; bSwitch = m_config.bFaceCapture; break;
-    case 100119: info.kind = 4; bSwitch = m_config.bFaceTemperatureCapture; break;
-    case 100112: info.kind = 5; break;
-    default: bKnown = false; break;
-    }
-    if (!bSwitch)
+    const AlarmDecision decision = CAlarmClassifier::Classify(struAlarmInfo, m_config);
+    if (decision.action == AlarmDecision::Action::Drop)
         return;
 
-    if (bKnown && info.kind == 5) {
+    AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
+    decision.applyTo(info);
+    if (decision.action == AlarmDecision::Action::ShowReturning) {
         addFrequenterCards(struAlarmInfo, info);
-    } else if (bKnown) {
-        // An empty face list leaves the display codes at their defaults.
-        if (const protocol::IntelAlarmFaceInfo* face = info.faceBlock())
-            classifyFace(*face, info);
+    } else if (decision.action == AlarmDecision::Action::ShowFace) {
+        playVoice(decision.voicePath);
+        countFace(decision);
         m_ui->m_pBottomWidget->AddSnapInfo(info);
         addAlarmCard(info);
     }
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
 }
 
-void CBTShowWidget::classifyFace(const protocol::IntelAlarmFaceInfo& face, AlarmShowInfo& info)
+void CBTShowWidget::countFace(const AlarmDecision& decision)
 {
-    const bool noMask = face.Mask == 1;
-    const bool maskWorn = face.Mask == 2;
-    QString voice;
-
-    if (face.TemperatureEnabled != 1) {
-        info.temperatureType = 3;
-        if (noMask) {
-            if (m_config.bSoundNoMask)
-                voice = m_config.strNoMaskVoice;
-            if (m_config.bPopNoMask)
-                info.popType = 2;
-            info.maskType = 1;
-            info.alarmType = 1;
-            ++m_iNoMaskNum;
-        } else {
-            info.popType = 0;
-            info.maskType = maskWorn ? 2 : 3;
-            info.alarmType = 2;
-        }
-    } else if (face.TemperatureAnomaly == 1) {
-        if (m_config.bSoundAbnormal)
-            voice = m_config.strAbnormalVoice;
-        else if (noMask && m_config.bSoundNoMask)
-            voice = m_config.strNoMaskVoice;
-        if (m_config.bPopAbnormal)
-            info.popType = 1;
-        else if (noMask && m_config.bPopNoMask)
-            info.popType = 2;
-        info.maskType = noMask ? 0 : (maskWorn ? 2 : 3);
-        info.temperatureType = 0;
-        info.alarmType = 0;
-        ++m_iAbnormalNum;
-        if (noMask)
-            ++m_iNoMaskNum;
-    } else if (face.TemperatureAnomaly == 0) {
-        if (noMask) {
-            if (m_config.bSoundNoMask)
-                voice = m_config.strNoMaskVoice;
-            else if (m_config.bSoundNormal)
-                voice = m_config.strNormalVoice;
-            if (m_config.bPopNoMask)
-                info.popType = 2;
-            info.maskType = 1;
-            info.temperatureType = 1;
-            info.alarmType = 1;
-            ++m_iNormalNum;
-            ++m_iNoMaskNum;
-        } else {
-            if (m_config.bSoundNormal)
-                voice = m_config.strNormalVoice;
-            info.popType = 0;
-            info.maskType = maskWorn ? 2 : 3;
-            info.temperatureType = 2;
-            info.alarmType = 3;
-            ++m_iNormalNum;
-        }
-    }
-    // A measured temperature with any other anomaly value changes nothing.
-
-    if (!voice.isEmpty())
-        playVoice(voice);
+    m_iNormalNum += decision.normalDelta;
+    m_iNoMaskNum += decision.noMaskDelta;
+    m_iAbnormalNum += decision.abnormalDelta;
 }
 
 void CBTShowWidget::playVoice(const QString& path)
 {
+    if (path.isEmpty())
+        return;
     emit signalVoiceRequested(path);
     CVoicePlayer::Play(path);
 }

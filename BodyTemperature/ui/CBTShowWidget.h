@@ -30,6 +30,7 @@ class CShakeButton;
 
 namespace BodyTemperature {
 
+struct AlarmDecision;
 class BTShowLiveView;
 class CBottomWidget;
 
@@ -105,7 +106,7 @@ protected:
 private:
     void buildLists();
     void loadConfig();
-    void classifyFace(const protocol::IntelAlarmFaceInfo& face, AlarmShowInfo& info);
+    void countFace(const AlarmDecision& decision);
     void playVoice(const QString& path);
     void showPopUp(const AlarmShowInfo& info);
     void addAlarmCard(const AlarmShowInfo& info);

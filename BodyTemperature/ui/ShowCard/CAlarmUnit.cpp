@@ -12,6 +12,7 @@ namespace BodyTemperature {
 
 namespace {
 
+const QSize kCardSize(380, 222);
 const QSize kSmallPicture(120, 160);
 const QSize kBigPicture(182, 242);
 
@@ -24,7 +25,7 @@ QString OrSlash(const std::string& text)
 
 CAlarmUnit::CAlarmUnit(QWidget* parent) : CRightUnitBase(parent)
 {
-    setFixedSize(380, 222);
+    setFixedSize(kCardSize);
 
     m_pSecondPicLabel = new QLabel(this);
     m_pNameLabel = new QLabel(this);
@@ -64,6 +65,10 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     m_info = info;
     m_listPic.clear();
+    // The list sizes a new card from its bottom strip before filling it; the
+    // card's own geometry wins, also when the filling stops early.
+    if (!bLarge)
+        setFixedSize(kCardSize);
     const protocol::IntelAlarmFaceInfo* block = m_info.faceBlock();
     if (!block)
         return;

@@ -20,7 +20,7 @@
 #include "ui/CBottomWidget.h"
 #include "ui/CRightNoData.h"
 #include "ui/CTypeConfigPage.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
@@ -77,27 +77,17 @@ struct ClassRow {
     int normal, noMask, abnormal;
 };
 
+// The whole table is CAlarmClassifier_test's; these rows show that each part
+// of the decision (codes, prompt, counters, pop-up) reaches the page.
 const ClassRow kRows[] = {
     // name                          en an mk  sNM   sN    sA    pNM   pA     voice     pop mk tp al  n  nm ab
-    {"not measured, no mask",        0, 0, 1, true, true, true, true, true, NoMask,   2, 1, 3, 1, 0, 1, 0},
-    {"not measured, no mask, quiet", 0, 0, 1, false, true, true, false, true, None,    0, 1, 3, 1, 0, 1, 0},
     {"not measured, mask worn",      0, 0, 2, true, true, true, true, true, None,     0, 2, 3, 2, 0, 0, 0},
-    {"not measured, unknown mask",   2, 1, 0, true, true, true, true, true, None,     0, 3, 3, 2, 0, 0, 0},
-    {"abnormal, mask worn",          1, 1, 2, true, true, true, true, true, Abnormal, 1, 2, 0, 0, 0, 0, 1},
-    {"abnormal, unknown mask",       1, 1, 5, true, true, true, true, true, Abnormal, 1, 3, 0, 0, 0, 0, 1},
-    {"abnormal, mask worn, quiet",   1, 1, 2, true, true, false, true, false, None,   0, 2, 0, 0, 0, 0, 1},
     {"abnormal, no mask",            1, 1, 1, true, true, true, true, true, Abnormal, 1, 0, 0, 0, 0, 1, 1},
     {"abnormal, no mask, falls back",1, 1, 1, true, true, false, true, false, NoMask, 2, 0, 0, 0, 0, 1, 1},
-    {"abnormal, no mask, all off",   1, 1, 1, false, true, false, false, false, None, 0, 0, 0, 0, 0, 1, 1},
-    {"normal, mask worn",            1, 0, 2, true, true, true, true, true, Normal,   0, 2, 2, 3, 1, 0, 0},
-    {"normal, unknown mask",         1, 0, 0, true, true, true, true, true, Normal,   0, 3, 2, 3, 1, 0, 0},
-    {"normal, mask worn, quiet",     1, 0, 2, true, false, true, true, true, None,    0, 2, 2, 3, 1, 0, 0},
-    {"normal, no mask",              1, 0, 1, true, true, true, true, true, NoMask,   2, 1, 1, 1, 1, 1, 0},
     {"normal, no mask, falls back",  1, 0, 1, false, true, true, false, true, Normal, 0, 1, 1, 1, 1, 1, 0},
-    {"anomaly neither 0 nor 1",      1, 7, 1, true, true, true, true, true, None,     0, 3, 3, 0, 0, 0, 0},
 };
 
-TEST_F(ShowWidgetTest, ClassifiesEveryFaceAsTheTableSays)
+TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
 {
     for (const ClassRow& row : kRows) {
         SCOPED_TRACE(row.name);

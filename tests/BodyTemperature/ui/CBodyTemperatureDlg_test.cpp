@@ -1,6 +1,7 @@
 // The dashboard page as the host builds it: tree proxy, folding the left
 // panel, the statistics title fed from the host's alarm source, the camera tree.
 #include <QLabel>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QToolButton>
@@ -20,7 +21,8 @@
 #include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
-#include "ui/CVoicePlayer.h"
+#include "ui/ShowCard/CRightUnitBase.h"
+#include "CVoicePlayer.h"
 
 using BodyTemperature::CBodyTemperatureDlg;
 using BodyTemperature::CVoicePlayer;
@@ -109,6 +111,38 @@ TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
     publish(abnormalNoMask);
     testsupport::pump(50);
     EXPECT_EQ(label("labelAllNum"), QStringLiteral("2"));
+}
+
+// On the full page every card of the right-hand list has its own fixed size
+// and lies wholly inside the list, whose horizontal scroll bar is off.
+TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
+{
+    m_dlg->resize(1911, 1080);
+    m_dlg->show();
+    testsupport::pump();
+    m_dlg->RestorePlayingCameras({QStringLiteral("CAM1")});
+    m_dlg->onNewAlarmComing(record(kTemperatureCapture, face(1, 0, 2), "T"));
+    m_dlg->onNewAlarmComing(record(kComparison, face(1, 1, 1), "C"));
+    publicdatacontroller::IntelAlarmEventInfo noFace = record(kCapture, face(1, 0, 2), "N");
+    noFace.faceInfoList.clear();
+    m_dlg->onNewAlarmComing(noFace);
+    m_dlg->onNewAlarmComing(record(kReturning, face(1, 0, 2), "R"));
+    testsupport::pump();
+
+    auto* area = m_dlg->findChild<QScrollArea*>(QStringLiteral("m_pRightScrollArea"));
+    ASSERT_NE(area, nullptr);
+    QWidget* list = area->widget();
+    const QList<BodyTemperature::CRightUnitBase*> cards =
+        list->findChildren<BodyTemperature::CRightUnitBase*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_EQ(cards.size(), 4);
+    EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+    for (const BodyTemperature::CRightUnitBase* card : cards) {
+        SCOPED_TRACE(qPrintable(card->objectName()));
+        EXPECT_EQ(card->size(), QSize(380, 222));
+        const QRect inViewport(card->mapTo(area->viewport(), QPoint(0, 0)), card->size());
+        EXPECT_GE(inViewport.left(), 0);
+        EXPECT_LE(inViewport.right(), area->viewport()->rect().right());
+    }
 }
 
 // The tree shows the camera model through a proxy passing filter values 0 to 2;

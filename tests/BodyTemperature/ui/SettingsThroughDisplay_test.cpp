@@ -20,7 +20,7 @@
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 
 using BodyTemperature::AlarmDisplayConfig;
 using BodyTemperature::CBTShowWidget;

@@ -91,6 +91,16 @@ TEST(HostApplication, PageStateSurvivesARestart)
 TEST(HostApplication, SnapshotDescribesEveryWidget)
 {
     QTemporaryDir dir;
+    // A configuration with cameras, in a folder of its own, and no saved state.
+    ASSERT_TRUE(QDir().mkpath(dir.filePath(QStringLiteral("config"))));
+    const QString configPath = dir.filePath(QStringLiteral("config/vantordesk.json"));
+    {
+        QFile config(configPath);
+        ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+        config.write(R"({"language": 2, "devices": [{"id": "DEV", "address": "127.0.0.1", "port": 9, "scheme": "http",
+            "user": "u", "password": "p", "channels": [{"channel": 1, "cameraId": "CAM1", "name": "One", "area": "A"},
+            {"channel": 2, "cameraId": "CAM2", "name": "Two", "area": "A"}]}]})");
+    }
     QProcess host;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
@@ -99,7 +109,8 @@ TEST(HostApplication, SnapshotDescribesEveryWidget)
     host.start(testsupport::binDir() + QStringLiteral("/vantordesk"),
         {QStringLiteral("--modules"), testsupport::binDir() + QStringLiteral("/modules"), QStringLiteral("--open"),
             QStringLiteral("m_BodyTemperatureBtn"), QStringLiteral("--quit-after"), QStringLiteral("1"),
-            QStringLiteral("--snapshot"), dir.filePath(QStringLiteral("snap")), QStringLiteral("--state"),
+            QStringLiteral("--snapshot"), dir.filePath(QStringLiteral("snap")), QStringLiteral("--config"), configPath,
+            QStringLiteral("--state"),
             dir.filePath(QStringLiteral("state.json")), QStringLiteral("--data-dir"), dir.filePath(QStringLiteral("component"))});
     ASSERT_TRUE(host.waitForFinished(60000));
     EXPECT_EQ(host.exitCode(), 0) << host.readAllStandardError().constData();
@@ -124,7 +135,17 @@ TEST(HostApplication, SnapshotDescribesEveryWidget)
     for (const QJsonValue& v : doc.array())
         walk(v.toObject());
     EXPECT_TRUE(foundButton);
-    EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("state.json"))));
     EXPECT_TRUE(QFile::exists(dir.filePath(QStringLiteral("component/BodyTemperature"))))
         << "the settings database is provisioned on first use";
+
+    // A first start opens no camera: the page saved an empty list.
+    const QJsonObject state = QJsonDocument::fromJson(readAll(dir.filePath(QStringLiteral("state.json"))).toUtf8()).object();
+    ASSERT_TRUE(state.contains(QStringLiteral("m_BodyTemperatureBtn")));
+    EXPECT_TRUE(state.value(QStringLiteral("m_BodyTemperatureBtn")).toArray().isEmpty());
+    // Nothing lands beside the configuration (hidden files included).
+    EXPECT_EQ(QDir(dir.filePath(QStringLiteral("config"))).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList{QStringLiteral("vantordesk.json")});
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        (QStringList{QStringLiteral("component"), QStringLiteral("config"), QStringLiteral("data"), QStringLiteral("snap"),
+            QStringLiteral("state.json")}));
 }

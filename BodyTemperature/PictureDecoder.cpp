@@ -1,4 +1,4 @@
-#include "ui/ShowCard/PictureDecoder.h"
+#include "PictureDecoder.h"
 
 #include <QBuffer>
 #include <QImageReader>

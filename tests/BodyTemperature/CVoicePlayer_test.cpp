@@ -11,7 +11,7 @@
 #include "VantorGUIToolkit/TargetPath.h"
 #include "support/PrivatePulseServer.h"
 #include "support/TestSupport.h"
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 
 using BodyTemperature::CVoicePlayer;
 

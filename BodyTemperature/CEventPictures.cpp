@@ -1,8 +1,8 @@
-#include "ui/ShowCard/CEventPictures.h"
+#include "CEventPictures.h"
 
 #include <deque>
 
-#include "ui/ShowCard/PictureDecoder.h"
+#include "PictureDecoder.h"
 
 namespace BodyTemperature {
 

@@ -9,7 +9,7 @@
 
 #include "Base/Log.h"
 #include "support/JpegEncoder.h"
-#include "ui/ShowCard/PictureDecoder.h"
+#include "PictureDecoder.h"
 
 using namespace BodyTemperature;
 using testsupport::EncodeWithLibjpeg;

@@ -1,4 +1,4 @@
-#include "ui/CVoicePlayer.h"
+#include "CVoicePlayer.h"
 
 #include <atomic>
 #include <mutex>

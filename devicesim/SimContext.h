@@ -1,0 +1,71 @@
+#pragma once
+// The state every route area of the emulator shares. Owned by SimServer; the
+// HTTP worker threads and the event generator use it concurrently.
+// Options given on the command line are read-only after construction;
+// everything the control API changes at run time is marked "guarded" and is
+// read and written only under `mutex`.
+#include <atomic>
+#include <cstdio>
+#include <map>
+#include <mutex>
+#include <random>
+#include <string>
+
+#include "AlertHub.h"
+#include "EventFactory.h"
+#include "PictureFactory.h"
+#include "SimOptions.h"
+#include "SimStore.h"
+
+namespace devicesim {
+
+struct Fault {
+    int delayMs = 0;
+    bool drop = false;       // close the connection in the middle of the answer
+    int status = 0;          // answer this HTTP status with a status document
+    int subStatus = 0;       // sub-status code in that document
+    bool malformed = false;  // cut the body and append garbage
+    int remaining = -1;      // how many requests it applies to; -1 forever
+};
+
+class SimContext final {
+public:
+    explicit SimContext(const SimOptions& options);
+    ~SimContext();
+    SimContext(const SimContext&) = delete;
+    SimContext& operator=(const SimContext&) = delete;
+
+    // Opens the request log (stderr when none was given).
+    bool openLog(std::string& error);
+    void logLine(const char* fmt, ...) __attribute__((format(printf, 2, 3)));
+
+    std::string channelName(int ch) const { return "Channel " + std::to_string(ch); }
+    bool channelOnline(int ch);
+    void setChannelOnline(int ch, bool online);
+    // A random event on a random online channel, as the generator publishes
+    // them; false when every channel is offline.
+    bool randomEvent(SimEvent& ev);
+    // How many polls an HFPD task needs before it reports 100 % (run-time setting).
+    int hfpdPollsNeeded();
+    void setHfpdPollsNeeded(int polls);
+
+    const SimOptions opts;
+    SimStore store;          // thread-safe itself
+    PictureFactory pictures; // thread-safe itself
+    AlertHub hub;            // thread-safe itself
+    std::atomic<bool> stopping{false};
+
+    std::mutex mutex;  // guards the members below
+    EventFactory events;
+    std::mt19937 rng;
+    std::map<std::string, Fault> faults;
+    std::map<std::string, int> hfpdPolls;  // polls so far, per task
+
+private:
+    std::map<int, bool> m_offline;  // guarded
+    int m_hfpdPollsNeeded;          // guarded
+    FILE* m_log = stderr;
+    std::mutex m_logMutex;
+};
+
+} // namespace devicesim

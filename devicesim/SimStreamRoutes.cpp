@@ -1,0 +1,81 @@
+// Device information, channel states, the alert stream and live video.
+#include <QDateTime>
+#include <QString>
+#include <chrono>
+#include <httplib.h>
+#include <thread>
+
+#include "SimContext.h"
+#include "SimHttp.h"
+#include "SimRoutes.h"
+
+namespace devicesim {
+
+using httplib::Request;
+using httplib::Response;
+
+void addStreamRoutes(httplib::Server& http, SimContext& sim)
+{
+    http.Get("/DVAPI/System/deviceInfo", [&sim](const Request&, Response& res) {
+        res.set_content(std::string(kXmlHead) + "<DeviceInfo><deviceName>Thermal face camera</deviceName><serialNumber>"
+                + xmlEscape(sim.opts.serial) + "</serialNumber><channels>" + std::to_string(sim.opts.channels)
+                + "</channels></DeviceInfo>",
+            "application/xml");
+    });
+
+    http.Get("/DVAPI/System/channels/status", [&sim](const Request&, Response& res) {
+        nlohmann::json list = nlohmann::json::array();
+        for (int ch = 1; ch <= sim.opts.channels; ++ch)
+            list.push_back({{"id", ch}, {"name", sim.channelName(ch)}, {"online", sim.channelOnline(ch)}});
+        res.set_content(nlohmann::json{{"channels", list}}.dump(), "application/json");
+    });
+
+    http.Get("/DVAPI/Event/notification/alertStream", [&sim](const Request&, Response& res) {
+        auto sub = sim.hub.subscribe();
+        sim.logLine("alert stream opened (%zu clients)", sim.hub.subscribers());
+        res.set_chunked_content_provider(std::string("multipart/mixed; boundary=") + kBoundary,
+            [&sim, sub](size_t, httplib::DataSink& sink) {
+                Chunks ev;
+                if (!AlertHub::next(*sub, ev, std::chrono::milliseconds(200))) {
+                    if (sim.stopping || sub->dropped)
+                        return false;
+                    return sink.is_writable();
+                }
+                for (const auto& c : ev)
+                    if (!sink.write(c->data(), c->size()))
+                        return false;
+                return true;
+            },
+            [&sim, sub](bool) {
+                sim.hub.unsubscribe(sub);
+                sim.logLine("alert stream closed");
+            });
+    });
+
+    http.Get(R"(/DVAPI/Streaming/channels/(\d+)/mjpeg)", [&sim](const Request& req, Response& res) {
+        const int ch = std::atoi(req.matches[1].str().c_str());
+        if (ch < 1 || ch > sim.opts.channels || !sim.channelOnline(ch)) {
+            sendStatus(res, 404, 4, "No such channel", 0);
+            return;
+        }
+        const auto start = std::chrono::steady_clock::now();
+        auto frameNo = std::make_shared<long long>(0);
+        res.set_content_provider("multipart/x-mixed-replace; boundary=frame",
+            [&sim, ch, start, frameNo](size_t, httplib::DataSink& sink) {
+                if (sim.stopping || !sim.channelOnline(ch))
+                    return false;
+                const auto due =
+                    start + std::chrono::microseconds(1000000LL * *frameNo / std::max(1, sim.opts.videoFps));
+                std::this_thread::sleep_until(due);
+                ++*frameNo;
+                const QByteArray jpeg = sim.pictures.frame(ch, QString::fromStdString(sim.channelName(ch)),
+                    QDateTime::currentMSecsSinceEpoch(), sim.opts.videoWidth, sim.opts.videoHeight);
+                const std::string head = "--frame\r\nContent-Type: image/jpeg\r\nContent-Length: "
+                    + std::to_string(jpeg.size()) + "\r\n\r\n";
+                return sink.write(head.data(), head.size()) && sink.write(jpeg.constData(), size_t(jpeg.size()))
+                    && sink.write("\r\n", 2);
+            });
+    });
+}
+
+} // namespace devicesim
