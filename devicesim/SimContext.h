@@ -25,6 +25,7 @@ struct Fault {
     int status = 0;          // answer this HTTP status with a status document
     int subStatus = 0;       // sub-status code in that document
     bool malformed = false;  // cut the body and append garbage
+    bool endless = false;    // a body that never ends (with `status`, or 200)
     int remaining = -1;      // how many requests it applies to; -1 forever
 };
 
@@ -54,6 +55,8 @@ public:
     PictureFactory pictures; // thread-safe itself
     AlertHub hub;            // thread-safe itself
     std::atomic<bool> stopping{false};
+    std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
+    std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)
 
     std::mutex mutex;  // guards the members below
     EventFactory events;

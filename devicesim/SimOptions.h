@@ -27,6 +27,7 @@ struct SimOptions {
     int videoHeight = 360;
     int videoFps = 25;
     int hfpdPolls = 3;            // result polls until progress reaches 100
+    int keepAliveMs = 5000;       // alert-stream keep-alive while no event flows; 0: none
 };
 
 } // namespace devicesim
