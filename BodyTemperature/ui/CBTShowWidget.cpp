@@ -12,9 +12,11 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
+#include "CCardBacklog.h"
 #include "CSettingsLoader.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
@@ -62,6 +64,9 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->setupUi(this);
     buildLists();
     loadConfig();
+    m_pCardBacklog = new CCardBacklog(kMaxRightCards, CBottomWidget::kMaxCards,
+        [this](const AlarmShowInfo& info, int copies, bool list, bool strip) { buildCards(info, copies, list, strip); },
+        this);
 
     m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
     m_ui->m_pAlarmTypeBtn->setPictureAttibute(
@@ -151,13 +156,20 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
 
     AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
     decision.applyTo(info);
+    // Counted at once; the cards follow as the page can draw them.
     if (decision.action == AlarmDecision::Action::ShowReturning) {
-        addFrequenterCards(struAlarmInfo, info);
+        // One card per open view of the camera: a camera shown twice counts twice.
+        const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
+        const int copies = static_cast<int>(std::count(views.begin(), views.end(), struAlarmInfo.cameraID));
+        info.strSecondID = struAlarmInfo.secondID;
+        m_iAllNum += copies;
+        if (copies > 0)
+            m_pCardBacklog->Add(std::move(info), copies);
     } else if (decision.action == AlarmDecision::Action::ShowFace) {
         playVoice(decision.voicePath);
         countFace(decision);
-        m_ui->m_pBottomWidget->AddSnapInfo(info);
-        addAlarmCard(info);
+        ++m_iAllNum;
+        m_pCardBacklog->Add(std::move(info));
     }
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
 }
@@ -188,25 +200,32 @@ void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
     card->SetIsSnap(info.isCaptureKind());
     card->SetAlarmInfo(info, false);
     appendRightCard(card);
-    ++m_iAllNum;
     m_pNoData->hide();
     m_pCornerLabel->hide();
 }
 
-void CBTShowWidget::addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info)
+void CBTShowWidget::buildCards(const AlarmShowInfo& info, int copies, bool list, bool strip)
 {
-    // One card per open view of the camera: a camera shown twice counts twice.
-    const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
-    for (const std::string& cameraId : views) {
-        if (cameraId != record.cameraID)
-            continue;
-        info.kind = 5;
-        info.strSecondID = record.secondID;
+    if (info.kind == 5) {
+        addFrequenterCards(info, copies, list, strip);
+        return;
+    }
+    if (strip)
         m_ui->m_pBottomWidget->AddSnapInfo(info);
+    if (list)
+        addAlarmCard(info);
+}
+
+void CBTShowWidget::addFrequenterCards(const AlarmShowInfo& info, int copies, bool list, bool strip)
+{
+    for (int i = 0; i < copies; ++i) {
+        if (strip)
+            m_ui->m_pBottomWidget->AddSnapInfo(info);
+        if (!list)
+            continue;
         auto* card = new CFrequenterUnit(this);
         card->SetFrequenterInfo(info);
         appendRightCard(card);
-        ++m_iAllNum;
         m_pNoData->hide();
     }
 }

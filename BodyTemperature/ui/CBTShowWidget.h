@@ -33,6 +33,7 @@ namespace BodyTemperature {
 struct AlarmDecision;
 class BTShowLiveView;
 class CBottomWidget;
+class CCardBacklog;
 
 class CPopConfigPage;
 class CPopUpUnit;
@@ -110,7 +111,8 @@ private:
     void playVoice(const QString& path);
     void showPopUp(const AlarmShowInfo& info);
     void addAlarmCard(const AlarmShowInfo& info);
-    void addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info);
+    void addFrequenterCards(const AlarmShowInfo& info, int copies, bool list, bool strip);
+    void buildCards(const AlarmShowInfo& info, int copies, bool list, bool strip);
     void appendRightCard(QWidget* card);
 
     std::unique_ptr<CBTShowWidgetForm> m_ui;
@@ -133,6 +135,7 @@ private:
     QLabel* m_pCornerLabel = nullptr;
 
     CSettingsLoader* m_pSettingsLoader = nullptr;
+    CCardBacklog* m_pCardBacklog = nullptr;
     CPopUpUnit* m_pPopUpUnit = nullptr;
     QTimer* m_pPopTimer = nullptr;
     CTypeConfigPage* m_pTypeConfigPage = nullptr;
