@@ -18,6 +18,7 @@
 #include "CBTConfigDB.h"
 #include "CCardBacklog.h"
 #include "CSettingsLoader.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
@@ -398,7 +399,9 @@ void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)
     m_config.bFaceTemperatureCapture = struInfo.bFaceTemperatureCapture;
     m_config.bFacePictureComparison = struInfo.bFacePictureComparison;
     m_config.bFaceCapture = struInfo.bFaceCapture;
-    CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config);
+    // The switches apply for this run either way; the operator learns they were not kept.
+    if (!CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config))
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("SaveFailed"));
 }
 
 void CBTShowWidget::onTimeOut()
