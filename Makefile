@@ -1,11 +1,14 @@
 # Two entry points: `make demo` and `make test`. Everything else is CMake.
+# `make SANITIZE=ON BUILD_DIR=build-asan test`: everything under ASan + UBSan.
+# `make tsan`: the threaded tests under ThreadSanitizer (build-tsan).
+# `make fuzz`: each libFuzzer target for FUZZ_SECONDS (default 300), clang, build-fuzz.
 MAKEFLAGS += --no-print-directory
 BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 SANITIZE ?= OFF
 
-.PHONY: deps configure build demo test clean
+.PHONY: deps configure build demo test tsan fuzz clean
 
 deps:
 	@bash cmake/install-deps.sh
@@ -18,6 +21,18 @@ build: configure
 
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) --timeout 300
+
+# The tests that run threads of their own (streams, transport, play windows,
+# voice, unload); the rest are single-threaded Qt tests.
+TSAN_TESTS ?= AlarmStream|Transport|DeviceBehaviour|PlayWindow|EmulatorStream|CVoicePlayer|ModuleUnload|AlarmListener|fuzz_
+
+tsan: deps
+	@cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBT_SANITIZE=thread >/dev/null
+	@cmake --build build-tsan -j $(JOBS)
+	@cd build-tsan && ctest --output-on-failure -j $(JOBS) --timeout 600 -R '$(TSAN_TESTS)'
+
+fuzz: deps
+	@bash cmake/run-fuzz.sh build-fuzz
 
 demo: build
 	@bash cmake/run-demo.sh $(BUILD_DIR)

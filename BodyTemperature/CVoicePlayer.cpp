@@ -28,6 +28,10 @@ std::atomic<bool> g_bIdle{true};
 std::atomic<bool> g_bStop{false};
 std::atomic<int> g_iStarted{0};
 std::string g_strPath;
+// With no sound server every prompt fails within milliseconds; at several
+// alarms a second a line per failure would flood the log, so only the changes
+// between "plays" and "does not play" are logged.
+std::atomic<bool> g_bSilent{false};
 
 // Owns the worker so that it never outlives the module. The page stops and
 // joins it when it is destroyed (before the host unloads the module); this
@@ -67,8 +71,13 @@ void run()
     // No logging once a stop was asked for: the module may be unloading, and
     // the logger's first use on a thread needs the loader lock that the
     // unloading thread holds while it waits for this one.
-    if (!played && !g_bStop)
-        BASE_LOG_WARN("voice prompt %s did not play", path.c_str());
+    if (!g_bStop) {
+        if (!played && !g_bSilent.exchange(true))
+            BASE_LOG_WARN("no sound output (voice prompt %s did not play); voice prompts stay silent until one "
+                          "plays again", path.c_str());
+        else if (played && g_bSilent.exchange(false))
+            BASE_LOG_INFO("sound output back");
+    }
     g_bIdle = true;
 }
 
@@ -132,11 +141,11 @@ bool CVoicePlayer::PlayOnDevice(const std::string& localPath)
     SF_INFO info{};
     SNDFILE* file = sf_open(localPath.c_str(), SFM_READ, &info);
     if (file == nullptr) {
-        BASE_LOG_WARN("cannot read voice file %s: %s", localPath.c_str(), sf_strerror(nullptr));
+        BASE_LOG_DEBUG("cannot read voice file %s: %s", localPath.c_str(), sf_strerror(nullptr));
         return false;
     }
     if ((info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_WAV || info.channels <= 0 || info.samplerate <= 0) {
-        BASE_LOG_WARN("voice file %s is not a WAV file", localPath.c_str());
+        BASE_LOG_DEBUG("voice file %s is not a WAV file", localPath.c_str());
         sf_close(file);
         return false;
     }
@@ -150,7 +159,7 @@ bool CVoicePlayer::PlayOnDevice(const std::string& localPath)
     pa_simple* stream = pa_simple_new(nullptr, "BodyTemperature", PA_STREAM_PLAYBACK, nullptr, "voice prompt",
         &sample, nullptr, nullptr, &error);
     if (stream == nullptr) {
-        BASE_LOG_WARN("no sound output for %s: %s", localPath.c_str(), pa_strerror(error));
+        BASE_LOG_DEBUG("no sound output for %s: %s", localPath.c_str(), pa_strerror(error));
         sf_close(file);
         return false;
     }
@@ -167,7 +176,7 @@ bool CVoicePlayer::PlayOnDevice(const std::string& localPath)
             break;
         const size_t bytes = static_cast<size_t>(frames) * static_cast<size_t>(info.channels) * sizeof(short);
         if (pa_simple_write(stream, buffer.data(), bytes, &error) < 0) {
-            BASE_LOG_WARN("sound output failed for %s: %s", localPath.c_str(), pa_strerror(error));
+            BASE_LOG_DEBUG("sound output failed for %s: %s", localPath.c_str(), pa_strerror(error));
             ok = false;
             break;
         }

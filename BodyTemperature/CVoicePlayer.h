@@ -9,7 +9,8 @@
 // The worker is owned by the player: it is joined before the next one starts,
 // when the page goes away (Shutdown(), called by the information display's
 // destructor, so that nothing runs while the host unloads the module) and,
-// as a last resort, at unload.
+// as a last resort, at unload. A prompt that does not play is logged once
+// ("no sound output"), and again only after one played ("sound output back").
 #include <QString>
 #include <functional>
 #include <string>

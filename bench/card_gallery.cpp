@@ -152,6 +152,9 @@ void RenderPage(const QString& lang, const QString& outDir)
 
 int main(int argc, char** argv)
 {
+    // Headless unless told otherwise (QT_QPA_PLATFORM=xcb under a display).
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     const QString outDir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::currentPath();
     QDir().mkpath(outDir);

@@ -61,6 +61,9 @@ publicdatacontroller::IntelAlarmEventInfo makeRecord(int i)
 
 int main(int argc, char** argv)
 {
+    // Headless unless told otherwise (QT_QPA_PLATFORM=xcb under a display).
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     int records = 200;
     QString snapshot;
@@ -88,6 +91,11 @@ int main(int argc, char** argv)
     for (int i = 0; i < records; ++i)
         input.push_back(makeRecord(i));
 
+    // The page's own total, as the statistics title receives it.
+    int shown = 0;
+    QObject::connect(dlg.findChild<BodyTemperature::CBTShowWidget*>(), &BodyTemperature::CBTShowWidget::signalNum, &dlg,
+        [&shown](int all, int, int, int) { shown = all; });
+
     std::vector<double> micros;
     micros.reserve(input.size());
     QElapsedTimer total;
@@ -108,7 +116,7 @@ int main(int argc, char** argv)
     std::sort(micros.begin(), micros.end());
     const auto pct = [&](double p) { return micros[static_cast<size_t>(p * static_cast<double>(micros.size() - 1))]; };
     std::printf("records %d, total %.1f ms, per record median %.0f us, p95 %.0f us, max %.0f us, shown %d\n",
-        records, totalMs, pct(0.5), pct(0.95), micros.back(), dlg.ShowWidget()->AllNum());
+        records, totalMs, pct(0.5), pct(0.95), micros.back(), shown);
 
     if (qEnvironmentVariableIsSet("BT_BENCH_DEBUG")) {
         for (QWidget* w : dlg.findChildren<QWidget*>())

@@ -20,7 +20,7 @@ function(bt_add_gtest NAME)
   target_link_libraries(${NAME} PRIVATE bt_test_main ${ARG_LIBS})
   add_test(NAME ${NAME} COMMAND ${NAME})
   set_tests_properties(${NAME} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;BT_BUILD_DIR=${CMAKE_BINARY_DIR};BT_SOURCE_DIR=${PROJECT_SOURCE_DIR};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp;UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1;${ARG_ENV}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;BT_BUILD_DIR=${CMAKE_BINARY_DIR};BT_SOURCE_DIR=${PROJECT_SOURCE_DIR};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp;UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp:second_deadlock_stack=1;${ARG_ENV}")
   if(ARG_LABELS)
     set_tests_properties(${NAME} PROPERTIES LABELS "${ARG_LABELS}")
   endif()

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the demo need, when missing.
+# Installs the Debian packages the build, the tests, the demo and the fuzz
+# targets (clang with its libFuzzer runtime) need, when missing.
 set -euo pipefail
 PKGS=(
   cmake make g++ pkg-config
@@ -8,6 +9,7 @@ PKGS=(
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
+  clang libclang-rt-14-dev
   ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
 )
 missing=()

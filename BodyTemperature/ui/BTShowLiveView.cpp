@@ -107,9 +107,6 @@ BTShowLiveView::BTShowLiveView(QWidget* parent) : QWidget(parent), m_iMaxWndNum(
 
     connect(m_pFullScreen, &aiguitoolkit::CFullScreenWidget::SignalScreenChanged, this, &BTShowLiveView::SignalScreenChanged);
     connect(m_pFullScreen, &aiguitoolkit::CFullScreenWidget::SignalLeaveFullScreen, this, &BTShowLiveView::SignalLeaveFullScreen);
-    connect(m_pFullScreen, &aiguitoolkit::CFullScreenWidget::SignalScreenChanged, this, [this](bool full) {
-        m_iFullScreen = full ? 1 : 0;
-    });
 }
 
 BTShowLiveView::~BTShowLiveView()
@@ -133,7 +130,6 @@ void BTShowLiveView::Init(UiDataController::CLogicModel* logicModel)
 {
     if (logicModel == nullptr)
         return;
-    m_pLogicModel = logicModel;
     if (!m_listPlayWnd.isEmpty())
         return;
     m_pPlugin = std::make_unique<CBTLiveViewPlugin>(logicModel);
@@ -176,10 +172,10 @@ void BTShowLiveView::Init(UiDataController::CLogicModel* logicModel)
         m_listPlayWnd.append(w);
     }
 
-    m_pPtzControlWnd = new CPtzControlWnd(this);
-    m_pPtzControlWnd->hide();
-    m_pPtzControlMgr = new CPtzControlMgr(m_pPtzControlWnd, this);
-    m_pPtzControlMgr->SetPlayWindows(m_listPlayWnd);
+    auto* ptzWindow = new CPtzControlWnd(this);
+    ptzWindow->hide();
+    auto* ptzMgr = new CPtzControlMgr(ptzWindow, this);
+    ptzMgr->SetPlayWindows(m_listPlayWnd);
 
     QList<QWidget*> windows;
     for (CStreamPlayWindowWithTask* w : m_listPlayWnd)
@@ -321,7 +317,6 @@ void BTShowLiveView::OnFullScreenBtnPressed()
         return;
     if (!m_pFullScreen->IsFullScreen())
         m_pFullScreen->EnterFullScreen();
-    m_iFullScreen = 1;
     if (m_pSelectedWnd != nullptr && m_pLayoutMgr != nullptr && m_pLayoutMgr->MaximizedWindow() != m_pSelectedWnd) {
         // Maximise and restore at once: this re-lays the grid inside the full-screen container.
         m_pLayoutMgr->MaximizeWindow(m_pSelectedWnd);
@@ -366,7 +361,6 @@ void BTShowLiveView::OnWindowDoubleClicked()
 
 void BTShowLiveView::OnCutBtnNumClicked(int iWndNum)
 {
-    m_iCutType = iWndNum;
     if (m_listPlayWnd.isEmpty() || iWndNum == 0 || m_pLayoutMgr == nullptr)
         return;
     if (m_pSelectedWnd != nullptr && m_pLayoutMgr->MaximizedWindow() == m_pSelectedWnd)

@@ -19,8 +19,6 @@
 #include "playwindow/CLiveViewEvent.h"
 
 class CStreamPlayWindowWithTask;
-class CPtzControlWnd;
-class CPtzControlMgr;
 class QToolButton;
 class QDropEvent;
 
@@ -64,15 +62,6 @@ public:
     // The table of open views: one camera identifier per playing window, in window order.
     QVector<std::string> openViewCameraIds() const;
 
-    // Read access for the page and tests.
-    QList<CStreamPlayWindowWithTask*> PlayWindows() const { return m_listPlayWnd; }
-    CStreamPlayWindowWithTask* SelectedWindow() const { return m_pSelectedWnd; }
-    int CutType() const { return m_iCutType; }
-    aiguitoolkit::CWidgetLayoutMgr* LayoutMgr() const { return m_pLayoutMgr; }
-    aiguitoolkit::CCutNumFrame* CutNumFrame() const { return m_pSelectCutNum; }
-    aiguitoolkit::CFullScreenWidget* FullScreenWidget() const { return m_pFullScreen; }
-    CSelectBoder* SelectBoder() const { return m_pSelectBoder; }
-
     void OnVideoSystemConfigChanged() override;
 
 signals:
@@ -104,18 +93,13 @@ private:
     QList<CStreamPlayWindowWithTask*> m_listPlayWnd;
     QMap<CStreamPlayWindowWithTask*, std::string> m_mapOpenViews;
     CStreamPlayWindowWithTask* m_pSelectedWnd = nullptr;
-    int m_iCutType = 2;
-    int m_iFullScreen = 0;
 
-    UiDataController::CLogicModel* m_pLogicModel = nullptr;
     std::unique_ptr<CBTLiveViewPlugin> m_pPlugin;
     QPointer<CBTViewTree> m_pCameraTree;
     aiguitoolkit::CWidgetLayoutMgr* m_pLayoutMgr = nullptr;
     aiguitoolkit::CCutNumFrame* m_pSelectCutNum = nullptr;
     aiguitoolkit::CFullScreenWidget* m_pFullScreen = nullptr;
     CSelectBoder* m_pSelectBoder = nullptr;
-    CPtzControlWnd* m_pPtzControlWnd = nullptr;
-    CPtzControlMgr* m_pPtzControlMgr = nullptr;
 
     QToolButton* m_pStopAllBtn = nullptr;
     QToolButton* m_pCutWndBtn = nullptr;

@@ -124,8 +124,7 @@ void CBTShowWidget::buildLists()
     m_pRightListLayout->setContentsMargins(0, 0, 0, 0);
     m_pRightListLayout->setSpacing(12);
     // Cards follow the spacer: the newest stands at the top.
-    m_pRightSpacer = new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding);
-    m_pRightListLayout->addItem(m_pRightSpacer);
+    m_pRightListLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding));
 
     // Placeholder and its corner mark float over the empty list.
     m_pNoData = new CRightNoData(m_ui->m_pRightListWidget);
@@ -186,7 +185,6 @@ void CBTShowWidget::playVoice(const QString& path)
 {
     if (path.isEmpty())
         return;
-    emit signalVoiceRequested(path);
     CVoicePlayer::Play(path);
 }
 
@@ -260,6 +258,7 @@ void CBTShowWidget::showPopUp(const AlarmShowInfo& info)
     if (m_config.bPopAutoClose && m_config.iPopDuration != -1) {
         if (m_pPopTimer == nullptr) {
             m_pPopTimer = new QTimer(this);
+            m_pPopTimer->setObjectName(QStringLiteral("m_pPopTimer"));
             connect(m_pPopTimer, &QTimer::timeout, this, &CBTShowWidget::onTimeOut);
         }
         m_pPopTimer->start(m_config.iPopDuration * 1000);

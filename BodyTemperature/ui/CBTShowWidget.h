@@ -16,17 +16,11 @@
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
 #include "ui/CBTShowWidgetForm.h"
 
-class QFrame;
 class QLabel;
 class QScrollArea;
 class QTimer;
 class QToolButton;
 class QVBoxLayout;
-class QSpacerItem;
-
-namespace aiguitoolkit {
-class CShakeButton;
-}
 
 namespace BodyTemperature {
 
@@ -59,32 +53,11 @@ public:
     void stopAllLiveView();
     QList<QByteArray> GetPlayingCameraIds() const;
 
+    // The live-view area of the form; the dialog wires it to the camera tree.
     BTShowLiveView* LiveView() const { return m_ui->m_pLiveView; }
-    CBottomWidget* BottomWidget() const { return m_ui->m_pBottomWidget; }
-    // The dashboard dialog this display belongs to (not owned).
-    void SetOwnerDialog(QWidget* dlg) { m_pOwnerDlg = dlg; }
-
-    // State read by the dialog and by tests.
-    const AlarmDisplayConfig& Config() const { return m_config; }
-    int AllNum() const { return m_iAllNum; }
-    int NormalNum() const { return m_iNormalNum; }
-    bool IsPopIdle() const { return m_bPopIdle; }
-    CPopUpUnit* PopUpUnit() const { return m_pPopUpUnit; }
-    QTimer* PopTimer() const { return m_pPopTimer; }
-    QVBoxLayout* RightListLayout() const { return m_pRightListLayout; }
-    CRightNoData* RightNoData() const { return m_pNoData; }
-    QWidget* RightPanel() const { return m_ui->m_pRightPanel; }
-    QFrame* LiveViewFrame() const { return m_ui->m_pLiveViewFrame; }
-    QToolButton* RightRetractButton() const { return m_pRightRetractBtn; }
-    QToolButton* BottomRetractButton() const { return m_ui->m_pBottomRetractBtn; }
-    QWidget* ToolButtonBar() const { return m_ui->m_pToolBar; }
-    aiguitoolkit::CShakeButton* EnableAlarmButton() const { return m_ui->m_pEnableAlarmBtn; }
-    CTypeConfigPage* TypeConfigPage() const { return m_pTypeConfigPage; }
 
 signals:
     void signalNum(int iAllNum, int iNormalNum, int iNoMaskNum, int iAbnormalNum);
-    // A voice prompt was requested for this record (played if the player is idle).
-    void signalVoiceRequested(const QString& strPath);
 
 public slots:
     void OnEnableAlarm();
@@ -127,10 +100,8 @@ private:
     bool m_bRightRetracted = false;
     uint32_t m_uWindowTypeBits = 0;
 
-    QWidget* m_pOwnerDlg = nullptr;
     QToolButton* m_pRightRetractBtn = nullptr;
     QVBoxLayout* m_pRightListLayout = nullptr;
-    QSpacerItem* m_pRightSpacer = nullptr;
     CRightNoData* m_pNoData = nullptr;
     QLabel* m_pCornerLabel = nullptr;
 

@@ -199,7 +199,6 @@ void CBodyTemperatureDlg::setUp()
     m_pShowWidget->LiveView()->SetCameraTree(m_pCameraTree);
     connect(m_pShowWidget->LiveView(), &BTShowLiveView::signalUpdateGroupSelectState, this, &CBodyTemperatureDlg::onUpdateGroupTreeSelectedCamera);
     m_pShowWidget->LiveView()->Init(m_pCameraModel);
-    m_pShowWidget->SetOwnerDialog(this);
 }
 
 void CBodyTemperatureDlg::placeShrinkButton()

@@ -41,15 +41,6 @@ public:
     void RestorePlayingCameras(const QStringList& cameraIds);
     void SetAlarmListening(bool on);
 
-    AlarmListener* alarmListener() const { return m_pAlarmListener; }
-    CBTShowWidget* ShowWidget() const { return m_pShowWidget; }
-    BTShowTitle* ShowTitle() const { return m_pShowTitle; }
-    CBTViewTree* CameraTree() const { return m_pCameraTree; }
-    QFrame* LeftFrame() const { return m_pLeftFrame; }
-    QToolButton* ShrinkButton() const { return m_pShrinkBtn; }
-    VantorGUIToolkit::CSecondarySortFilterModel* TreeProxy() const { return m_pProxyModel; }
-    bool IsLeftFolded() const { return m_bLeftFolded; }
-
 public slots:
     void onNewAlarmComing(publicdatacontroller::IntelAlarmEventInfo struAlarmInfo);
     void OnShrinkBtnClicked();

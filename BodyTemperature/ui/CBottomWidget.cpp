@@ -40,8 +40,7 @@ CBottomWidget::CBottomWidget(QWidget* parent) : QFrame(parent)
     m_pLayout->setSpacing(8);
     m_pLayout->setSizeConstraint(QLayout::SetMaximumSize);
     // Cards always follow the spacer, so they line up from the left edge.
-    m_pSpacer = new QSpacerItem(1, 1, QSizePolicy::Expanding, QSizePolicy::Minimum);
-    m_pLayout->addItem(m_pSpacer);
+    m_pLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Expanding, QSizePolicy::Minimum));
 
     m_pCornerLabel = new QLabel(this);
     m_pCornerLabel->setObjectName(QStringLiteral("cornerLabel"));
@@ -54,11 +53,6 @@ CBottomWidget::CBottomWidget(QWidget* parent) : QFrame(parent)
 }
 
 CBottomWidget::~CBottomWidget() = default;
-
-int CBottomWidget::CardCount() const
-{
-    return m_pLayout->count() - 1;
-}
 
 void CBottomWidget::AddSnapInfo(const AlarmShowInfo& info)
 {
@@ -147,13 +141,12 @@ QByteArray CBottomWidget::CutFace(const std::string& strFace, const protocol::Pi
 
 void CBottomWidget::OnAddToLib(std::string strFace, protocol::PictureRect rect)
 {
-    m_lastFaceCut.clear();
     if (strFace.empty())
         return;
-    m_lastFaceCut = CutFace(strFace, rect);
+    const QByteArray cut = CutFace(strFace, rect);
     // An undecodable picture gives an empty cut, which the dialog refuses.
-    if (!m_lastFaceCut.isEmpty())
-        emit SignalFaceReady(m_lastFaceCut);
+    if (!cut.isEmpty())
+        emit SignalFaceReady(cut);
 }
 
 } // namespace BodyTemperature

@@ -13,7 +13,6 @@
 
 class QHBoxLayout;
 class QLabel;
-class QSpacerItem;
 
 namespace BodyTemperature {
 
@@ -36,11 +35,6 @@ public:
     // Object name, corner label and placeholder for the empty / filled state.
     void RefreshAppearance();
 
-    int CardCount() const;
-    QHBoxLayout* CardLayout() const { return m_pLayout; }
-    // The face the last add request produced (what the add-face dialog receives).
-    const QByteArray& LastFaceCut() const { return m_lastFaceCut; }
-
     // The bytes handed to the add-face dialog: the picture unchanged for a
     // zero rectangle, else the rectangle cut out and encoded as JPEG quality 50
     // (empty when the picture does not decode).
@@ -59,11 +53,9 @@ protected:
 
 private:
     QHBoxLayout* m_pLayout = nullptr;
-    QSpacerItem* m_pSpacer = nullptr;
     bool m_bEmpty = true;
     QLabel* m_pCornerLabel = nullptr;
     CRightNoData* m_pNoData = nullptr;
-    QByteArray m_lastFaceCut;
 };
 
 } // namespace BodyTemperature

@@ -32,7 +32,6 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("PopConfigFrame"),
         text("AlarmPopoverConfigurrXBbmhnE"), text("close"), text("Save"), text("UndoMerge"));
     m_pFrame = parts.frame;
-    m_pTitleLabel = parts.title;
     m_pCloseBtn = parts.close;
     m_pSaveBtn = parts.save;
     m_pCancelBtn = parts.cancel;

@@ -27,14 +27,6 @@ public:
     void SetConfig(const AlarmDisplayConfig& config);
     const AlarmDisplayConfig& GetConfig() const { return m_config; }
 
-    QCheckBox* NoMaskCheckBox() const { return m_pNoMaskCheck; }
-    QCheckBox* AbnormalCheckBox() const { return m_pAbnormalCheck; }
-    QCheckBox* AutoCloseCheckBox() const { return m_pAutoCloseCheck; }
-    QLineEdit* DurationEdit() const { return m_pDurationEdit; }
-    QPushButton* SaveButton() const { return m_pSaveBtn; }
-    QPushButton* CancelButton() const { return m_pCancelBtn; }
-    QToolButton* CloseButton() const { return m_pCloseBtn; }
-
 public slots:
     void onClickedOK();
     void onClickedClose();
@@ -51,7 +43,6 @@ private:
 
     AlarmDisplayConfig m_config;
     QFrame* m_pFrame = nullptr;
-    QLabel* m_pTitleLabel = nullptr;
     QToolButton* m_pCloseBtn = nullptr;
     QCheckBox* m_pNoMaskCheck = nullptr;
     QCheckBox* m_pAbnormalCheck = nullptr;

@@ -29,7 +29,6 @@ CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
     const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("SoundConfigFrame"),
         text("VoiceConfiguration"), text("close"), text("Save"), text("UndoMerge"));
     m_pFrame = parts.frame;
-    m_pTitleLabel = parts.title;
     m_pCloseBtn = parts.close;
     m_pSaveBtn = parts.save;
     m_pCancelBtn = parts.cancel;

@@ -10,7 +10,6 @@
 
 class QCheckBox;
 class QFrame;
-class QLabel;
 class QPushButton;
 class QToolButton;
 
@@ -37,16 +36,6 @@ public:
     // Returns true when it changed config.
     static bool FillDefaultVoicePaths(AlarmDisplayConfig& config, int language);
 
-    QCheckBox* NormalCheckBox() const { return m_pNormalCheck; }
-    QCheckBox* AbnormalCheckBox() const { return m_pAbnormalCheck; }
-    QCheckBox* NoMaskCheckBox() const { return m_pNoMaskCheck; }
-    VantorGUIToolkit::CPathComboBox* NormalPath() const { return m_pNormalPath; }
-    VantorGUIToolkit::CPathComboBox* AbnormalPath() const { return m_pAbnormalPath; }
-    VantorGUIToolkit::CPathComboBox* NoMaskPath() const { return m_pNoMaskPath; }
-    QPushButton* SaveButton() const { return m_pSaveBtn; }
-    QPushButton* CancelButton() const { return m_pCancelBtn; }
-    QToolButton* CloseButton() const { return m_pCloseBtn; }
-
 public slots:
     void onClickedOK();
     void onClickedCancel();
@@ -57,7 +46,6 @@ private:
 
     AlarmDisplayConfig m_config;
     QFrame* m_pFrame = nullptr;
-    QLabel* m_pTitleLabel = nullptr;
     QToolButton* m_pCloseBtn = nullptr;
     QCheckBox* m_pNormalCheck = nullptr;
     QCheckBox* m_pAbnormalCheck = nullptr;

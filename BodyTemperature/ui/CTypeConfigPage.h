@@ -38,10 +38,6 @@ public:
     // the panel is its own window or a child of bar.
     void PlaceUnder(const QWidget* bar, int language);
 
-    QCheckBox* ComparisonCheckBox() const { return m_pComparisonCheck; }
-    QCheckBox* TemperatureCaptureCheckBox() const { return m_pTemperatureCheck; }
-    QCheckBox* CaptureCheckBox() const { return m_pCaptureCheck; }
-
 protected:
     // A pop-up partly off the screen could not be used: when the place it was
     // given does not fit, it is shifted just enough to be wholly visible.

@@ -4,12 +4,16 @@
 #include <QStandardPaths>
 #include <cstdarg>
 #include <cstdio>
+#include <atomic>
+#include <memory>
 #include <mutex>
 #include <vector>
 
-#include <log4cxx/fileappender.h>
 #include <log4cxx/logger.h>
 #include <log4cxx/patternlayout.h>
+#include <log4cxx/rolling/fixedwindowrollingpolicy.h>
+#include <log4cxx/rolling/rollingfileappender.h>
+#include <log4cxx/rolling/sizebasedtriggeringpolicy.h>
 #include <log4cxx/spi/location/locationinfo.h>
 
 namespace Base {
@@ -18,6 +22,7 @@ namespace {
 
 std::mutex g_initMutex;
 bool g_initialised = false;
+std::atomic<bool> g_debug{false};
 std::string g_file;
 
 std::string defaultFile()
@@ -36,28 +41,51 @@ log4cxx::LoggerPtr logger()
     return s_logger;
 }
 
-void initLocked(const std::string& filePath)
+void initLocked(const std::string& filePath, size_t maxFileBytes, int backupFiles)
 {
     const std::string file = filePath.empty() ? defaultFile() : filePath;
     auto layout = std::make_shared<log4cxx::PatternLayout>(
         LOG4CXX_STR("%d{yyyy-MM-dd HH:mm:ss.SSS} [%t] %-5p %m (%F:%L %M)%n"));
-    auto appender = std::make_shared<log4cxx::FileAppender>(layout, log4cxx::LogString(file.begin(), file.end()), true);
+    const log4cxx::LogString path(file.begin(), file.end());
+    auto rolling = std::make_shared<log4cxx::rolling::FixedWindowRollingPolicy>();
+    rolling->setFileNamePattern(path + LOG4CXX_STR(".%i"));
+    rolling->setMinIndex(1);
+    rolling->setMaxIndex(backupFiles);
+    auto trigger = std::make_shared<log4cxx::rolling::SizeBasedTriggeringPolicy>();
+    trigger->setMaxFileSize(maxFileBytes);
+    // log4cxx 1.0 frees a FixedWindowRollingPolicy with the wrong size (a
+    // fault the address sanitizer stops on): the policies of this process
+    // are never freed. One per Init() call, a few bytes each.
+    static auto* s_kept = new std::vector<std::shared_ptr<log4cxx::rolling::FixedWindowRollingPolicy>>();
+    s_kept->push_back(rolling);
+    auto appender = std::make_shared<log4cxx::rolling::RollingFileAppender>();
+    appender->setLayout(layout);
+    appender->setRollingPolicy(rolling);
+    appender->setTriggeringPolicy(trigger);
+    appender->setFile(path);
+    appender->setAppend(true);
     log4cxx::helpers::Pool pool;
     appender->activateOptions(pool);
     auto root = logger();
     root->removeAllAppenders();
     root->addAppender(appender);
-    root->setLevel(log4cxx::Level::getDebug());
+    root->setLevel(g_debug ? log4cxx::Level::getDebug() : log4cxx::Level::getInfo());
     g_file = file;
     g_initialised = true;
 }
 
 } // namespace
 
-void Init(const std::string& filePath)
+void Init(const std::string& filePath, size_t maxFileBytes, int backupFiles)
 {
     std::lock_guard<std::mutex> lock(g_initMutex);
-    initLocked(filePath);
+    initLocked(filePath, maxFileBytes, backupFiles);
+}
+
+void SetDebug(bool on)
+{
+    g_debug = on;
+    logger()->setLevel(on ? log4cxx::Level::getDebug() : log4cxx::Level::getInfo());
 }
 
 std::string CurrentFile()
@@ -71,8 +99,10 @@ void Write(Level level, const char* file, const char* function, int line, const 
     {
         std::lock_guard<std::mutex> lock(g_initMutex);
         if (!g_initialised)
-            initLocked(std::string());
+            initLocked(std::string(), kMaxFileBytes, kBackupFiles);
     }
+    if (level == Level::Debug && !g_debug)
+        return;  // not even formatted: debug records are the bulk of the traffic
     va_list args;
     va_start(args, fmt);
     va_list copy;

@@ -56,6 +56,7 @@ int main(int argc, char** argv)
     auto* config = clientcommonlogical::CConfigMgr::Instance();
     if (parser.isSet(configOpt))
         config->Load(parser.value(configOpt));
+    Base::Log::SetDebug(config->IsDebugLog());
     if (parser.isSet(languageOpt))
         config->SetLanguage(parser.value(languageOpt).toInt());
     if (parser.isSet(dataOpt))

@@ -74,6 +74,7 @@ bool CConfigMgr::Load(const QString& path)
     m_language = root.value(QStringLiteral("language")).toInt(2);
     m_regionMode = root.value(QStringLiteral("regionMode")).toInt(1);
     m_brand = brand;
+    m_debugLog = root.value(QStringLiteral("logLevel")).toString() == QStringLiteral("debug");
     m_devices = std::move(devices);
     return true;
 }
@@ -85,6 +86,7 @@ int CConfigMgr::GetRegionMode() const { std::lock_guard<std::mutex> l(m_mutex); 
 void CConfigMgr::SetRegionMode(int mode) { std::lock_guard<std::mutex> l(m_mutex); m_regionMode = mode; }
 std::vector<int> CConfigMgr::GetBrandValues() const { std::lock_guard<std::mutex> l(m_mutex); return m_brand; }
 void CConfigMgr::SetBrandValues(const std::vector<int>& values) { std::lock_guard<std::mutex> l(m_mutex); m_brand = values; }
+bool CConfigMgr::IsDebugLog() const { std::lock_guard<std::mutex> l(m_mutex); return m_debugLog; }
 std::vector<DeviceConfig> CConfigMgr::GetDevices() const { std::lock_guard<std::mutex> l(m_mutex); return m_devices; }
 void CConfigMgr::SetDevices(const std::vector<DeviceConfig>& devices) { std::lock_guard<std::mutex> l(m_mutex); m_devices = devices; }
 

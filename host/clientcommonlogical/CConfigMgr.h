@@ -47,6 +47,9 @@ public:
     std::vector<int> GetBrandValues() const;
     void SetBrandValues(const std::vector<int>& values);
 
+    // "logLevel": "debug" writes debug records to the host log; anything else info.
+    bool IsDebugLog() const;
+
     std::vector<DeviceConfig> GetDevices() const;
     bool FindDevice(const std::string& id, DeviceConfig& out) const;
     void SetDevices(const std::vector<DeviceConfig>& devices);
@@ -58,6 +61,7 @@ private:
     int m_language = 2;
     int m_regionMode = 1;
     std::vector<int> m_brand{0, 0, 0};
+    bool m_debugLog = false;
     std::vector<DeviceConfig> m_devices;
 };
 

@@ -65,7 +65,6 @@ void CAlarmSubscription::Start()
         return;
     detail::GlobalInit();
     m_stop = false;
-    m_stopFlag = false;
     m_stream = std::thread([this] { runStream(); });
     if (m_statusPollMs > 0)
         m_status = std::thread([this] { runStatus(); });
@@ -76,7 +75,6 @@ void CAlarmSubscription::RequestStop()
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_stop = true;
-        m_stopFlag = true;
     }
     m_cv.notify_all();
     {
@@ -135,7 +133,7 @@ void CAlarmSubscription::runStream()
         ex.lowSpeedTimeSec = 90;
         // Until the answer's headers come, silence counts for every device.
         ex.idleLimitMs = m_silenceLimitMs;
-        ex.abortFlag = &m_stopFlag;
+        ex.abortFlag = &m_stop;
         ex.socketFd = &m_socket;
         ex.socketMutex = &m_socketMutex;
         decoder.onKeepAlive = [this, &ex](int intervalSec) {
@@ -218,7 +216,7 @@ void CAlarmSubscription::runStatus()
         ex.path = "/DVAPI/System/channels/status";
         ex.timeoutMs = 5000;
         ex.maxBodyBytes = detail::CBodyLimit::kStatusDocument;
-        ex.abortFlag = &m_stopFlag;
+        ex.abortFlag = &m_stop;
         ex.socketFd = &m_statusSocket;
         ex.socketMutex = &m_socketMutex;
         const detail::HttpResult r = detail::Perform(m_device, ex);

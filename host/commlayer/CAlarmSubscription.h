@@ -60,7 +60,6 @@ private:
     int m_statusPollMs;
     int m_silenceLimitMs = kSilenceLimitMs;
     bool m_keepAliveSeen = false;  // stream thread only
-    volatile bool m_stopFlag = false;
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
     std::condition_variable m_cv;

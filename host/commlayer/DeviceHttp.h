@@ -25,7 +25,7 @@ struct HttpExchange {
     // Return false to abort the transfer.
     std::function<bool(const char*, size_t)> sink;
     std::function<void(long status, const std::string& contentType)> onHeaders;
-    const volatile bool* abortFlag = nullptr;  // polled during the transfer
+    const std::atomic<bool>* abortFlag = nullptr;  // polled during the transfer, set by another thread
     long lowSpeedTimeSec = 0;  // abort when under 1 byte/s for this long
     long idleLimitMs = 0;      // abort when no byte arrived for this long; 0: no limit
     // Limit of a buffered successful body (error bodies have their own, smaller one).

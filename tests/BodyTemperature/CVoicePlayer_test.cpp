@@ -5,12 +5,14 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <gtest/gtest.h>
 
 #include "VantorGUIToolkit/TargetPath.h"
 #include "support/PrivatePulseServer.h"
 #include "support/TestSupport.h"
+#include "Base/Log.h"
 #include "CVoicePlayer.h"
 
 using BodyTemperature::CVoicePlayer;
@@ -75,6 +77,35 @@ TEST(VoicePlayer, FilesThatCannotPlayLeaveThePlayerIdle)
         EXPECT_TRUE(CVoicePlayer::Play(path));
         EXPECT_TRUE(waitIdle());
     }
+}
+
+// A post without a sound server gets one line when prompts stop playing and
+// one when they play again, not a line per alarm.
+TEST(VoicePlayer, LostSoundOutputIsLoggedOncePerChange)
+{
+    std::atomic<bool> works{true};
+    CVoicePlayer::SetSink([&](const std::string&) { return works.load(); });
+    auto playSome = [](int n) {
+        for (int i = 0; i < n; ++i) {
+            ASSERT_TRUE(CVoicePlayer::Play(QStringLiteral("/voice/prompt.wav")));
+            ASSERT_TRUE(waitIdle());
+        }
+    };
+    playSome(1);  // whatever earlier tests left, the output now works
+    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    log.readAll();
+    works = false;
+    playSome(5);
+    works = true;
+    playSome(3);
+    works = false;
+    playSome(4);
+    CVoicePlayer::SetSink({});
+    const QByteArray written = log.readAll();
+    EXPECT_EQ(written.count("no sound output"), 2) << written.constData();
+    EXPECT_EQ(written.count("sound output back"), 1) << written.constData();
+    EXPECT_LT(written.indexOf("sound output back"), written.lastIndexOf("no sound output"));
 }
 
 TEST(VoicePlayer, DefaultPromptsAreFoundAndHoldSpeech)

@@ -3,9 +3,11 @@
 // host's component folder there, event-loop waits, build paths, pictures.
 #include <QByteArray>
 #include <QImage>
+#include <QObject>
 #include <QString>
 #include <QTemporaryDir>
 #include <functional>
+#include <memory>
 #include <gtest/gtest.h>
 
 namespace testsupport {
@@ -30,6 +32,21 @@ QString buildDir();
 QString sourceDir();
 QString binDir();
 QString modulePath();  // bin/modules/libBodyTemperature.so
+
+// The child of parent with this object name (and type); the test fails
+// when there is none.
+template <typename T>
+T* child(const QObject* parent, const char* objectName)
+{
+    T* found = parent->findChild<T*>(QString::fromLatin1(objectName));
+    EXPECT_NE(found, nullptr) << objectName;
+    return found;
+}
+template <typename T, typename Owner>
+T* child(const std::unique_ptr<Owner>& parent, const char* objectName)
+{
+    return child<T>(parent.get(), objectName);
+}
 
 // A JPEG of the given size with a recognisable gradient and a marker.
 QByteArray makeJpeg(int width, int height, int quality = 85, QImage::Format fmt = QImage::Format_RGB32);

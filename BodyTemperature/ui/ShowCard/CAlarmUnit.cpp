@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
+#include <QVariant>
 
 #include "Base/Log.h"
 #include "ui/ShowCard/CardStyle.h"
@@ -111,11 +112,11 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
             break;
         case 4:
             m_pNameLabel->setText(tr("FaceTemperatureCaptureJLMWvg"));
-            // Temperature captures stand out on their own card background. The
-            // rule names the card class: a bare block does not parse, and a
-            // selector-less declaration would reach every label of the card.
-            setStyleSheet(QStringLiteral("BodyTemperature--CAlarmUnit{border-image: "
-                                         "url(:/rightBottom/Images/AIShowPlugin/rightBottom/BlacklistBg.png);}"));
+            // Temperature captures stand out on their own card background (a
+            // rule of the module style sheet on this property). A style sheet
+            // of the card's own would re-polish every label of the card.
+            setProperty("temperatureCapture", true);
+            CardStyle::Repolish(this);
             break;
         default:
             m_pNameLabel->setText(QStringLiteral("/"));

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSpacerItem>
+#include <QVariant>
 
 #include "ui/ShowCard/CardStyle.h"
 
@@ -43,7 +44,10 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
     CAlarmUnit::SetAlarmInfo(info, bLarge);
     // The list cards' temperature-capture background is drawn for their size;
     // the pop-up keeps its own alarm frame whatever event it shows.
-    setStyleSheet(QString());
+    if (property("temperatureCapture").toBool()) {
+        setProperty("temperatureCapture", false);
+        CardStyle::Repolish(this);
+    }
 
     if (m_info.popType == 1 || m_info.popType == 2) {
         const bool red = m_info.popType == 1;

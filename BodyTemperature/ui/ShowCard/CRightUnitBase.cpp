@@ -24,14 +24,6 @@ CRightUnitBase::CRightUnitBase(QWidget* parent) : QFrame(parent)
 CRightUnitBase::~CRightUnitBase()
 {
     BASE_LOG_DEBUG("CRightUnitBase Destruct.");
-    delete m_pFacePicLabel;
-    m_pFacePicLabel = nullptr;
-    delete m_pTimeLabel;
-    m_pTimeLabel = nullptr;
-    delete m_pCameraLabel;
-    m_pCameraLabel = nullptr;
-    delete m_pDetailBtn;
-    m_pDetailBtn = nullptr;
 }
 
 void CRightUnitBase::onDetailesBtnClicked()

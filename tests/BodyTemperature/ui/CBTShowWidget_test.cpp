@@ -2,25 +2,23 @@
 // classification of every face, the event dispatch and its switches, the two
 // card lists, returning-person cards, the pop-up rules, the panel buttons and
 // broken records. Only the sound device is replaced, by one that plays nothing.
+#include <QLayout>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTimer>
 #include <QToolButton>
-#include <QVBoxLayout>
 #include <gtest/gtest.h>
 
 #include "Base/CSingleton.h"
 #include "CAppRscManager.h"
 #include "CameraModel.h"
 #include "DashboardRecords.h"
-#include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBottomWidget.h"
 #include "ui/CRightNoData.h"
 #include "ui/CTypeConfigPage.h"
-#include "CVoicePlayer.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
@@ -33,17 +31,6 @@ namespace {
 
 class ShowWidgetTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        CVoicePlayer::SetSink([](const std::string&) { return true; });
-    }
-    void TearDown() override
-    {
-        waitIdle();
-        CVoicePlayer::SetSink({});
-    }
-    static void waitIdle() { ASSERT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); })); }
-
     static std::unique_ptr<CBTShowWidget> makeWidget(
         const AlarmDisplayConfig& config = voiceConfig(), bool shown = false)
     {
@@ -56,14 +43,31 @@ protected:
         }
         return w;
     }
-    static int rightCards(const CBTShowWidget& w) { return w.RightListLayout()->count() - 1; }
+    static QLayout* rightList(const CBTShowWidget& w)
+    {
+        return testsupport::child<QWidget>(&w, "m_pRightListWidget")->layout();
+    }
+    static int rightCards(const CBTShowWidget& w) { return rightList(w)->count() - 1; }
+    static int bottomCards(const CBTShowWidget& w) { return w.findChild<CBottomWidget*>()->layout()->count() - 1; }
     // The newest card stands last in the layout (drawn at the top).
     template <typename T = CAlarmUnit>
     static T* newestCard(const CBTShowWidget& w)
     {
-        const int n = w.RightListLayout()->count();
-        return n > 1 ? qobject_cast<T*>(w.RightListLayout()->itemAt(n - 1)->widget()) : nullptr;
+        const int n = rightList(w)->count();
+        return n > 1 ? qobject_cast<T*>(rightList(w)->itemAt(n - 1)->widget()) : nullptr;
     }
+    static CPopUpUnit* popUp(const CBTShowWidget& w) { return w.findChild<CPopUpUnit*>(); }
+    static QTimer* popTimer(const CBTShowWidget& w) { return w.findChild<QTimer*>(QStringLiteral("m_pPopTimer")); }
+    // The four counters as they stand: a record of an unknown code reports
+    // them unchanged.
+    static Nums counters(CBTShowWidget& w)
+    {
+        QSignalSpy nums(&w, &CBTShowWidget::signalNum);
+        w.DealAlarmInfo(record(100999, face(1, 1, 1)));
+        return nums.count() == 1 ? nums.at(0) : Nums();
+    }
+
+    VoiceLog voices;
 };
 
 enum Voice { None, NoMask, Normal, Abnormal };
@@ -98,18 +102,15 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
         config.bPopNoMask = row.popNoMask;
         config.bPopAbnormal = row.popAbnormal;
         auto w = makeWidget(config);
-        QSignalSpy voices(w.get(), &CBTShowWidget::signalVoiceRequested);
         QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
-        const int started = CVoicePlayer::StartedCount();
+        const int before = voices.played().size();
 
         w->DealAlarmInfo(record(kTemperatureCapture, face(row.enabled, row.anomaly, row.mask)));
 
-        // At most one request per record, and it reaches the player.
-        ASSERT_EQ(voices.count(), row.voice == None ? 0 : 1);
-        EXPECT_EQ(CVoicePlayer::StartedCount() - started, voices.count());
+        // At most one file per record, and the player plays it.
+        const QStringList played = voices.played().mid(before);
         const QString paths[] = {QString(), config.strNoMaskVoice, config.strNormalVoice, config.strAbnormalVoice};
-        EXPECT_EQ(row.voice == None ? QString() : voices.at(0).at(0).toString(), paths[row.voice]);
-        waitIdle();
+        EXPECT_EQ(played, row.voice == None ? QStringList() : QStringList{paths[row.voice]});
         const CAlarmUnit* card = newestCard(*w);
         ASSERT_NE(card, nullptr);
         const AlarmShowInfo& i = card->info();
@@ -117,7 +118,7 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
             std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType, 4u}));
         ASSERT_EQ(nums.count(), 1);
         EXPECT_EQ(nums.at(0), (Nums{1, row.normal, row.noMask, row.abnormal}));
-        EXPECT_EQ(w->PopUpUnit() != nullptr && w->PopUpUnit()->isVisibleTo(w.get()), row.popType != 0);
+        EXPECT_EQ(popUp(*w) != nullptr && popUp(*w)->isVisibleTo(w.get()), row.popType != 0);
     }
 }
 
@@ -143,14 +144,14 @@ TEST_F(ShowWidgetTest, EachEventCodeHasItsKindAndItsSwitch)
             w->DealAlarmInfo(record(row.eventType, face(1, 1, 1)));
             // A switched-off kind is not even counted.
             EXPECT_EQ(nums.count(), on ? 1 : 0);
-            EXPECT_EQ(w->AllNum(), on ? 1 : 0);
             EXPECT_EQ(rightCards(*w), on ? 1 : 0);
-            EXPECT_EQ(w->BottomWidget()->CardCount(), on ? 1 : 0);
+            EXPECT_EQ(bottomCards(*w), on ? 1 : 0);
+            EXPECT_EQ(counters(*w).value(0), on ? 1 : 0);
             if (on) {
                 ASSERT_NE(newestCard(*w), nullptr);
                 EXPECT_EQ(newestCard(*w)->info().kind, row.kind);
             }
-            waitIdle();
+            VoiceLog::waitIdle();
         }
     }
 }
@@ -161,22 +162,23 @@ TEST_F(ShowWidgetTest, UnknownCodesAndTheDisplaySwitch)
 {
     auto w = makeWidget();
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
+    const int played = voices.played().size();
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
-    QSignalSpy voices(w.get(), &CBTShowWidget::signalVoiceRequested);
     w->DealAlarmInfo(record(100999, face(1, 1, 1)));
     ASSERT_EQ(nums.count(), 1);
     EXPECT_EQ(nums.at(0), (Nums{1, 0, 1, 1}));
     EXPECT_EQ(rightCards(*w), 1);
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 1);
+    EXPECT_EQ(bottomCards(*w), 1);
 
-    w->EnableAlarmButton()->click();
-    ASSERT_FALSE(w->EnableAlarmButton()->isChecked());
+    auto* enable = testsupport::child<QToolButton>(w.get(), "m_pEnableAlarmBtn");
+    enable->click();
+    ASSERT_FALSE(enable->isChecked());
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
     EXPECT_EQ(nums.count(), 1);
-    EXPECT_EQ(voices.count(), 0);
+    EXPECT_EQ(voices.played().size(), played);
     EXPECT_EQ(rightCards(*w), 1);
 
-    w->EnableAlarmButton()->click();
+    enable->click();
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
     EXPECT_EQ(nums.count(), 2);
 }
@@ -189,7 +191,7 @@ TEST_F(ShowWidgetTest, ListsKeepTheNewestTwentyAndTwentyOneCards)
     for (int i = 1; i <= 25; ++i)
         w->DealAlarmInfo(record(kTemperatureCapture, face(1, 0, 2), "E" + std::to_string(i)));
 
-    EXPECT_EQ(w->AllNum(), 25);
+    EXPECT_EQ(counters(*w).value(0), 25);
     // On a slow machine the last cards follow once the event loop has had its turn.
     ASSERT_TRUE(testsupport::waitUntil([&] {
         const CAlarmUnit* newest = newestCard(*w);
@@ -197,13 +199,13 @@ TEST_F(ShowWidgetTest, ListsKeepTheNewestTwentyAndTwentyOneCards)
     }));
     ASSERT_EQ(rightCards(*w), 20);
     EXPECT_EQ(newestCard(*w)->info().eventID, "E25");
-    const auto* oldest = qobject_cast<CAlarmUnit*>(w->RightListLayout()->itemAt(1)->widget());
+    const auto* oldest = qobject_cast<CAlarmUnit*>(rightList(*w)->itemAt(1)->widget());
     ASSERT_NE(oldest, nullptr);
     EXPECT_EQ(oldest->info().eventID, "E6");
     EXPECT_EQ(w->findChildren<CAlarmUnit*>().size() - w->findChildren<CPopUpUnit*>().size(), 20)
         << "trimmed cards are deleted, not just taken out of the layout";
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 21);
-    EXPECT_FALSE(w->RightNoData()->isVisibleTo(w.get()));
+    EXPECT_EQ(bottomCards(*w), 21);
+    EXPECT_FALSE(w->findChild<CRightNoData*>()->isVisibleTo(w.get()));
 }
 
 TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
@@ -213,7 +215,6 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
     w->LiveView()->Init(Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel());
     w->restorePlayingCameras({QStringLiteral("CAM1"), QStringLiteral("CAM2"), QStringLiteral("CAM1")});
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
-    QSignalSpy voices(w.get(), &CBTShowWidget::signalVoiceRequested);
 
     w->DealAlarmInfo(record(kReturning, face(1, 1, 1), "R1", "CAM1"));
     EXPECT_EQ(rightCards(*w), 2);
@@ -221,11 +222,11 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
     ASSERT_NE(card, nullptr);
     EXPECT_EQ(card->info().kind, 5u);
     EXPECT_EQ(card->info().strSecondID, "TASK7");
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 2);
+    EXPECT_EQ(bottomCards(*w), 2);
     ASSERT_EQ(nums.count(), 1);
     EXPECT_EQ(nums.at(0), (Nums{2, 0, 0, 0}));
-    EXPECT_EQ(voices.count(), 0);
-    EXPECT_EQ(w->PopUpUnit(), nullptr);
+    EXPECT_TRUE(voices.played().isEmpty());
+    EXPECT_EQ(popUp(*w), nullptr);
 
     w->DealAlarmInfo(record(kReturning, face(1, 1, 1), "R2", "CAM9"));
     EXPECT_EQ(rightCards(*w), 2);
@@ -237,31 +238,30 @@ TEST_F(ShowWidgetTest, AutoClosingPopUpKeepsItsContentUntilTheTimerFires)
 {
     auto w = makeWidget();
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "A"));
-    ASSERT_NE(w->PopUpUnit(), nullptr);
-    ASSERT_NE(w->PopTimer(), nullptr);
-    EXPECT_TRUE(w->PopTimer()->isActive());
-    EXPECT_EQ(w->PopTimer()->interval(), 5000);
-    EXPECT_FALSE(w->IsPopIdle());
+    CPopUpUnit* card = popUp(*w);
+    QTimer* timer = popTimer(*w);
+    ASSERT_NE(card, nullptr);
+    ASSERT_NE(timer, nullptr);
+    EXPECT_TRUE(timer->isActive());
+    EXPECT_EQ(timer->interval(), 5000);
 
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "B"));
-    EXPECT_EQ(w->PopUpUnit()->info().eventID, "A");
+    EXPECT_EQ(card->info().eventID, "A");
     EXPECT_EQ(rightCards(*w), 2) << "the list still gets every card";
 
-    QSignalSpy fired(w->PopTimer(), &QTimer::timeout);
-    w->PopTimer()->setInterval(10);
+    QSignalSpy fired(timer, &QTimer::timeout);
+    timer->setInterval(10);
     ASSERT_TRUE(fired.wait(2000));
-    EXPECT_FALSE(w->PopUpUnit()->isVisibleTo(w.get()));
-    EXPECT_TRUE(w->IsPopIdle());
-    EXPECT_FALSE(w->PopTimer()->isActive());
+    EXPECT_FALSE(card->isVisibleTo(w.get()));
+    EXPECT_FALSE(timer->isActive());
 
     w->DealAlarmInfo(record(kTemperatureCapture, face(0, 0, 1), "C"));
-    EXPECT_EQ(w->PopUpUnit()->info().eventID, "C");
-    EXPECT_TRUE(w->PopUpUnit()->isVisibleTo(w.get()));
+    EXPECT_EQ(card->info().eventID, "C");
+    EXPECT_TRUE(card->isVisibleTo(w.get()));
     // Closing it by hand frees it for the next record at once.
-    w->PopUpUnit()->onClose();
-    EXPECT_TRUE(w->IsPopIdle());
+    card->onClose();
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "D"));
-    EXPECT_EQ(w->PopUpUnit()->info().eventID, "D");
+    EXPECT_EQ(card->info().eventID, "D");
 }
 
 TEST_F(ShowWidgetTest, PopUpThatNeverClosesByItselfTakesEveryNewRecord)
@@ -272,13 +272,12 @@ TEST_F(ShowWidgetTest, PopUpThatNeverClosesByItselfTakesEveryNewRecord)
         std::tie(config.bPopAutoClose, config.iPopDuration) = c;
         auto w = makeWidget(config);
         w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "A"));
-        EXPECT_EQ(w->PopTimer(), nullptr);
-        EXPECT_TRUE(w->IsPopIdle());
+        EXPECT_EQ(popTimer(*w), nullptr);
         w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "B"));
-        ASSERT_NE(w->PopUpUnit(), nullptr);
-        EXPECT_EQ(w->PopUpUnit()->info().eventID, "B");
-        EXPECT_TRUE(w->PopUpUnit()->isVisibleTo(w.get()));
-        waitIdle();
+        ASSERT_NE(popUp(*w), nullptr);
+        EXPECT_EQ(popUp(*w)->info().eventID, "B");
+        EXPECT_TRUE(popUp(*w)->isVisibleTo(w.get()));
+        VoiceLog::waitIdle();
     }
 }
 
@@ -296,62 +295,73 @@ TEST_F(ShowWidgetTest, EmptyVoicePathsAreReplacedByTheDefaultsAndSaved)
         ASSERT_TRUE(CBTConfigDB::Instance()->LoadAlarmDisplayConfig(stored));
         EXPECT_TRUE(stored.strAbnormalVoice.endsWith(QStringLiteral("/") + QString::fromLatin1(c.second)));
         EXPECT_EQ(stored.iPopDuration, 9);
-        EXPECT_EQ(stored, w->Config());
+        // The display uses what it stored.
+        w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2)));
+        EXPECT_EQ(voices.played().value(voices.played().size() - 1), stored.strAbnormalVoice);
     }
     configMgr->SetLanguage(savedLanguage);
 
-    // One path set: the others stay empty.
+    // One path set: the others stay empty, so an abnormal face stays silent.
     AlarmDisplayConfig config;
     config.strNormalVoice = QStringLiteral("/mine.wav");
-    EXPECT_TRUE(makeWidget(config)->Config().strAbnormalVoice.isEmpty());
+    const int played = voices.played().size();
+    makeWidget(config)->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2)));
+    EXPECT_EQ(voices.played().size(), played);
+    AlarmDisplayConfig stored;
+    ASSERT_TRUE(CBTConfigDB::Instance()->LoadAlarmDisplayConfig(stored));
+    EXPECT_TRUE(stored.strAbnormalVoice.isEmpty());
 }
 
 // Its size, place and saved switches are covered in SettingsThroughDisplay_test.
 TEST_F(ShowWidgetTest, AlarmTypeButtonReplacesThePreviousPage)
 {
     auto w = makeWidget(voiceConfig(), true);
-    auto* button = w->ToolButtonBar()->findChild<QToolButton*>(QStringLiteral("m_pAlarmTypeBtn"));
+    auto* bar = testsupport::child<QWidget>(w.get(), "m_pToolBtnWidget");
+    auto* button = testsupport::child<QToolButton>(bar, "m_pAlarmTypeBtn");
     ASSERT_NE(button, nullptr);
     button->click();
-    QPointer<CTypeConfigPage> first = w->TypeConfigPage();
+    QPointer<CTypeConfigPage> first = bar->findChild<CTypeConfigPage*>();
     ASSERT_FALSE(first.isNull());
     button->click();
     EXPECT_TRUE(first.isNull()) << "the previous page is deleted";
-    EXPECT_NE(w->TypeConfigPage(), nullptr);
+    EXPECT_EQ(bar->findChildren<CTypeConfigPage*>().size(), 1);
 }
 
 TEST_F(ShowWidgetTest, RetractButtonsToggleTheirListsAndNames)
 {
     auto w = makeWidget(voiceConfig(), true);
-    QToolButton* bottom = w->BottomRetractButton();
+    auto* bottom = testsupport::child<QToolButton>(w.get(), "m_pRetractBottomBtn");
+    const auto* strip = w->findChild<CBottomWidget*>();
     bottom->click();
     EXPECT_EQ(bottom->objectName(), QStringLiteral("m_pSpreadBottomBtn"));
-    EXPECT_FALSE(w->BottomWidget()->isVisible());
+    EXPECT_FALSE(strip->isVisible());
     bottom->click();
     EXPECT_EQ(bottom->objectName(), QStringLiteral("m_pRetractBottomBtn"));
-    EXPECT_TRUE(w->BottomWidget()->isVisible());
+    EXPECT_TRUE(strip->isVisible());
 
-    QToolButton* right = w->RightRetractButton();
+    auto* right = testsupport::child<QToolButton>(w.get(), "m_pRightRetractBtn");
+    const auto* frame = testsupport::child<QWidget>(w.get(), "m_pLiveViewFrame");
+    const auto* panel = testsupport::child<QWidget>(w.get(), "m_pRightPanel");
     const auto expectPlaced = [&](int offset) {
         testsupport::pump();
         w->OnLiveViewWidgetResized();
-        EXPECT_EQ(right->pos(), QPoint(w->LiveViewFrame()->width() - offset, (w->LiveViewFrame()->height() - 60) / 2));
+        EXPECT_EQ(right->pos(), QPoint(frame->width() - offset, (frame->height() - 60) / 2));
     };
     expectPlaced(13);
     right->click();
     EXPECT_EQ(right->objectName(), QStringLiteral("m_pRightSpreadBtn"));
-    EXPECT_FALSE(w->RightPanel()->isVisible());
+    EXPECT_FALSE(panel->isVisible());
     expectPlaced(23);
     right->click();
     EXPECT_EQ(right->objectName(), QStringLiteral("m_pRightRetractBtn"));
-    EXPECT_TRUE(w->RightPanel()->isVisible());
+    EXPECT_TRUE(panel->isVisible());
     expectPlaced(13);
 }
 
 TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
 {
     auto w = makeWidget(voiceConfig(), true);
-    QWidget* panel = w->RightPanel();
+    auto* panel = testsupport::child<QWidget>(w.get(), "m_pRightPanel");
     w->OnFullScreenChanged(true);
     EXPECT_TRUE(panel->isWindow());
     EXPECT_TRUE(panel->windowFlags() & Qt::FramelessWindowHint);
@@ -370,16 +380,15 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
 TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
 {
     auto w = makeWidget();
-    QSignalSpy voices(w.get(), &CBTShowWidget::signalVoiceRequested);
 
     // A capture with no face at all: listed on the right, nothing to show below.
     publicdatacontroller::IntelAlarmEventInfo noFace = record(kTemperatureCapture, face(1, 1, 1));
     noFace.faceInfoList.clear();
     w->DealAlarmInfo(noFace);
-    EXPECT_EQ(w->AllNum(), 1);
+    EXPECT_EQ(counters(*w).value(0), 1);
     EXPECT_EQ(rightCards(*w), 1);
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 0);
-    EXPECT_EQ(voices.count(), 0);
+    EXPECT_EQ(bottomCards(*w), 0);
+    EXPECT_TRUE(voices.played().isEmpty());
     EXPECT_EQ(newestCard(*w)->info().alarmType, 0u);
 
     // Pictures that do not decode: classified and shown like any other.
@@ -388,14 +397,13 @@ TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
     garbled.SubPic = QByteArray(7, '\xff');
     w->DealAlarmInfo(record(kTemperatureCapture, garbled, "G"));
     w->DealAlarmInfo(record(kComparison, garbled, "G2"));
-    EXPECT_EQ(w->AllNum(), 3);
-    EXPECT_EQ(w->NormalNum(), 2);
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 2);
+    EXPECT_EQ(counters(*w).mid(0, 2), (Nums{3, 2}));
+    EXPECT_EQ(bottomCards(*w), 2);
 
     // A face without pictures is counted but adds no capture card.
     w->DealAlarmInfo(record(kTemperatureCapture, face(1, 0, 2, false)));
-    EXPECT_EQ(w->AllNum(), 4);
-    EXPECT_EQ(w->BottomWidget()->CardCount(), 2);
+    EXPECT_EQ(counters(*w).value(0), 4);
+    EXPECT_EQ(bottomCards(*w), 2);
 }
 
 } // namespace

@@ -46,7 +46,7 @@ protected:
     }
     QString label(const char* name) const
     {
-        const auto* l = m_dlg->ShowTitle()->findChild<QLabel*>(QString::fromLatin1(name));
+        const auto* l = m_dlg->findChild<BodyTemperature::BTShowTitle*>()->findChild<QLabel*>(QString::fromLatin1(name));
         return l != nullptr ? l->text() : QString();
     }
 
@@ -57,13 +57,13 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
 {
     m_dlg->show();
     testsupport::pump();
-    QToolButton* button = m_dlg->ShrinkButton();
+    auto* button = testsupport::child<QToolButton>(m_dlg.get(), "m_pShrinkPushButtonrTol");
+    const auto* left = testsupport::child<QFrame>(m_dlg.get(), "m_pLeftFrame");
     const auto expectAt = [&](const char* name, bool folded) {
         SCOPED_TRACE(name);
         EXPECT_EQ(button->objectName(), QString::fromLatin1(name));
-        EXPECT_EQ(m_dlg->IsLeftFolded(), folded);
-        EXPECT_EQ(m_dlg->LeftFrame()->isVisible(), !folded);
-        const int x = folded ? m_dlg->LeftFrame()->x() + 12 : m_dlg->LeftFrame()->width() + 3;
+        EXPECT_EQ(left->isVisible(), !folded);
+        const int x = folded ? left->x() + 12 : left->width() + 3;
         EXPECT_EQ(button->pos(), QPoint(x, static_cast<int>(static_cast<float>(m_dlg->height()) * 0.48333332f)));
     };
     expectAt("m_pShrinkPushButtonrTol", false);
@@ -84,7 +84,7 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
 TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
 {
     m_dlg->SetAlarmListening(true);
-    ASSERT_TRUE(m_dlg->alarmListener()->isListening());
+    ASSERT_TRUE(m_dlg->findChild<BodyTemperature::AlarmListener*>()->isListening());
     const auto publish = [](const publicdatacontroller::IntelAlarmEventInfo& r) {
         Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(
             std::make_shared<publicdatacontroller::CIntelAlarmObject>(r));
@@ -149,8 +149,9 @@ TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
 // a double click opens only a camera of the model whose channel has a signal.
 TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
 {
-    auto* proxy = m_dlg->TreeProxy();
-    EXPECT_EQ(m_dlg->CameraTree()->model(), proxy);
+    auto* tree = testsupport::child<BodyTemperature::CBTViewTree>(m_dlg.get(), "m_pCameraTree");
+    auto* proxy = qobject_cast<VantorGUIToolkit::CSecondarySortFilterModel*>(tree->model());
+    ASSERT_NE(proxy, nullptr);
     auto* rsc = Base::CSingleton<BodyTemperature::CAppRscManager>::Instance();
     auto* model = rsc->GetCameraModel();
     ASSERT_EQ(proxy->sourceModel(), model);
@@ -202,7 +203,7 @@ TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
     EXPECT_EQ(m_dlg->GetPlayingCameraIds(), (QList<QByteArray>{"CAM-ON"}));
 
     m_dlg->onUpdateGroupTreeSelectedCamera("CAM-ON");
-    EXPECT_EQ(proxy->mapToSource(m_dlg->CameraTree()->currentIndex()), online->index());
+    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), online->index());
 
     m_dlg->StopAllLiveView();
     reloadWith({});

@@ -54,7 +54,7 @@ TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZero)
         {"5", false, "0", "50"},
     };
     auto page = openPage();
-    QLineEdit* edit = page->DurationEdit();
+    QLineEdit* edit = testsupport::child<QLineEdit>(page, "m_pDurationEdit");
     for (const Row& r : rows) {
         edit->setText(QString::fromLatin1(r.start));
         if (r.cursorHome)
@@ -67,7 +67,7 @@ TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZero)
 TEST_F(PopConfigPageTest, NothingCanBePasted)
 {
     auto page = openPage();
-    QLineEdit* edit = page->DurationEdit();
+    QLineEdit* edit = testsupport::child<QLineEdit>(page, "m_pDurationEdit");
     EXPECT_EQ(edit->contextMenuPolicy(), Qt::NoContextMenu);
     // "7" after "5" is a valid duration: only the filter keeps it out.
     for (auto [key, mods] : {std::pair{Qt::Key_V, Qt::ControlModifier}, std::pair{Qt::Key_Insert, Qt::ShiftModifier}}) {
@@ -91,13 +91,13 @@ TEST_F(PopConfigPageTest, SaveWritesTheChangesOrReportsTheFailureKeepingThemInTh
         SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         auto page = openPage(c);
-        page->NoMaskCheckBox()->click();
-        page->DurationEdit()->clear();
-        QTest::keyClicks(page->DurationEdit(), QStringLiteral("1800"));
+        testsupport::child<QCheckBox>(page, "m_pNoMaskCheckBox")->click();
+        testsupport::child<QLineEdit>(page, "m_pDurationEdit")->clear();
+        QTest::keyClicks(testsupport::child<QLineEdit>(page, "m_pDurationEdit"), QStringLiteral("1800"));
         // Auto-close off disables the field but its value is still saved.
-        page->AutoCloseCheckBox()->click();
-        EXPECT_FALSE(page->DurationEdit()->isEnabled());
-        clickSave(page->SaveButton(), readOnly);
+        testsupport::child<QCheckBox>(page, "m_pAutoCloseCheckBox")->click();
+        EXPECT_FALSE(testsupport::child<QLineEdit>(page, "m_pDurationEdit")->isEnabled());
+        clickSave(testsupport::child<QPushButton>(page, "m_pSaveBtn"), readOnly);
         EXPECT_FALSE(page->isVisible());
         EXPECT_EQ(page->result(), QDialog::Accepted);
         EXPECT_EQ(messages(), QStringList{QLatin1String(readOnly ? "SaveFailed" : "SaveSuccessfulYCFI2BGO")});
@@ -109,9 +109,9 @@ TEST_F(PopConfigPageTest, SaveWritesTheChangesOrReportsTheFailureKeepingThemInTh
 TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
 {
     const auto edit = [](CPopConfigPage& p) {
-        p.NoMaskCheckBox()->click();
-        p.AutoCloseCheckBox()->click();
-        p.DurationEdit()->setText(QStringLiteral("7"));
+        testsupport::child<QCheckBox>(&p, "m_pNoMaskCheckBox")->click();
+        testsupport::child<QCheckBox>(&p, "m_pAutoCloseCheckBox")->click();
+        testsupport::child<QLineEdit>(&p, "m_pDurationEdit")->setText(QStringLiteral("7"));
     };
     struct Row {
         const char* name;
@@ -121,16 +121,16 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
     };
     const Row rows[] = {
         {"save after toggling a box twice", [](CPopConfigPage& p) {
-             p.AbnormalCheckBox()->click();
-             p.AbnormalCheckBox()->click();
-             p.SaveButton()->click();
+             testsupport::child<QCheckBox>(&p, "m_pAbnormalCheckBox")->click();
+             testsupport::child<QCheckBox>(&p, "m_pAbnormalCheckBox")->click();
+             testsupport::child<QPushButton>(&p, "m_pSaveBtn")->click();
          }, "SaveSuccessfulYCFI2BGO", false},
         {"save with an empty duration", [](CPopConfigPage& p) {
-             p.DurationEdit()->clear();
-             p.SaveButton()->click();
+             testsupport::child<QLineEdit>(&p, "m_pDurationEdit")->clear();
+             testsupport::child<QPushButton>(&p, "m_pSaveBtn")->click();
          }, "TimeCannotBeEmpty", true},
-        {"close button", [&](CPopConfigPage& p) { edit(p); p.CloseButton()->click(); }, nullptr, false},
-        {"cancel button", [&](CPopConfigPage& p) { edit(p); p.CancelButton()->click(); }, nullptr, false},
+        {"close button", [&](CPopConfigPage& p) { edit(p); testsupport::child<QToolButton>(&p, "m_pCloseBtn")->click(); }, nullptr, false},
+        {"cancel button", [&](CPopConfigPage& p) { edit(p); testsupport::child<QPushButton>(&p, "m_pCancelBtn")->click(); }, nullptr, false},
         {"escape key", [&](CPopConfigPage& p) { edit(p); QTest::keyClick(&p, Qt::Key_Escape); }, nullptr, false},
     };
     AlarmDisplayConfig c;
@@ -148,10 +148,10 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
         EXPECT_TRUE(page->GetConfig() == c);
         if (r.message == nullptr) {  // the fields show the copy again
             EXPECT_EQ(page->result(), QDialog::Rejected);
-            EXPECT_FALSE(page->NoMaskCheckBox()->isChecked());
-            EXPECT_TRUE(page->AutoCloseCheckBox()->isChecked());
-            EXPECT_TRUE(page->DurationEdit()->isEnabled());
-            EXPECT_EQ(page->DurationEdit()->text(), QStringLiteral("300"));
+            EXPECT_FALSE(testsupport::child<QCheckBox>(page, "m_pNoMaskCheckBox")->isChecked());
+            EXPECT_TRUE(testsupport::child<QCheckBox>(page, "m_pAutoCloseCheckBox")->isChecked());
+            EXPECT_TRUE(testsupport::child<QLineEdit>(page, "m_pDurationEdit")->isEnabled());
+            EXPECT_EQ(testsupport::child<QLineEdit>(page, "m_pDurationEdit")->text(), QStringLiteral("300"));
         }
     }
 }

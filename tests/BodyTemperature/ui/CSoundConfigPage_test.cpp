@@ -69,10 +69,10 @@ TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtO
         EXPECT_TRUE(QDir::isAbsolutePath(expected.strNormalVoice));
         EXPECT_TRUE(page.GetConfig() == expected);
         EXPECT_TRUE(reloaded() == expected);
-        EXPECT_EQ(page.NormalPath()->currentPath(), expected.strNormalVoice);
-        EXPECT_EQ(page.AbnormalPath()->currentPath(), expected.strAbnormalVoice);
-        EXPECT_EQ(page.NoMaskPath()->currentPath(), expected.strNoMaskVoice);
-        EXPECT_FALSE(page.NormalCheckBox()->isChecked());
+        EXPECT_EQ(testsupport::child<VantorGUIToolkit::CPathComboBox>(&page, "m_pNormalPathCombo")->currentPath(), expected.strNormalVoice);
+        EXPECT_EQ(testsupport::child<VantorGUIToolkit::CPathComboBox>(&page, "m_pAbnormalPathCombo")->currentPath(), expected.strAbnormalVoice);
+        EXPECT_EQ(testsupport::child<VantorGUIToolkit::CPathComboBox>(&page, "m_pNoMaskPathCombo")->currentPath(), expected.strNoMaskVoice);
+        EXPECT_FALSE(testsupport::child<QCheckBox>(&page, "m_pNormalCheckBox")->isChecked());
         EXPECT_TRUE(messages().isEmpty());
     }
     CConfigMgr::Instance()->SetLanguage(language);
@@ -92,8 +92,8 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
         SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         auto page = openPage();
-        page->NormalCheckBox()->click();
-        page->AbnormalCheckBox()->click();
+        testsupport::child<QCheckBox>(page, "m_pNormalCheckBox")->click();
+        testsupport::child<QCheckBox>(page, "m_pAbnormalCheckBox")->click();
         bool sawDialog = false;
         QTimer::singleShot(0, page.get(), [&] {
             auto* dialog = page->findChild<QFileDialog*>();
@@ -105,9 +105,9 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
             dialog->selectFile(wav);
             static_cast<QDialog*>(dialog)->accept();
         });
-        page->NoMaskPath()->browseButton()->click();
+        testsupport::child<VantorGUIToolkit::CPathComboBox>(page, "m_pNoMaskPathCombo")->browseButton()->click();
         ASSERT_TRUE(sawDialog);
-        clickSave(page->SaveButton(), readOnly);
+        clickSave(testsupport::child<QPushButton>(page, "m_pSaveBtn"), readOnly);
         EXPECT_FALSE(page->isVisible());
         EXPECT_EQ(messages(), QStringList{QLatin1String(readOnly ? "SaveFailed" : "SaveSuccessfulYCFI2BGO")});
         EXPECT_TRUE(page->GetConfig() == expected);
@@ -118,8 +118,8 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
 TEST_F(SoundConfigPageTest, SaveWithoutChangesCancelAndCloseLeaveTheCopyAndTheFileAlone)
 {
     const auto edit = [](CSoundConfigPage& p) {
-        p.NoMaskCheckBox()->click();
-        p.AbnormalPath()->comboBox()->setEditText(QStringLiteral("/other.wav"));
+        testsupport::child<QCheckBox>(&p, "m_pNoMaskCheckBox")->click();
+        testsupport::child<VantorGUIToolkit::CPathComboBox>(&p, "m_pAbnormalPathCombo")->comboBox()->setEditText(QStringLiteral("/other.wav"));
     };
     struct Row {
         const char* name;
@@ -130,12 +130,12 @@ TEST_F(SoundConfigPageTest, SaveWithoutChangesCancelAndCloseLeaveTheCopyAndTheFi
     const Row rows[] = {
         // Toggling twice is no change.
         {"save without changes", [](CSoundConfigPage& p) {
-             p.NoMaskCheckBox()->click();
-             p.NoMaskCheckBox()->click();
-             p.SaveButton()->click();
+             testsupport::child<QCheckBox>(&p, "m_pNoMaskCheckBox")->click();
+             testsupport::child<QCheckBox>(&p, "m_pNoMaskCheckBox")->click();
+             testsupport::child<QPushButton>(&p, "m_pSaveBtn")->click();
          }, QDialog::Accepted, {QStringLiteral("SaveSuccessfulYCFI2BGO")}},
-        {"cancel button", [&](CSoundConfigPage& p) { edit(p); p.CancelButton()->click(); }, QDialog::Rejected, {}},
-        {"close button", [&](CSoundConfigPage& p) { edit(p); p.CloseButton()->click(); }, QDialog::Rejected, {}},
+        {"cancel button", [&](CSoundConfigPage& p) { edit(p); testsupport::child<QPushButton>(&p, "m_pCancelBtn")->click(); }, QDialog::Rejected, {}},
+        {"close button", [&](CSoundConfigPage& p) { edit(p); testsupport::child<QToolButton>(&p, "m_pCloseBtn")->click(); }, QDialog::Rejected, {}},
         {"escape key", [&](CSoundConfigPage& p) { edit(p); QTest::keyClick(&p, Qt::Key_Escape); }, QDialog::Rejected, {}},
     };
     for (const Row& r : rows) {

@@ -37,11 +37,11 @@ TEST(TypeConfigPage, EveryClickReportsAllThreeSwitches)
         TemperatureAlarm expected;
     };
     const Step steps[] = {
-        {page.CaptureCheckBox(), alarm(true, true, true)},
-        {page.ComparisonCheckBox(), alarm(true, false, true)},
-        {page.TemperatureCaptureCheckBox(), alarm(false, false, true)},
-        {page.CaptureCheckBox(), alarm(false, false, false)},
-        {page.ComparisonCheckBox(), alarm(false, true, false)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(true, true, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(true, false, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceTemperatureCaptureCheckBox"), alarm(false, false, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(false, false, false)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(false, true, false)},
     };
     for (const Step& s : steps) {
         reported.clear();
@@ -93,7 +93,7 @@ TEST(TypeConfigPage, IsAPopUpOfTheToolBarThatClosesOnAClickElsewhere)
     EXPECT_EQ(page->geometry(), QRect(bar->mapToGlobal(CTypeConfigPage::PagePosition(bar->geometry(), 2)), QSize(290, 150)));
 
     // A click inside keeps it open; a click outside closes it.
-    QTest::mouseClick(page->CaptureCheckBox(), Qt::LeftButton, {}, QPoint(8, 8));
+    QTest::mouseClick(testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox"), Qt::LeftButton, {}, QPoint(8, 8));
     EXPECT_TRUE(page->isVisible());
     QTest::mouseClick(page, Qt::LeftButton, {}, QPoint(-20, 300));
     EXPECT_TRUE(testsupport::waitUntil([page] { return !page->isVisible(); }, 2000));

@@ -1,10 +1,13 @@
 #pragma once
 // Alarm records and settings shared by the dashboard tests.
+#include <QStringList>
 #include <QTemporaryDir>
+#include <mutex>
 #include <string>
 
 #include "AlarmDisplayConfig.h"
 #include "CBTConfigDB.h"
+#include "CVoicePlayer.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
 #include "support/TestSupport.h"
@@ -60,5 +63,43 @@ inline BodyTemperature::AlarmDisplayConfig voiceConfig()
     c.strAbnormalVoice = QStringLiteral("/voice/abnormal.wav");
     return c;
 }
+
+// While it lives, the voice player plays on a sound device that records the
+// files it is given instead of playing them (the sound card is the one part
+// these tests replace).
+class VoiceLog {
+public:
+    VoiceLog()
+    {
+        BodyTemperature::CVoicePlayer::SetSink([this](const std::string& localPath) {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_played.append(QString::fromLocal8Bit(localPath.c_str()));
+            return true;
+        });
+    }
+    ~VoiceLog()
+    {
+        waitIdle();
+        BodyTemperature::CVoicePlayer::SetSink({});
+    }
+    VoiceLog(const VoiceLog&) = delete;
+    VoiceLog& operator=(const VoiceLog&) = delete;
+
+    static bool waitIdle()
+    {
+        return testsupport::waitUntil([] { return BodyTemperature::CVoicePlayer::IsIdle(); });
+    }
+    // Every file played so far, once the player is idle again.
+    QStringList played()
+    {
+        EXPECT_TRUE(waitIdle());
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_played;
+    }
+
+private:
+    std::mutex m_mutex;
+    QStringList m_played;
+};
 
 } // namespace dashtest

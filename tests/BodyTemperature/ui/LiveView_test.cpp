@@ -1,5 +1,6 @@
 // The live-view area with real play windows over the host's logic model;
 // cameras stream from loopback servers.
+#include <QAbstractProxyModel>
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
@@ -7,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "Base/CSingleton.h"
@@ -32,6 +34,16 @@
 using namespace BodyTemperature;
 
 namespace {
+
+// The play windows of a live view, in their order.
+QList<CStreamPlayWindowWithTask*> PlayWindowsOf(const QWidget& view)
+{
+    QList<CStreamPlayWindowWithTask*> windows =
+        view.findChildren<CStreamPlayWindowWithTask*>(QStringLiteral("m_pStreamPlayWnd"));
+    std::sort(windows.begin(), windows.end(),
+        [](const CStreamPlayWindowWithTask* a, const CStreamPlayWindowWithTask* b) { return a->GetIndex() < b->GetIndex(); });
+    return windows;
+}
 
 const QString kPlaying = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraPlaying.svg");
 const QString kIdle = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
@@ -79,8 +91,23 @@ protected:
         view->Init(model);
         view->show();
         testsupport::pump(10);
+        // Taken now: in full screen the windows' container leaves the view.
+        windows = PlayWindowsOf(*view);
+        fullScreen = view->findChild<aiguitoolkit::CFullScreenWidget*>();
     }
-    CStreamPlayWindowWithTask* Window(int i) const { return view->PlayWindows().at(i); }
+    CStreamPlayWindowWithTask* Window(int i) const { return windows.at(i); }
+    CStreamPlayWindowWithTask* Selected() const
+    {
+        for (CStreamPlayWindowWithTask* w : windows)
+            if (w->IsSelected())
+                return w;
+        return nullptr;
+    }
+    aiguitoolkit::CWidgetLayoutMgr* LayoutMgr() const { return view->findChild<aiguitoolkit::CWidgetLayoutMgr*>(); }
+    aiguitoolkit::CCutNumFrame* CutNumFrame() const
+    {
+        return view->findChild<aiguitoolkit::CCutNumFrame*>(QStringLiteral("m_pSelectCutNum"));
+    }
     // What a play window hands on when a drag from the tree is dropped on it.
     void Drop(int window, const QVariant& group, const QVariant& camera)
     {
@@ -95,6 +122,8 @@ protected:
     CameraModel* model = nullptr;
     std::unique_ptr<CBTViewTree> tree;
     std::unique_ptr<BTShowLiveView> view;
+    QList<CStreamPlayWindowWithTask*> windows;
+    aiguitoolkit::CFullScreenWidget* fullScreen = nullptr;
 };
 
 TEST_F(LiveViewTest, WindowCountAndDivisionsFollowTheLanguage)
@@ -107,12 +136,12 @@ TEST_F(LiveViewTest, WindowCountAndDivisionsFollowTheLanguage)
     for (const auto& r : rows) {
         SCOPED_TRACE(r.language);
         Build(r.language);
-        EXPECT_EQ(view->PlayWindows().size(), r.windows);
-        EXPECT_EQ(view->CutNumFrame()->OfferedWindowCounts(), r.offered);
-        EXPECT_EQ(view->CutNumFrame()->ButtonOfType(3)->isHidden(), r.windows < 9);
-        EXPECT_EQ(view->LayoutMgr()->GetCurrentType(), 2);
-        EXPECT_EQ(view->LayoutMgr()->DisplayedWindows().size(), 4);
-        EXPECT_EQ(view->SelectedWindow(), Window(0));
+        EXPECT_EQ(windows.size(), r.windows);
+        EXPECT_EQ(CutNumFrame()->OfferedWindowCounts(), r.offered);
+        EXPECT_EQ(CutNumFrame()->ButtonOfType(3)->isHidden(), r.windows < 9);
+        EXPECT_EQ(LayoutMgr()->GetCurrentType(), 2);
+        EXPECT_EQ(LayoutMgr()->DisplayedWindows().size(), 4);
+        EXPECT_EQ(Selected(), Window(0));
         EXPECT_EQ(Window(0)->objectName(), QStringLiteral("m_pStreamPlayWnd"));
     }
 }
@@ -121,7 +150,7 @@ TEST_F(LiveViewTest, InitWithoutModelBuildsNothing)
 {
     BTShowLiveView bare;
     bare.Init(nullptr);
-    EXPECT_TRUE(bare.PlayWindows().isEmpty());
+    EXPECT_TRUE(PlayWindowsOf(bare).isEmpty());
     bare.SelectFreeWindow();
     bare.OpenCamera("CAM1", 100);
     bare.restorePlayingCameras({QStringLiteral("CAM1")});
@@ -137,10 +166,10 @@ TEST_F(LiveViewTest, FewerWindowsThanTheSelectedPositionSelectsTheFirst)
     for (const auto& r : rows) {
         view->OnCutBtnNumClicked(3);
         QTest::mouseClick(Window(r.selected), Qt::LeftButton);
-        ASSERT_EQ(view->SelectedWindow(), Window(r.selected));
+        ASSERT_EQ(Selected(), Window(r.selected));
         view->OnCutBtnNumClicked(r.type);
-        EXPECT_EQ(view->SelectedWindow(), Window(r.expected)) << r.selected << " " << r.type;
-        EXPECT_EQ(view->CutType(), r.type);
+        EXPECT_EQ(Selected(), Window(r.expected)) << r.selected << " " << r.type;
+        EXPECT_EQ(LayoutMgr()->GetCurrentType(), r.type);
     }
 }
 
@@ -151,11 +180,11 @@ TEST_F(LiveViewTest, DropRules)
     Drop(1, QVariant(), QStringLiteral("CAM2"));               // no group
     Drop(1, QStringLiteral("g"), QString());                   // empty camera
     EXPECT_FALSE(Window(1)->IsPreviewing());
-    EXPECT_EQ(view->SelectedWindow(), Window(0));
+    EXPECT_EQ(Selected(), Window(0));
 
     Drop(1, QStringLiteral("g"), QStringLiteral("CAM2"));
     EXPECT_TRUE(Window(1)->IsPreviewing());
-    EXPECT_EQ(view->SelectedWindow(), Window(1));
+    EXPECT_EQ(Selected(), Window(1));
     EXPECT_EQ(view->openViewCameraIds(), QVector<std::string>{"CAM2"});
 
     // The same camera again: no restart, no selection.
@@ -164,7 +193,7 @@ TEST_F(LiveViewTest, DropRules)
     QObject::connect(Window(1), &CStreamPlayWindowWithTask::SignalLiveViewEvent, Window(1), [&restarts] { ++restarts; });
     Drop(1, QStringLiteral("g"), QStringLiteral("CAM2"));
     EXPECT_EQ(restarts, 0);
-    EXPECT_EQ(view->SelectedWindow(), Window(0));
+    EXPECT_EQ(Selected(), Window(0));
 
     // The same camera in two windows keeps its playing icon until both stop.
     Drop(0, QStringLiteral("g"), QStringLiteral("CAM2"));
@@ -188,21 +217,21 @@ TEST_F(LiveViewTest, SelectFreeWindowTakesTheFirstIdleInDisplayOrder)
     Build(2);
     view->restorePlayingCameras({QStringLiteral("CAM2"), QStringLiteral("CAM3")});
     view->SelectFreeWindow();
-    EXPECT_EQ(view->SelectedWindow(), Window(2));
+    EXPECT_EQ(Selected(), Window(2));
     view->OpenCamera("CAM4", 100);
     view->SelectFreeWindow();
-    EXPECT_EQ(view->SelectedWindow(), Window(3));
+    EXPECT_EQ(Selected(), Window(3));
     view->OpenCamera("CAM5", 100);
     EXPECT_EQ(Window(3)->GetStartValue(), 100);
     view->SelectFreeWindow();  // every window plays: nothing changes
-    EXPECT_EQ(view->SelectedWindow(), Window(3));
+    EXPECT_EQ(Selected(), Window(3));
     EXPECT_EQ(view->GetPlayingCameraIds(),
         (QList<QByteArray>{QByteArrayLiteral("CAM2"), QByteArrayLiteral("CAM3"), QByteArrayLiteral("CAM4"), QByteArrayLiteral("CAM5")}));
     view->RemoveCamera("CAM3");
     EXPECT_FALSE(Window(1)->IsPreviewing());
     view->stopAllLiveView();
     EXPECT_TRUE(view->openViewCameraIds().isEmpty());
-    for (auto* w : view->PlayWindows())
+    for (auto* w : windows)
         EXPECT_FALSE(w->IsPreviewing());
 }
 
@@ -228,14 +257,18 @@ TEST_F(LiveViewTest, RestoreSkipsEmptyAndKeepsUnknownIdentifiers)
 TEST_F(LiveViewTest, InsideThePage)
 {
     CBodyTemperatureDlg page;
-    BTShowLiveView* live = page.ShowWidget()->LiveView();
+    auto* live = page.findChild<BTShowLiveView*>();
     // Selecting a playing window makes its camera the tree's current row.
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
-    emit live->PlayWindows().at(1)->SignalSelected();
-    EXPECT_EQ(page.TreeProxy()->mapToSource(page.CameraTree()->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+    emit PlayWindowsOf(*live).at(1)->SignalSelected();
+    const auto* tree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
+    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(tree->model());
+    ASSERT_NE(proxy, nullptr);
+    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
     // The page may go while the video is in full screen (the host closes).
+    auto* full = live->findChild<aiguitoolkit::CFullScreenWidget*>();
     live->OnFullScreenBtnPressed();
-    ASSERT_TRUE(live->FullScreenWidget()->IsFullScreen());
+    ASSERT_TRUE(full->IsFullScreen());
 }
 
 // Only the cameras asked for are opened: an empty list opens none.
@@ -257,20 +290,20 @@ TEST_F(LiveViewTest, SelectionFrameFollowsItsWindow)
 {
     Build(2);
     QTest::mouseClick(Window(3), Qt::LeftButton);
-    EXPECT_EQ(view->SelectBoder()->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
     EXPECT_TRUE(Window(3)->IsSelected());
     EXPECT_FALSE(Window(0)->IsSelected());
     Window(3)->setGeometry(50, 60, 200, 100);
-    EXPECT_EQ(view->SelectBoder()->geometry(), QRect(49, 59, 202, 102));
+    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), QRect(49, 59, 202, 102));
     view->resize(1200, 800);  // the grid re-lays out; the frame goes along
     testsupport::pump(10);
-    EXPECT_EQ(view->SelectBoder()->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
     // Maximising by double click and back.
     QTest::mouseDClick(Window(3), Qt::LeftButton);
-    EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), Window(3));
+    EXPECT_EQ(LayoutMgr()->MaximizedWindow(), Window(3));
     EXPECT_FALSE(Window(0)->isVisible());
     QTest::mouseDClick(Window(3), Qt::LeftButton);
-    EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), nullptr);
+    EXPECT_EQ(LayoutMgr()->MaximizedWindow(), nullptr);
     EXPECT_TRUE(Window(0)->isVisible());
 }
 
@@ -281,13 +314,13 @@ TEST_F(LiveViewTest, FullScreenAndDivisionSelector)
     QTest::mouseClick(Window(5), Qt::LeftButton);
     auto* fullBtn = view->findChild<QToolButton*>(QStringLiteral("m_pFullScreenBtn"));
     ASSERT_NE(fullBtn, nullptr);
-    auto* full = view->FullScreenWidget();
+    auto* full = fullScreen;
     for (int round = 0; round < 2; ++round) {  // and a second time after coming back
         fullBtn->click();
         EXPECT_TRUE(full->isWindow());
         EXPECT_EQ(view->layout()->indexOf(full), -1);
         // The grid stays as it was (maximise and restore at once), inside the full-screen container.
-        EXPECT_EQ(view->LayoutMgr()->MaximizedWindow(), nullptr);
+        EXPECT_EQ(LayoutMgr()->MaximizedWindow(), nullptr);
         EXPECT_TRUE(Window(0)->isVisible());
         QTest::keyClick(full, Qt::Key_Escape);
         EXPECT_FALSE(full->isWindow());
@@ -300,15 +333,15 @@ TEST_F(LiveViewTest, FullScreenAndDivisionSelector)
 
     auto* cutBtn = view->findChild<QToolButton*>(QStringLiteral("m_pCutWndBtn"));
     cutBtn->click();
-    aiguitoolkit::CCutNumFrame* selector = view->CutNumFrame();
+    aiguitoolkit::CCutNumFrame* selector = CutNumFrame();
     EXPECT_TRUE(selector->isVisible());
     const QPoint btn = cutBtn->mapToGlobal(QPoint(0, 0));
     EXPECT_EQ(selector->x() + selector->width(), btn.x() + cutBtn->width());
     EXPECT_EQ(selector->y() + selector->height(), btn.y());
     selector->ButtonOfType(3)->click();
     EXPECT_FALSE(selector->isVisible());
-    EXPECT_EQ(view->LayoutMgr()->DisplayedWindows().size(), 9);
-    EXPECT_EQ(view->SelectedWindow(), Window(5));
+    EXPECT_EQ(LayoutMgr()->DisplayedWindows().size(), 9);
+    EXPECT_EQ(Selected(), Window(5));
 }
 
 TEST_F(LiveViewTest, SoundOfAStreamWithoutAudioReportsFailure)

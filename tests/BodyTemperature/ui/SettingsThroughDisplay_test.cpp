@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <functional>
+#include <mutex>
 #include <gtest/gtest.h>
 
 #include "SettingsFileFixture.h"
@@ -33,8 +34,8 @@ using publicdatacontroller::IntelAlarmEventInfo;
 
 namespace {
 
-// A measured face; abnormal temperature on request, mask worn.
-IntelAlarmEventInfo record(uint32_t code, bool abnormal = false)
+// A measured face; abnormal temperature on request, mask worn unless told.
+IntelAlarmEventInfo record(uint32_t code, bool abnormal = false, uint32_t mask = 2)
 {
     static uint32_t picId = 1;
     IntelAlarmEventInfo r;
@@ -44,7 +45,7 @@ IntelAlarmEventInfo record(uint32_t code, bool abnormal = false)
     r.captureTime = 1700000000;
     protocol::IntelAlarmFaceInfo face;
     face.facePicID = picId++;
-    face.Mask = 2;
+    face.Mask = mask;
     face.TemperatureEnabled = 1;
     face.TemperatureAnomaly = abnormal ? 1 : 0;
     face.Temperature = abnormal ? 38.4 : 36.5;
@@ -59,8 +60,13 @@ protected:
     {
         SettingsFileTest::SetUp();
         m_language = CConfigMgr::Instance()->GetLanguage();
-        // The sound device is the one thing not exercised here.
-        CVoicePlayer::SetSink([](const std::string&) { return true; });
+        // The sound device is the one thing not exercised here: it only
+        // records what it is given.
+        CVoicePlayer::SetSink([this](const std::string& localPath) {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_played.append(QString::fromLocal8Bit(localPath.c_str()));
+            return true;
+        });
     }
     void TearDown() override
     {
@@ -75,16 +81,22 @@ protected:
         w.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
     }
+    static QWidget* toolBar(const CBTShowWidget& w) { return testsupport::child<QWidget>(&w, "m_pToolBtnWidget"); }
     static void press(CBTShowWidget& w, const char* button)
     {
-        auto* b = w.ToolButtonBar()->findChild<QToolButton*>(QString::fromLatin1(button));
-        ASSERT_NE(b, nullptr) << button;
+        auto* b = testsupport::child<QToolButton>(toolBar(w), button);
+        ASSERT_NE(b, nullptr);
         b->click();
     }
     static CTypeConfigPage* openTypePanel(CBTShowWidget& w)
     {
         press(w, "m_pAlarmTypeBtn");
-        return w.TypeConfigPage();
+        return toolBar(w)->findChild<CTypeConfigPage*>();
+    }
+    static bool popUpShown(const CBTShowWidget& w)
+    {
+        const auto* card = w.findChild<BodyTemperature::CPopUpUnit*>();
+        return card != nullptr && card->isVisible();
     }
     static void clickBox(QCheckBox* box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8)); }
     // True when the display took the record in (it reports its counters).
@@ -110,6 +122,8 @@ protected:
         EXPECT_TRUE(acted);
     }
     int m_language = 2;
+    std::mutex m_mutex;
+    QStringList m_played;
 };
 
 TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
@@ -120,12 +134,12 @@ TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
         showDisplay(w);
         CTypeConfigPage* page = openTypePanel(w);
         ASSERT_NE(page, nullptr);
-        EXPECT_EQ(page->parentWidget(), w.ToolButtonBar());
+        EXPECT_EQ(page->parentWidget(), toolBar(w));
         EXPECT_TRUE(page->isVisible());
         EXPECT_EQ(page->size(), CTypeConfigPage::PageSize(language));
         // The computed place, unless the panel would run off the screen there
         // (as it does on the 800 x 600 test screen: then it is shifted back).
-        QWidget* bar = w.ToolButtonBar();
+        QWidget* bar = toolBar(w);
         const QPoint place = bar->mapToGlobal(CTypeConfigPage::PagePosition(bar->geometry(), language));
         const QRect area = page->screen()->availableGeometry();
         EXPECT_EQ(page->y(), place.y());
@@ -144,17 +158,19 @@ TEST_F(SettingsThroughDisplayTest, UncheckedTypesStopAtOnceAndAcrossARestartButR
 
     CTypeConfigPage* page = openTypePanel(w);
     ASSERT_NE(page, nullptr);
-    clickBox(page->CaptureCheckBox());
+    clickBox(testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox"));
     ASSERT_TRUE(page->isVisible());  // still open: the change is already in effect
     EXPECT_FALSE(accepted(w, record(100101)));
+    QSignalSpy nums(&w, &CBTShowWidget::signalNum);
     EXPECT_TRUE(accepted(w, record(100119)));
-    EXPECT_EQ(w.AllNum(), 2);
+    ASSERT_EQ(nums.count(), 1);
+    EXPECT_EQ(nums.at(0).at(0).toInt(), 2);
     EXPECT_FALSE(reloaded().bFaceCapture);
     EXPECT_TRUE(reloaded().bFaceTemperatureCapture);
 
     // All three off: returning persons are not one of the three.
-    clickBox(page->ComparisonCheckBox());
-    clickBox(page->TemperatureCaptureCheckBox());
+    clickBox(testsupport::child<QCheckBox>(page, "m_pFaceComparisonCheckBox"));
+    clickBox(testsupport::child<QCheckBox>(page, "m_pFaceTemperatureCaptureCheckBox"));
     for (uint32_t code : {100103u, 100506u, 100114u, 100101u, 100119u})
         EXPECT_FALSE(accepted(w, record(code))) << code;
     EXPECT_TRUE(accepted(w, record(100112)));
@@ -163,7 +179,7 @@ TEST_F(SettingsThroughDisplayTest, UncheckedTypesStopAtOnceAndAcrossARestartButR
     CBTShowWidget restarted;
     EXPECT_FALSE(accepted(restarted, record(100119)));
     page = openTypePanel(restarted);
-    for (QCheckBox* box : {page->ComparisonCheckBox(), page->TemperatureCaptureCheckBox(), page->CaptureCheckBox()})
+    for (QCheckBox* box : {testsupport::child<QCheckBox>(page, "m_pFaceComparisonCheckBox"), testsupport::child<QCheckBox>(page, "m_pFaceTemperatureCaptureCheckBox"), testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox")})
         EXPECT_FALSE(box->isChecked()) << qPrintable(box->objectName());
 }
 
@@ -190,42 +206,60 @@ TEST_F(SettingsThroughDisplayTest, ThePopUpPageChangesTheDisplayEvenWhenTheSaveF
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         CBTShowWidget w;
         showDisplay(w);
-        ASSERT_TRUE(w.Config().bPopAbnormal);
+        // An abnormal temperature raises the pop-up card to begin with.
+        ASSERT_TRUE(accepted(w, record(100119, true)));
+        ASSERT_TRUE(popUpShown(w));
+        w.findChild<BodyTemperature::CPopUpUnit*>()->onClose();
         runModal<CPopConfigPage>(w, "m_pPopBtn", [&](CPopConfigPage& page) {
-            page.AbnormalCheckBox()->click();
-            page.DurationEdit()->setText(QStringLiteral("12"));
-            clickSave(page.SaveButton(), readOnly);
+            testsupport::child<QCheckBox>(&page, "m_pAbnormalCheckBox")->click();
+            testsupport::child<QLineEdit>(&page, "m_pDurationEdit")->setText(QStringLiteral("12"));
+            clickSave(testsupport::child<QPushButton>(&page, "m_pSaveBtn"), readOnly);
         });
 
         EXPECT_EQ(messages(), QStringList{QLatin1String(readOnly ? "SaveFailed" : "SaveSuccessfulYCFI2BGO")});
-        EXPECT_FALSE(w.Config().bPopAbnormal);
-        EXPECT_EQ(w.Config().iPopDuration, 12);
         EXPECT_EQ(reloaded().iPopDuration == 12, !readOnly);
-        // An abnormal temperature no longer raises the pop-up card.
+        // An abnormal temperature no longer raises the pop-up card; a missing
+        // mask still does, for the new duration.
         EXPECT_TRUE(accepted(w, record(100119, true)));
-        EXPECT_TRUE(w.PopUpUnit() == nullptr || !w.PopUpUnit()->isVisible());
+        EXPECT_FALSE(popUpShown(w));
+        EXPECT_TRUE(accepted(w, record(100119, true, 1)));
+        EXPECT_TRUE(popUpShown(w));
+        const auto* timer = w.findChild<QTimer*>(QStringLiteral("m_pPopTimer"));
+        ASSERT_NE(timer, nullptr);
+        EXPECT_EQ(timer->interval(), 12000);
     }
 }
 
 TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
 {
     CBTShowWidget w;
-    const AlarmDisplayConfig before = w.Config();
+    const AlarmDisplayConfig before = reloaded();
     ASSERT_FALSE(before.strNormalVoice.isEmpty());  // the display filled in the shipped files
+    // The file the display plays for a normal temperature, if any.
+    const auto normalPrompt = [&w, this] {
+        const int known = m_played.size();
+        w.DealAlarmInfo(record(100119));
+        EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_played.mid(known);
+    };
+    ASSERT_EQ(normalPrompt(), QStringList{before.strNormalVoice});
 
     runModal<CSoundConfigPage>(w, "m_pSoundBtn", [](CSoundConfigPage& page) {
-        page.NormalCheckBox()->click();
-        page.CancelButton()->click();
+        testsupport::child<QCheckBox>(&page, "m_pNormalCheckBox")->click();
+        testsupport::child<QPushButton>(&page, "m_pCancelBtn")->click();
     });
-    EXPECT_TRUE(w.Config() == before);
+    EXPECT_EQ(normalPrompt(), QStringList{before.strNormalVoice});
+    EXPECT_TRUE(reloaded() == before);
 
     runModal<CSoundConfigPage>(w, "m_pSoundBtn", [](CSoundConfigPage& page) {
-        page.NormalCheckBox()->click();
-        page.SaveButton()->click();
+        testsupport::child<QCheckBox>(&page, "m_pNormalCheckBox")->click();
+        testsupport::child<QPushButton>(&page, "m_pSaveBtn")->click();
     });
-    EXPECT_FALSE(w.Config().bSoundNormal);
-    EXPECT_EQ(w.Config().strNormalVoice, before.strNormalVoice);
-    EXPECT_TRUE(reloaded() == w.Config());
+    EXPECT_TRUE(normalPrompt().isEmpty());
+    const AlarmDisplayConfig after = reloaded();
+    EXPECT_FALSE(after.bSoundNormal);
+    EXPECT_EQ(after.strNormalVoice, before.strNormalVoice);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The module as the host sees it: loaded with dlopen, reached only through its
-// two exported C functions and the host interfaces. The steps run in order in
-// one process because the module keeps its current descriptor globally.
+// two exported C functions and the host interfaces. The module keeps its
+// current descriptor globally, so every step that makes descriptors deletes
+// them again: each step passes alone and in any order.
 #include <QLibrary>
 #include <QPixmap>
 #include <QPointer>
