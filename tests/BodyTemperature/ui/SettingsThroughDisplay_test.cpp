@@ -191,7 +191,7 @@ TEST_F(SettingsThroughDisplayTest, AnAlarmTypeThatCannotBeSavedIsToldAndStillApp
     ASSERT_NE(page, nullptr);
     {
         settingstest::ReadOnlySettings readOnly;
-        clickBox(page->CaptureCheckBox());
+        clickBox(testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox"));
     }
     EXPECT_EQ(messages(), QStringList{QStringLiteral("SaveFailed")});
     EXPECT_FALSE(accepted(w, record(100101)));
