@@ -10,24 +10,35 @@ double unit(double v)
 {
     return std::min(1.0, std::max(0.0, v));
 }
+
+// One axis: origin and length clipped to 0..1. A length that fits is kept
+// exactly as sent (no round trip through the far edge).
+bool clipAxis(double origin, double length, double& outOrigin, double& outLength)
+{
+    double start = origin;
+    double size = length;
+    if (start < 0.0) {
+        size += start;
+        start = 0.0;
+    }
+    start = unit(start);
+    size = std::min(size, 1.0 - start);
+    if (!(size > 0.0))
+        return false;
+    outOrigin = start;
+    outLength = size;
+    return true;
+}
+
 } // namespace
 
 protocol::PictureRect ClampFaceRect(const protocol::PictureRect& rect)
 {
     if (!std::isfinite(rect.x) || !std::isfinite(rect.y) || !std::isfinite(rect.width) || !std::isfinite(rect.height))
         return protocol::PictureRect();
-    // The far edges may overflow to infinity (1e308 + 1e308): clamping handles that too.
-    const double left = unit(rect.x);
-    const double top = unit(rect.y);
-    const double right = unit(rect.x + rect.width);
-    const double bottom = unit(rect.y + rect.height);
-    if (!(right > left) || !(bottom > top))
-        return protocol::PictureRect();
     protocol::PictureRect out;
-    out.x = left;
-    out.y = top;
-    out.width = right - left;
-    out.height = bottom - top;
+    if (!clipAxis(rect.x, rect.width, out.x, out.width) || !clipAxis(rect.y, rect.height, out.y, out.height))
+        return protocol::PictureRect();
     return out;
 }
 
@@ -35,12 +46,12 @@ QRect FaceRectInPixels(const QSize& pictureSize, const protocol::PictureRect& re
 {
     if (pictureSize.width() <= 0 || pictureSize.height() <= 0)
         return QRect();
+    // Fractions within 0..1 whose sums stay within 1: truncated pixels stay inside the picture.
     const protocol::PictureRect r = ClampFaceRect(rect);
     const double w = pictureSize.width();
     const double h = pictureSize.height();
-    const QRect pixels(static_cast<int>(w * r.x), static_cast<int>(h * r.y), static_cast<int>(w * r.width),
+    return QRect(static_cast<int>(w * r.x), static_cast<int>(h * r.y), static_cast<int>(w * r.width),
         static_cast<int>(h * r.height));
-    return pixels.intersected(QRect(QPoint(0, 0), pictureSize));
 }
 
 } // namespace BodyTemperature
