@@ -80,6 +80,8 @@ std::shared_ptr<const publicdatacontroller::CIntelAlarmObject> makeEvent(int i, 
 
 int main(int argc, char** argv)
 {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     int events = 3000;
     QSize sceneSize(1920, 1080);
