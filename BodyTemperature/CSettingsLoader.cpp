@@ -41,8 +41,19 @@ bool CSettingsLoader::Load(AlarmDisplayConfig& config)
 
 void CSettingsLoader::ReadIfPending(AlarmDisplayConfig& config)
 {
-    if (m_bLoaded || m_pWatcher->isRunning())
+    if (m_bLoaded)
         return;
+    if (m_pWatcher->isRunning()) {
+        // A background read is under way: its answer is the freshest one.
+        m_pWatcher->waitForFinished();
+        Result result = m_pWatcher->result();
+        if (result.first) {
+            m_pTimer->stop();
+            completeLoad(result.second);
+            config = result.second;
+            return;
+        }
+    }
     AlarmDisplayConfig stored;
     if (readNow(stored)) {
         m_pTimer->stop();
