@@ -3,6 +3,8 @@
 #include <QGridLayout>
 
 #include "ui/CBodyTemperatureDlg.h"
+#include "ui/ShowCard/CComparisonDetail.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
@@ -16,6 +18,8 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
+    // Device searches of returning-person cards run module code on pool threads.
+    CFrequenterUnit::StopAllDetails(m_pDialog);
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -25,12 +29,16 @@ BodyTemperatureWid::~BodyTemperatureWid()
 void BodyTemperatureWid::saveState()
 {
     m_listState.clear();
+    // A detail dialog left open would keep running its loop over a page that
+    // is no longer shown.
+    CComparisonDetail::CloseAllUnder(this);
     if (m_pDialog == nullptr)
         return;
     for (const QByteArray& id : m_pDialog->GetPlayingCameraIds())
         m_listState.append(publicdatacontroller::AIStateItem{id, {}});
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
+    CFrequenterUnit::StopAllDetails(m_pDialog);
 }
 
 void BodyTemperatureWid::readState()

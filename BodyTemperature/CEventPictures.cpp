@@ -84,6 +84,19 @@ QImage CEventPictures::Image(const PictureSource& source)
     return result;
 }
 
+QImage CEventPictures::CachedImage(const PictureSource& source)
+{
+    if (source.isEmpty())
+        return QImage();
+    std::lock_guard<std::mutex> lock(m_mutex);
+    for (const Entry& e : m_entries) {
+        if (e.bytes.constData() == source.bytes.constData() && e.bytes.size() == source.bytes.size()
+            && e.cropped == source.cropped && (!e.cropped || SameRect(e.crop, source.crop)))
+            return e.image;
+    }
+    return QImage();
+}
+
 QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
 {
     if (source.isEmpty())

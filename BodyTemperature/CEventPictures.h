@@ -49,6 +49,8 @@ public:
     // The decoded (and cut) picture; a null image when it cannot be decoded
     // or is refused for its size.
     QImage Image(const PictureSource& source);
+    // The picture if it was decoded already and is still kept; never decodes.
+    QImage CachedImage(const PictureSource& source);
     // Image() scaled to exactly `size`, aspect ratio ignored, smooth.
     QPixmap Scaled(const PictureSource& source, const QSize& size);
 

@@ -2,7 +2,10 @@
 // module style sheet: alarm cards of the four colour levels (comparison and
 // capture), both pop-up kinds, returning-person cards, a strip of capture
 // cards and the waiting dialog, once in English and once in Chinese. Writes
-// cards_en.png and cards_zh_CN.png into the folder given as argument.
+// cards_en.png and cards_zh_CN.png into the folder given as argument, and the
+// comparison detail dialog of a comparison and of a temperature capture, each
+// over the dashboard at 1920 x 1080: detail_comparison_<lang>.png and
+// detail_capture_<lang>.png.
 //
 //   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
 #include <QApplication>
@@ -16,6 +19,7 @@
 #include "AlarmShowInfo.h"
 #include "support/JpegEncoder.h"
 #include "ui/ShowCard/CAlarmUnit.h"
+#include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/CSnapUnit.h"
 #include "ui/ShowCard/CWaitShowWid.h"
@@ -148,6 +152,55 @@ void RenderPage(const QString& lang, const QString& outDir)
     page.grab().save(QDir(outDir).filePath(QStringLiteral("cards_%1.png").arg(lang)));
 }
 
+// A matched person with library data and extension fields, and a temperature
+// capture with every face attribute the device reports.
+void RenderDetails(const QString& lang, const QString& outDir)
+{
+    AlarmShowInfo comparison = MakeInfo({0, 0, 1, 0, 38.4, false}, 2);
+    protocol::PeopleInfo& person = comparison.alarmInfo.comparison.people;
+    person.name = "Lena Park";
+    person.contact = "+1 555 0142";
+    person.IDType = "ID";
+    person.IDNo = "ID4400111";
+    person.birthDate = "1984-03-15";
+    person.listName = "allowList";
+    person.Sex = 2;
+    person.Mask = 1;
+    person.extendList = {{"Department", "Logistics"}, {"Employee No.", "E1042"}, {"Badge", ""}};
+    comparison.eventID = "E-detail-1";
+
+    AlarmShowInfo capture = MakeInfo({3, 4, 2, 2, 36.5, true}, 3);
+    protocol::IntelAlarmFaceInfo& face = capture.faceInfoList.front();
+    face.Sex = 1;
+    face.Glass = 2;
+    face.AgeGroup = 8;
+    face.Expression = 2;
+    face.Beard = 1;
+    face.Hat = 1;
+    face.TemperatureAnomaly = 0;
+
+    const std::pair<const char*, const AlarmShowInfo*> shots[] = {{"comparison", &comparison}, {"capture", &capture}};
+    for (const auto& shot : shots) {
+        QWidget page;
+        page.setObjectName(QStringLiteral("BTShowWidget"));
+        page.setAttribute(Qt::WA_StyledBackground);
+        QFile qss(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
+        qss.open(QIODevice::ReadOnly);
+        page.setStyleSheet(QString::fromUtf8(qss.readAll()));
+        page.setGeometry(0, 0, 1920, 1080);
+        auto* card = new CAlarmUnit(&page);  // the card the dialog was opened from, behind it
+        card->SetAlarmInfo(*shot.second, false);
+        card->move(1520, 20);
+        auto* dialog = new CComparisonDetail(&page);
+        dialog->setWindowFlags(Qt::Widget);
+        dialog->SetAlarmInfo(*shot.second);
+        dialog->move((1920 - dialog->width()) / 2, (1080 - dialog->height()) / 2);
+        page.show();
+        QApplication::processEvents();
+        page.grab().save(QDir(outDir).filePath(QStringLiteral("detail_%1_%2.png").arg(QLatin1String(shot.first), lang)));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -164,6 +217,7 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "no translation for %s\n", qUtf8Printable(lang));
         QCoreApplication::installTranslator(&translator);
         RenderPage(lang, outDir);
+        RenderDetails(lang, outDir);
         QCoreApplication::removeTranslator(&translator);
     }
     std::printf("written to %s\n", qUtf8Printable(outDir));

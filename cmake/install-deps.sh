@@ -10,7 +10,7 @@ PKGS=(
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg
   clang libclang-rt-14-dev
-  ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils
+  ccache xvfb xauth fonts-wqy-microhei fonts-urw-base35 pulseaudio pulseaudio-utils poppler-utils
 )
 missing=()
 for p in "${PKGS[@]}"; do

@@ -110,16 +110,20 @@ Jpeg PictureFactory::face(const FaceLook& look)
     return m_cache.emplace(key, jpeg).first->second;
 }
 
-Jpeg PictureFactory::scene(int channel, const QString& channelName, const FaceLook& look, double rect[4])
+void PictureFactory::sceneFaceRect(int channel, int person, double rect[4]) const
 {
     // The person stands at a place that depends on identity and channel.
-    const int slot = (look.person * 7 + channel * 3) % 5;
+    const int slot = (person * 7 + channel * 3) % 5;
     const double fw = 0.09;
-    const double fh = fw * m_sceneW / m_sceneH * 1.3;
     rect[0] = 0.12 + slot * 0.16;
     rect[1] = 0.22;
     rect[2] = fw;
-    rect[3] = fh;
+    rect[3] = fw * m_sceneW / m_sceneH * 1.3;
+}
+
+Jpeg PictureFactory::scene(int channel, const QString& channelName, const FaceLook& look, double rect[4])
+{
+    sceneFaceRect(channel, look.person, rect);
     const std::string key = "scene/" + std::to_string(channel) + "/" + std::to_string(look.person % 64) + "/"
         + std::to_string(look.mask) + std::to_string(look.glasses);
     {

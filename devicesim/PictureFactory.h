@@ -29,6 +29,8 @@ public:
     // A scene with the person standing in it; faceRect receives the
     // face's position as fractions of the picture.
     Jpeg scene(int channel, const QString& channelName, const FaceLook& look, double rect[4]);
+    // Where scene() puts the face of this person on this channel.
+    void sceneFaceRect(int channel, int person, double rect[4]) const;
     // A live-video frame of the given channel at time t (milliseconds).
     QByteArray frame(int channel, const QString& channelName, qint64 tMs, int width, int height);
 

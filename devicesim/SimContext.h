@@ -13,7 +13,9 @@
 
 #include "AlertHub.h"
 #include "EventFactory.h"
+#include "HfpdScripts.h"
 #include "PictureFactory.h"
+#include "SimCapabilities.h"
 #include "SimOptions.h"
 #include "SimStore.h"
 
@@ -54,6 +56,8 @@ public:
     SimStore store;          // thread-safe itself
     PictureFactory pictures; // thread-safe itself
     AlertHub hub;            // thread-safe itself
+    SimCapabilities capabilities;  // thread-safe itself
+    HfpdScripts hfpd;        // thread-safe itself; also counts each task's polls
     std::atomic<bool> stopping{false};
     std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
     std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)
@@ -62,7 +66,6 @@ public:
     EventFactory events;
     std::mt19937 rng;
     std::map<std::string, Fault> faults;
-    std::map<std::string, int> hfpdPolls;  // polls so far, per task
 
 private:
     std::map<int, bool> m_offline;  // guarded

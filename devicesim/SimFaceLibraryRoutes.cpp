@@ -45,21 +45,6 @@ nlohmann::json province(const char* code, const char* name, std::initializer_lis
 
 void addFaceLibraryRoutes(httplib::Server& http, SimContext& sim)
 {
-    http.Get("/DVAPI/Intelligent/FDLib/capabilities", [](const Request&, Response& res) {
-        res.set_content(std::string(kXmlHead)
-                + "<FaceDataLibraryCap><supported>true</supported>"
-                  "<FDNameRule>^[^\\\\/:*?&quot;&lt;&gt;|]{1,32}$</FDNameRule>"
-                  "<contact><enabled>true</enabled><maxLen>0</maxLen></contact>"
-                  "<certificateNumber><enabled>true</enabled><minLen>8</minLen><maxLen>18</maxLen></certificateNumber>"
-                  "<bornTime><enabled>true</enabled></bornTime>"
-                  "<region><enabled>true</enabled></region>"
-                  "<sex><enabled>true</enabled><opt>male</opt><opt>female</opt><opt>unlimited</opt></sex>"
-                  "<certificateType><enabled>true</enabled><opt>officerID</opt><opt>ID</opt><opt>passportID</opt>"
-                  "<opt>other</opt></certificateType>"
-                + extendListXml() + "</FaceDataLibraryCap>",
-            "application/xml");
-    });
-
     http.Get("/DVAPI/Intelligent/FDLib", [&sim](const Request&, Response& res) {
         std::string xml = std::string(kXmlHead) + "<FDLibBaseCfgList>";
         int id = 1;

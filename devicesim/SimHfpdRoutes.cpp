@@ -1,6 +1,7 @@
 // Returning-person (HFPD) record search results and their pictures.
 #include <QDateTime>
 #include <QString>
+#include <climits>
 #include <httplib.h>
 #include <random>
 
@@ -15,15 +16,21 @@ using httplib::Response;
 
 namespace {
 
+// The person drawn in a record's pictures.
+int hfpdPerson(const std::string& task, int n)
+{
+    return n + int(std::hash<std::string>()(task) % 40);
+}
+
 // The records of a task: deterministic for its identifier, none when it
-// contains "empty".
-nlohmann::json hfpdTargets(const std::string& task, const SimContext& sim)
+// contains "empty"; a script may set their number and fields.
+nlohmann::json hfpdTargets(const std::string& task, const HfpdScript& script, SimContext& sim)
 {
     nlohmann::json targets = nlohmann::json::array();
     std::seed_seq seq(task.begin(), task.end());
     std::mt19937 rng(seq);
     const bool empty = task.find("empty") != std::string::npos;
-    const int count = empty ? 0 : 5 + int(rng() % 21);
+    const int count = script.count >= 0 ? script.count : empty ? 0 : 5 + int(rng() % 21);
     static const char* ages[] = {"young", "middle", "old", "prime", "teenager"};
     static const char* exprs[] = {"happy", "poker-faced", "surprised", "sad"};
     static const char* glasses[] = {"no", "yes", "sunglasses", "unknown"};
@@ -31,15 +38,19 @@ nlohmann::json hfpdTargets(const std::string& task, const SimContext& sim)
         const int ch = 1 + int(rng() % unsigned(std::max(1, sim.opts.channels)));
         const auto when = QDateTime::currentDateTimeUtc().addSecs(-3600 * (i + 1));
         const std::string pic = "/DVAPI/pictures/hfpd/" + task + "/" + std::to_string(i + 1) + ".jpg";
+        // The scene is drawn on channel 1 with the record's person (picture route below).
+        double r[4];
+        sim.pictures.sceneFaceRect(1, hfpdPerson(task, i + 1), r);
         targets.push_back({{"index", i + 1},
             {"captureTime", when.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss+08:00")).toStdString()},
             {"channelID", std::to_string(ch)}, {"cameraName", sim.channelName(ch)}, {"picUrl", pic},
             {"facePicUrl", pic + "?face=1"}, {"ageGroup", ages[rng() % 5]},
             {"gender", rng() % 2 ? "male" : "female"}, {"glass", glasses[rng() % 4]},
-            {"mask", rng() % 2 ? "yes" : "no"}, {"hat", rng() % 3 ? "no" : "yes"},
+            {"mask", (i + 1) % 2 == 0 ? "yes" : "no"}, {"hat", rng() % 3 ? "no" : "yes"},
             {"expression", exprs[rng() % 4]}, {"smile", rng() % 2 ? "yes" : "no"},
-            {"rect", {{"x", 0.12 + 0.16 * (i % 5)}, {"y", 0.22}, {"width", 0.09}, {"height", 0.21}}}});
+            {"rect", {{"x", r[0]}, {"y", r[1]}, {"width", r[2]}, {"height", r[3]}}}});
     }
+    sim.hfpd.applyTargets(task, targets);
     return targets;
 }
 
@@ -47,17 +58,24 @@ nlohmann::json hfpdTargets(const std::string& task, const SimContext& sim)
 
 void addHfpdRoutes(httplib::Server& http, SimContext& sim)
 {
+    sim.hfpd.route(http);  // /control/hfpd: scripted tasks for tests
+
     http.Get(R"(/DVAPI/SDT/HFPD/searchTask/result/recordData/([^/?]+))", [&sim](const Request& req, Response& res) {
         const std::string task = req.matches[1];
-        int polls = 0;
-        {
-            std::lock_guard<std::mutex> lock(sim.mutex);
-            polls = ++sim.hfpdPolls[task];
+        const int polls = sim.hfpd.countPoll(task);
+        const HfpdScript script = sim.hfpd.script(task);
+        if (script.dropAtPoll == polls) {
+            res.set_content_provider(4096, "application/json", [](size_t, size_t, httplib::DataSink& sink) {
+                sink.write("{\"taskID\":", 10);
+                return false;
+            });
+            return;
         }
-        const int need = std::max(1, sim.hfpdPollsNeeded());
-        const int progress = polls >= need ? 100 : polls * 100 / need;
+        const int need = script.polls < 0 ? INT_MAX
+                                           : std::max(1, script.polls != 0 ? script.polls : sim.hfpdPollsNeeded());
+        const int progress = polls >= need ? 100 : int(std::min<long long>(99, polls * 100LL / need));
         const nlohmann::json targets =
-            progress == 100 ? hfpdTargets(task, sim) : nlohmann::json::array();
+            progress == 100 ? hfpdTargets(task, script, sim) : nlohmann::json::array();
         res.set_content(nlohmann::json{{"taskID", task}, {"progress", progress}, {"totalMatches", targets.size()},
                                       {"targets", targets}}.dump(),
             "application/json");
@@ -66,7 +84,7 @@ void addHfpdRoutes(httplib::Server& http, SimContext& sim)
     http.Get(R"(/DVAPI/pictures/hfpd/([^/]+)/(\d+)\.jpg)", [&sim](const Request& req, Response& res) {
         const int n = std::atoi(req.matches[2].str().c_str());
         FaceLook look;
-        look.person = n + int(std::hash<std::string>()(req.matches[1]) % 40);
+        look.person = hfpdPerson(req.matches[1], n);
         look.mask = n % 2 == 0;
         double rect[4];
         const Jpeg jpeg = req.has_param("face")

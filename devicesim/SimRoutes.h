@@ -16,5 +16,6 @@ void addFaceLibraryRoutes(httplib::Server& http, SimContext& sim);  // libraries
 void addHfpdRoutes(httplib::Server& http, SimContext& sim);         // returning-person records and pictures
 void addSdkRoutes(httplib::Server& http, SimContext& sim);          // SDK pass-through and face upload
 void addControlRoutes(httplib::Server& http, SimContext& sim);      // /control/: tests and demos
+void addCapabilityRoutes(httplib::Server& http, SimContext& sim);   // face-library capability, replaceable
 
 } // namespace devicesim

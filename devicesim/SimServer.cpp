@@ -77,6 +77,7 @@ bool SimServer::start(std::string& error)
     }
     configureServer();
     addStreamRoutes(*m_http, m_sim);
+    addCapabilityRoutes(*m_http, m_sim);
     addFaceLibraryRoutes(*m_http, m_sim);
     addHfpdRoutes(*m_http, m_sim);
     addSdkRoutes(*m_http, m_sim);
@@ -103,6 +104,9 @@ void SimServer::configureServer()
     // Every live stream and alert stream holds a worker: room for many.
     m_http->new_task_queue = [] { return new httplib::ThreadPool(64); };
     m_http->set_keep_alive_max_count(1000);
+    // Headers and body go out in separate writes: without this every answer
+    // waits for the client's delayed acknowledgement (about 40 ms).
+    m_http->set_tcp_nodelay(true);
     m_http->set_read_timeout(10, 0);
     m_http->set_write_timeout(10, 0);
     m_http->set_payload_max_length(64 * 1024 * 1024);

@@ -113,6 +113,9 @@ def tool_button(kind, state):
         g = (f'<rect x="6" y="8" width="20" height="16" rx="2" fill="none" stroke="{c}" stroke-width="2"/>'
              f'<path d="M6 12 H26" stroke="{c}" stroke-width="2"/>'
              f'<path d="M16 15 V19" stroke="{c}" stroke-width="2" stroke-linecap="round"/><circle cx="16" cy="21.6" r="1.2" fill="{c}"/>')
+    elif kind == "Report":
+        g = (f'<path d="M9 6 H20 L24 10 V26 H9 Z" fill="none" stroke="{c}" stroke-width="2" stroke-linejoin="round"/>'
+             f'<path d="M13 21 V18 M16.5 21 V14 M20 21 V16" stroke="{c}" stroke-width="2" stroke-linecap="round"/>')
     else:
         g = (f'<path d="M7 13 H11 L17 8 V24 L11 19 H7 Z" fill="{c}"/>'
              f'<g fill="none" stroke="{c}" stroke-width="2" stroke-linecap="round">'
@@ -265,7 +268,7 @@ def main():
     write(f"{bt}/rightBottom/DefaultFace.png", default_face(120, 160))
     write(f"{bt}/rightBottom/NoData.png", no_data())
     write(f"{bt}/rightBottom/NoDataCorner.png", no_data_corner())
-    for kind in ("Filiter", "Pop", "Sound"):
+    for kind in ("Filiter", "Pop", "Sound", "Report"):
         for state in range(4):
             write(f"{bt}/Buttons/{kind}/{state}.png", tool_button(kind, state))
     for name, w, h, direction in (("RightRetract", 11, 115, "right"), ("RightSpread", 11, 115, "left"),

@@ -17,6 +17,7 @@
 #include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
 #include "CCardBacklog.h"
+#include "CScreeningRecord.h"
 #include "CSettingsLoader.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "aiguitoolkit/CShakeButton.h"
@@ -24,11 +25,13 @@
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidgetForm.h"
 #include "ui/CBottomWidget.h"
+#include "ui/CDeviceHealthBanner.h"
 #include "ui/CPopConfigPage.h"
 #include "ui/CRightNoData.h"
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
 #include "CVoicePlayer.h"
+#include "ui/Report/CShiftReportDialog.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CPopUpUnit.h"
@@ -68,6 +71,8 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_pCardBacklog = new CCardBacklog(kMaxRightCards, CBottomWidget::kMaxCards,
         [this](const AlarmShowInfo& info, int copies, bool list, bool strip) { buildCards(info, copies, list, strip); },
         this);
+    m_pRecord = new CScreeningRecord(this);
+    new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
 
     m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
     m_ui->m_pAlarmTypeBtn->setPictureAttibute(
@@ -78,6 +83,9 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->m_pSoundBtn->setPictureAttibute(
         QStringLiteral(":/Buttons/Sound/Images/BodyTemperature/Buttons/Sound/%1.png"), 0, 10);
     m_ui->m_pSoundBtn->setToolTip(tr("VoiceConfiguration"));
+    m_ui->m_pReportBtn->setPictureAttibute(
+        QStringLiteral(":/Buttons/Report/Images/BodyTemperature/Buttons/Report/%1.png"), 0, 10);
+    m_ui->m_pReportBtn->setToolTip(tr("ShiftReport"));
 
     connect(m_ui->m_pEnableAlarmBtn, &QToolButton::clicked, this, &CBTShowWidget::OnEnableAlarm);
     connect(m_ui->m_pLiveView, &BTShowLiveView::SignalScreenChanged, this, &CBTShowWidget::OnFullScreenChanged);
@@ -88,6 +96,7 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     connect(m_ui->m_pAlarmTypeBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowTypeConfigPage);
     connect(m_ui->m_pPopBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowPopConfigPage);
     connect(m_ui->m_pSoundBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowSoundConfigPage);
+    connect(m_ui->m_pReportBtn, &QToolButton::clicked, this, &CBTShowWidget::OnShowReportDialog);
     connect(m_ui->m_pBottomWidget, &CBottomWidget::SignalSnapPicClicked, this, &CBTShowWidget::OnSnapPicClicked);
 
     RefreshNoData();
@@ -156,7 +165,8 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
 
     AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
     decision.applyTo(info);
-    // Counted at once; the cards follow as the page can draw them.
+    const int allBefore = m_iAllNum;
+    // Counted (and journaled) at once; the cards follow as the page can draw them.
     if (decision.action == AlarmDecision::Action::ShowReturning) {
         // One card per open view of the camera: a camera shown twice counts twice.
         const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
@@ -164,13 +174,15 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
         info.strSecondID = struAlarmInfo.secondID;
         m_iAllNum += copies;
         if (copies > 0)
-            m_pCardBacklog->Add(std::move(info), copies);
+            m_pCardBacklog->Add(info, copies);
     } else if (decision.action == AlarmDecision::Action::ShowFace) {
         playVoice(decision.voicePath);
         countFace(decision);
         ++m_iAllNum;
-        m_pCardBacklog->Add(std::move(info));
+        m_pCardBacklog->Add(info);
     }
+    if (decision.action != AlarmDecision::Action::CountOnly)
+        m_pRecord->Append(info, m_iAllNum - allBefore);
     emit signalNum(m_iAllNum, m_iNormalNum, m_iNoMaskNum, m_iAbnormalNum);
 }
 
@@ -390,6 +402,19 @@ void CBTShowWidget::OnShowSoundConfigPage()
     m_pSoundConfigPage->SetConfig(m_config);
     m_pSoundConfigPage->exec();
     m_config = m_pSoundConfigPage->GetConfig();
+}
+
+void CBTShowWidget::OnShowReportDialog()
+{
+    // One dialog at a time; it is not modal, so the page goes on while it exports.
+    if (m_pReportDialog == nullptr) {
+        m_pReportDialog = new CShiftReportDialog(parentWidget() != nullptr ? parentWidget() : this,
+            m_pRecord->JournalPath(), m_pRecord->OpenedAt());
+        m_pReportDialog->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_pReportDialog->show();
+    m_pReportDialog->raise();
+    m_pReportDialog->activateWindow();
 }
 
 void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)

@@ -7,6 +7,7 @@
 // Owns its cards, the pop-up card with its timer and the settings pages.
 #include <QByteArray>
 #include <QList>
+#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 #include <memory>
@@ -32,7 +33,9 @@ class CCardBacklog;
 class CPopConfigPage;
 class CPopUpUnit;
 class CRightNoData;
+class CScreeningRecord;
 class CSettingsLoader;
+class CShiftReportDialog;
 class CSoundConfigPage;
 class CTypeConfigPage;
 
@@ -70,6 +73,7 @@ public slots:
     void OnShowTypeConfigPage();
     void OnShowPopConfigPage();
     void OnShowSoundConfigPage();
+    void OnShowReportDialog();
     void onDealCheck(BodyTemperature::TemperatureAlarm& struInfo);
     void onTimeOut();
     void onChangeUpdate();
@@ -112,6 +116,8 @@ private:
     CTypeConfigPage* m_pTypeConfigPage = nullptr;
     CPopConfigPage* m_pPopConfigPage = nullptr;
     CSoundConfigPage* m_pSoundConfigPage = nullptr;
+    CScreeningRecord* m_pRecord = nullptr;
+    QPointer<CShiftReportDialog> m_pReportDialog;
 };
 
 } // namespace BodyTemperature

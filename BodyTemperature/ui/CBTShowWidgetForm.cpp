@@ -116,14 +116,18 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     m_pPopBtn->setObjectName(QStringLiteral("m_pPopBtn"));
     m_pSoundBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
     m_pSoundBtn->setObjectName(QStringLiteral("m_pSoundBtn"));
+    m_pReportBtn = new aiguitoolkit::CShakeButton(m_pToolBar);
+    m_pReportBtn->setObjectName(QStringLiteral("m_pReportBtn"));
     for (QToolButton* b : {static_cast<QToolButton*>(m_pEnableAlarmBtn), static_cast<QToolButton*>(m_pAlarmTypeBtn),
-             static_cast<QToolButton*>(m_pPopBtn), static_cast<QToolButton*>(m_pSoundBtn)})
+             static_cast<QToolButton*>(m_pPopBtn), static_cast<QToolButton*>(m_pSoundBtn),
+             static_cast<QToolButton*>(m_pReportBtn)})
         b->setMinimumSize(24, 24);
     toolRow->addWidget(m_pEnableAlarmBtn);
     toolRow->addStretch(1);
     toolRow->addWidget(m_pAlarmTypeBtn);
     toolRow->addWidget(m_pPopBtn);
     toolRow->addWidget(m_pSoundBtn);
+    toolRow->addWidget(m_pReportBtn);
     rightColumn->addWidget(m_pToolBar);
 
     m_pRightScrollArea = new QScrollArea(m_pRightPanel);

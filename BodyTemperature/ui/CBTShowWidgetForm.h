@@ -32,6 +32,7 @@ struct CBTShowWidgetForm {
     aiguitoolkit::CShakeButton* m_pAlarmTypeBtn = nullptr;
     aiguitoolkit::CShakeButton* m_pPopBtn = nullptr;
     aiguitoolkit::CShakeButton* m_pSoundBtn = nullptr;
+    aiguitoolkit::CShakeButton* m_pReportBtn = nullptr;
     QScrollArea* m_pRightScrollArea = nullptr;
     QWidget* m_pRightListWidget = nullptr;
 };

@@ -10,6 +10,7 @@
 #include <QStyle>
 
 #include "FaceRectClamp.h"
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CRightNoData.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -141,12 +142,28 @@ QByteArray CBottomWidget::CutFace(const std::string& strFace, const protocol::Pi
 
 void CBottomWidget::OnAddToLib(std::string strFace, protocol::PictureRect rect)
 {
+    // One add-face dialog at a time; a running one is never replaced under its exec().
+    if (m_pAddFaceWnd && m_pAddFaceWnd->isVisible())
+        return;
+    auto* card = qobject_cast<CSnapUnit*>(sender());
+    const CCardHold hold(card);
+    std::string deviceId;
+    if (card)
+        deviceId = card->info().deviceID.empty() ? card->info().strID : card->info().deviceID;
+    if (m_pAddFaceWnd)
+        m_pAddFaceWnd->deleteLater();
+    m_pAddFaceWnd = new CBTAddFaceWnd(this);
+
     if (strFace.empty())
         return;
     const QByteArray cut = CutFace(strFace, rect);
     // An undecodable picture gives an empty cut, which the dialog refuses.
-    if (!cut.isEmpty())
-        emit SignalFaceReady(cut);
+    if (cut.isEmpty())
+        return;
+    emit SignalFaceReady(cut);
+    QPointer<CBTAddFaceWnd> dlg = m_pAddFaceWnd;
+    if (dlg->SetFacePicture(cut) && dlg->SetDevice(deviceId) && dlg)
+        dlg->exec();
 }
 
 } // namespace BodyTemperature

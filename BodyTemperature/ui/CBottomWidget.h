@@ -6,6 +6,7 @@
 // GUI thread; the strip owns its cards.
 #include <QByteArray>
 #include <QFrame>
+#include <QPointer>
 #include <string>
 
 #include "AlarmShowInfo.h"
@@ -16,6 +17,7 @@ class QLabel;
 
 namespace BodyTemperature {
 
+class CBTAddFaceWnd;
 class CRightNoData;
 
 class CBottomWidget final : public QFrame {
@@ -46,6 +48,9 @@ signals:
     void SignalFaceReady(const QByteArray& face);
 
 public slots:
+    // From a card's add button: opens the add-to-library dialog (modal) with
+    // the face cut out and the device of the card's event preselected; the
+    // card is held until the dialog has closed.
     void OnAddToLib(std::string strFace, protocol::PictureRect rect);
 
 protected:
@@ -56,6 +61,7 @@ private:
     bool m_bEmpty = true;
     QLabel* m_pCornerLabel = nullptr;
     CRightNoData* m_pNoData = nullptr;
+    QPointer<CBTAddFaceWnd> m_pAddFaceWnd;
 };
 
 } // namespace BodyTemperature

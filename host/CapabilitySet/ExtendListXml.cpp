@@ -18,14 +18,15 @@ bool readExtendList(xmlNodePtr list, std::vector<PersonInfoExtendCfg>& out)
     return true;
 }
 
-std::string writeExtendList(const std::vector<PersonInfoExtendCfg>& items)
+std::string writeExtendList(const std::vector<PersonInfoExtendCfg>& items, bool escaped)
 {
+    auto text = [escaped](const std::string& s) { return escaped ? s : xmlEscape(s); };
     if (items.empty())
         return std::string();
     std::string xml = "<PersonInfoExtendList>";
     for (const PersonInfoExtendCfg& i : items)
         xml += "<PersonInfoExtend><id>" + std::to_string(i.id) + "</id><enable>" + (i.enable ? "true" : "false")
-            + "</enable><name>" + xmlEscape(i.name) + "</name><value>" + xmlEscape(i.value) + "</value></PersonInfoExtend>";
+            + "</enable><name>" + text(i.name) + "</name><value>" + text(i.value) + "</value></PersonInfoExtend>";
     return xml + "</PersonInfoExtendList>";
 }
 

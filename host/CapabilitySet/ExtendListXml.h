@@ -10,7 +10,8 @@ namespace CapabilitySet {
 namespace detail {
 
 bool readExtendList(xmlNodePtr list, std::vector<PersonInfoExtendCfg>& out);
-std::string writeExtendList(const std::vector<PersonInfoExtendCfg>& items);
+// escaped: names and values already hold XML text.
+std::string writeExtendList(const std::vector<PersonInfoExtendCfg>& items, bool escaped = false);
 
 } // namespace detail
 } // namespace CapabilitySet

@@ -47,10 +47,11 @@ std::string FaceDataRecordCfg::StructToXML(const FaceDataRecordCfg& record)
     std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<FaceAppendData>";
     for (const auto& f : kFields) {
         const std::string& v = record.*(f.member);
+        const bool escaped = record.bTextEscaped && f.member == &FaceDataRecordCfg::name;
         if (!v.empty())
-            xml += std::string("<") + f.tag + ">" + detail::xmlEscape(v) + "</" + f.tag + ">";
+            xml += std::string("<") + f.tag + ">" + (escaped ? v : detail::xmlEscape(v)) + "</" + f.tag + ">";
     }
-    xml += detail::writeExtendList(record.extendList);
+    xml += detail::writeExtendList(record.extendList, record.bTextEscaped);
     return xml + "</FaceAppendData>";
 }
 

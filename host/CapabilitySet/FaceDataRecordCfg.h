@@ -30,6 +30,10 @@ public:
     std::string PID;
     std::string picURL;
     std::vector<PersonInfoExtendCfg> extendList;
+    // Set by forms that escape what the user typed themselves: name and the
+    // extension names and values then already hold XML text and StructToXML
+    // writes them unchanged (every other field is always escaped).
+    bool bTextEscaped = false;
 };
 
 } // namespace CapabilitySet

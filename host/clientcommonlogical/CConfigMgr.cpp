@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 #include "Base/Log.h"
 
 namespace clientcommonlogical {
@@ -74,6 +76,7 @@ bool CConfigMgr::Load(const QString& path)
     m_language = root.value(QStringLiteral("language")).toInt(2);
     m_regionMode = root.value(QStringLiteral("regionMode")).toInt(1);
     m_brand = brand;
+    m_recordRetentionDays = std::max(0, root.value(QStringLiteral("recordRetentionDays")).toInt(90));
     m_debugLog = root.value(QStringLiteral("logLevel")).toString() == QStringLiteral("debug");
     m_devices = std::move(devices);
     return true;
@@ -86,6 +89,8 @@ int CConfigMgr::GetRegionMode() const { std::lock_guard<std::mutex> l(m_mutex); 
 void CConfigMgr::SetRegionMode(int mode) { std::lock_guard<std::mutex> l(m_mutex); m_regionMode = mode; }
 std::vector<int> CConfigMgr::GetBrandValues() const { std::lock_guard<std::mutex> l(m_mutex); return m_brand; }
 void CConfigMgr::SetBrandValues(const std::vector<int>& values) { std::lock_guard<std::mutex> l(m_mutex); m_brand = values; }
+int CConfigMgr::GetRecordRetentionDays() const { std::lock_guard<std::mutex> l(m_mutex); return m_recordRetentionDays; }
+void CConfigMgr::SetRecordRetentionDays(int days) { std::lock_guard<std::mutex> l(m_mutex); m_recordRetentionDays = days; }
 bool CConfigMgr::IsDebugLog() const { std::lock_guard<std::mutex> l(m_mutex); return m_debugLog; }
 std::vector<DeviceConfig> CConfigMgr::GetDevices() const { std::lock_guard<std::mutex> l(m_mutex); return m_devices; }
 void CConfigMgr::SetDevices(const std::vector<DeviceConfig>& devices) { std::lock_guard<std::mutex> l(m_mutex); m_devices = devices; }

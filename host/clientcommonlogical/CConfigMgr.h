@@ -47,6 +47,9 @@ public:
     std::vector<int> GetBrandValues() const;
     void SetBrandValues(const std::vector<int>& values);
 
+    // Days a module keeps its event records (0: no limit); "recordRetentionDays", default 90.
+    int GetRecordRetentionDays() const;
+    void SetRecordRetentionDays(int days);
     // "logLevel": "debug" writes debug records to the host log; anything else info.
     bool IsDebugLog() const;
 
@@ -61,6 +64,7 @@ private:
     int m_language = 2;
     int m_regionMode = 1;
     std::vector<int> m_brand{0, 0, 0};
+    int m_recordRetentionDays = 90;
     bool m_debugLog = false;
     std::vector<DeviceConfig> m_devices;
 };

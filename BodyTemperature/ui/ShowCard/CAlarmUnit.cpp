@@ -7,6 +7,8 @@
 #include <QVariant>
 
 #include "Base/Log.h"
+#include "ui/ShowCard/CCardHold.h"
+#include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CardStyle.h"
 
 namespace BodyTemperature {
@@ -216,8 +218,17 @@ void CAlarmUnit::ApplySmallLayout()
 
 void CAlarmUnit::SetFrequenterInfo(const AlarmShowInfo&) {}
 
-// The comparison detail dialog is not part of this build yet; the card keeps
-// its record so the dialog can be opened from it once it exists.
-void CAlarmUnit::ShowDetails() {}
+void CAlarmUnit::ShowDetails()
+{
+    // Alarms keep arriving while the dialog runs its own loop: the list may
+    // trim this card or the page may go. The hold keeps a trimmed card until
+    // the dialog ends; after exec() neither this card nor the dialog may be
+    // touched (the dialog deletes itself on close, or goes with its parent).
+    CCardHold hold(this);
+    auto* dialog = new CComparisonDetail(parentWidget());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->SetAlarmInfo(m_info);
+    dialog->exec();
+}
 
 } // namespace BodyTemperature

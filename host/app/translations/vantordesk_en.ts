@@ -15,4 +15,86 @@
         <translation>No module loaded</translation>
     </message>
 </context>
+<context>
+    <name>UiDataController::CErrorInfoMgr</name>
+    <message>
+        <source>UserNameOrPasswordIsIncorrect</source>
+        <translation>The user name or password is incorrect.</translation>
+    </message>
+    <message>
+        <source>FailedToConnectToTheDevice</source>
+        <translation>Cannot connect to the device.</translation>
+    </message>
+    <message>
+        <source>FailedToSendTheRequestToTheDevice</source>
+        <translation>The request could not be sent to the device.</translation>
+    </message>
+    <message>
+        <source>TheConnectionToTheDeviceWasLost</source>
+        <translation>The connection to the device was lost.</translation>
+    </message>
+    <message>
+        <source>TheDeviceDidNotAnswerInTime</source>
+        <translation>The device did not answer in time.</translation>
+    </message>
+    <message>
+        <source>TheDeviceAnswerCannotBeRead</source>
+        <translation>The device's answer cannot be read.</translation>
+    </message>
+    <message>
+        <source>TheDeviceRefusedTheRequest</source>
+        <translation>The device refused the request.</translation>
+    </message>
+    <message>
+        <source>TheUserHasNoPermissionOnTheDevice</source>
+        <translation>The user has no permission for this operation on the device.</translation>
+    </message>
+    <message>
+        <source>TheDeviceIsBusy</source>
+        <translation>The device is busy. Try again later.</translation>
+    </message>
+    <message>
+        <source>TheFacePictureLibraryIsFull</source>
+        <translation>The face picture library is full.</translation>
+    </message>
+    <message>
+        <source>TheDeviceHadAnInternalError</source>
+        <translation>The device reported an internal error.</translation>
+    </message>
+    <message>
+        <source>AccessToTheDeviceIsForbidden</source>
+        <translation>Access to the device is forbidden.</translation>
+    </message>
+    <message>
+        <source>TheDeviceDoesNotSupportThisFunction</source>
+        <translation>The device does not support this function.</translation>
+    </message>
+    <message>
+        <source>TheDeviceAnsweredWithAnError</source>
+        <translation>The device answered with an error.</translation>
+    </message>
+    <message>
+        <source>TheRequestIsInvalid</source>
+        <translation>The request is invalid.</translation>
+    </message>
+    <message>
+        <source>TheSecureConnectionToTheDeviceFailed</source>
+        <translation>The secure connection to the device failed.</translation>
+    </message>
+    <message>
+        <source>TheDeviceIsNotConfigured</source>
+        <translation>The device is not configured.</translation>
+    </message>
+</context>
+<context>
+    <name>VantorGUIToolkit::CChaseDialog</name>
+    <message>
+        <source>Processing</source>
+        <translation>Processing...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
 </TS>

@@ -15,4 +15,86 @@
         <translation>未加载模块</translation>
     </message>
 </context>
+<context>
+    <name>UiDataController::CErrorInfoMgr</name>
+    <message>
+        <source>UserNameOrPasswordIsIncorrect</source>
+        <translation>用户名或密码错误。</translation>
+    </message>
+    <message>
+        <source>FailedToConnectToTheDevice</source>
+        <translation>无法连接设备。</translation>
+    </message>
+    <message>
+        <source>FailedToSendTheRequestToTheDevice</source>
+        <translation>无法向设备发送请求。</translation>
+    </message>
+    <message>
+        <source>TheConnectionToTheDeviceWasLost</source>
+        <translation>与设备的连接已断开。</translation>
+    </message>
+    <message>
+        <source>TheDeviceDidNotAnswerInTime</source>
+        <translation>设备响应超时。</translation>
+    </message>
+    <message>
+        <source>TheDeviceAnswerCannotBeRead</source>
+        <translation>无法解析设备的响应。</translation>
+    </message>
+    <message>
+        <source>TheDeviceRefusedTheRequest</source>
+        <translation>设备拒绝了请求。</translation>
+    </message>
+    <message>
+        <source>TheUserHasNoPermissionOnTheDevice</source>
+        <translation>用户无权在设备上执行此操作。</translation>
+    </message>
+    <message>
+        <source>TheDeviceIsBusy</source>
+        <translation>设备忙，请稍后再试。</translation>
+    </message>
+    <message>
+        <source>TheFacePictureLibraryIsFull</source>
+        <translation>人脸库已满。</translation>
+    </message>
+    <message>
+        <source>TheDeviceHadAnInternalError</source>
+        <translation>设备内部错误。</translation>
+    </message>
+    <message>
+        <source>AccessToTheDeviceIsForbidden</source>
+        <translation>禁止访问设备。</translation>
+    </message>
+    <message>
+        <source>TheDeviceDoesNotSupportThisFunction</source>
+        <translation>设备不支持此功能。</translation>
+    </message>
+    <message>
+        <source>TheDeviceAnsweredWithAnError</source>
+        <translation>设备返回错误。</translation>
+    </message>
+    <message>
+        <source>TheRequestIsInvalid</source>
+        <translation>请求无效。</translation>
+    </message>
+    <message>
+        <source>TheSecureConnectionToTheDeviceFailed</source>
+        <translation>与设备的安全连接失败。</translation>
+    </message>
+    <message>
+        <source>TheDeviceIsNotConfigured</source>
+        <translation>设备未配置。</translation>
+    </message>
+</context>
+<context>
+    <name>VantorGUIToolkit::CChaseDialog</name>
+    <message>
+        <source>Processing</source>
+        <translation>正在处理...</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
 </TS>

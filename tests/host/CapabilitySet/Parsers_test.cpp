@@ -115,6 +115,17 @@ TEST(FaceDataRecordCfg, StructToXmlReadsBackWithEscapedText)
     EXPECT_EQ(std::tie(back.idNumber, back.city, back.contact), std::tie(rec.idNumber, rec.city, rec.contact));
     EXPECT_EQ(back.extendList.at(0).value, "R&D");
     EXPECT_EQ(FaceDataRecordCfg::StructToXML(back), xml);  // and every other field
+    // Text a form escaped itself is written as it stands, other fields still escaped.
+    FaceDataRecordCfg typed;
+    typed.name = "R&amp;D &lt;1&gt;";
+    typed.contact = "a&b";
+    typed.extendList = {{1, true, "Dept &quot;A&quot;", "&apos;x&apos;"}};
+    typed.bTextEscaped = true;
+    FaceDataRecordCfg read(FaceDataRecordCfg::StructToXML(typed));
+    ASSERT_TRUE(read.bValid);
+    EXPECT_EQ(std::tie(read.name, read.contact), std::make_tuple(std::string("R&D <1>"), std::string("a&b")));
+    EXPECT_EQ(std::tie(read.extendList.at(0).name, read.extendList.at(0).value),
+        std::make_tuple(std::string("Dept \"A\""), std::string("'x'")));
     // Empty fields are left out of a search condition.
     EXPECT_EQ(FaceDataRecordCfg::StructToXML(FaceDataRecordCfg()).find("<name>"), std::string::npos);
 }

@@ -2,11 +2,22 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFutureWatcher>
 #include <QLabel>
 #include <QPushButton>
+#include <QtConcurrent/QtConcurrentRun>
+#include <algorithm>
 
 #include "Base/Log.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
+#include "ui/CBottomWidget.h"
+#include "ui/ShowCard/CCardHold.h"
+#include "ui/ShowCard/CWaitShowWid.h"
+#include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
+#include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
+#include "ui/ShowCard/ReCustomer/CHFPDSearchManager.h"
+#include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
 
 namespace BodyTemperature {
 
@@ -63,6 +74,9 @@ CFrequenterUnit::CFrequenterUnit(QWidget* parent) : CRightUnitBase(parent)
 CFrequenterUnit::~CFrequenterUnit()
 {
     BASE_LOG_DEBUG("CFrequenterUnit Destruct.");
+    // Torn down with its page while a dialog of its own may still run.
+    StopDetails();
+    delete m_pDetailWid.data();
 }
 
 void CFrequenterUnit::SetAlarmInfo(const AlarmShowInfo&, bool) {}
@@ -102,9 +116,118 @@ void CFrequenterUnit::SetFrequenterInfo(const AlarmShowInfo& info)
 
 void CFrequenterUnit::ShowDetails()
 {
-    // Earlier visits are searched on the device; until that search is wired
-    // in, the card reports that there is nothing to show.
-    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("NoDetails"));
+    if (m_pWaitWid || (m_pDetailWid && m_pDetailWid->isVisible()))
+        return;  // already searching or showing (a click from a nested loop)
+    // Searches abandoned by a cancel end at their next poll; keep only the running ones.
+    m_fetches.erase(std::remove_if(m_fetches.begin(), m_fetches.end(),
+                        [](const QFuture<FetchResult>& f) { return f.isFinished(); }),
+        m_fetches.end());
+
+    // The lists keep trimming while the dialogs below run their own loops.
+    CCardHold hold(this);
+    const QPointer<CFrequenterUnit> self(this);
+    m_strSearchDevice = m_info.deviceID;
+    m_strSearchTask = m_info.strSecondID;
+    m_pCancel = std::make_shared<CHFPDCancelToken>();
+    const std::shared_ptr<CHFPDCancelToken> cancel = m_pCancel;
+
+    auto* wait = new CWaitShowWid(window(), QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif"));
+    m_pWaitWid = wait;
+    auto* watcher = new QFutureWatcher<FetchResult>(wait);
+    connect(watcher, &QFutureWatcher<FetchResult>::finished, wait, &CWaitShowWid::OnStopChaseByAccept);
+    // Cancelling closes the dialog at once; the search stops at its next poll.
+    connect(wait, &CWaitShowWid::SignalCancel, wait, [cancel] { cancel->Cancel(); });
+    const QFuture<FetchResult> future = QtConcurrent::run(&CFrequenterUnit::FetchRecords, m_strSearchDevice, m_strSearchTask, cancel);
+    m_fetches.push_back(future);
+    watcher->setFuture(future);
+    const QPointer<CWaitShowWid> waitGuard(wait);
+    const int answer = wait->exec();
+    if (!self) {
+        // Torn down with its page while the dialog ran (the search was stopped then).
+        if (waitGuard)
+            waitGuard->deleteLater();
+        return;
+    }
+    m_pWaitWid = nullptr;
+    wait->deleteLater();
+    if (answer != QDialog::Accepted || cancel->IsCancelled() || !future.isFinished())
+        return;
+
+    const FetchResult result = future.result();
+    m_records = result.records;
+    m_bFetchFailed = result.bFailed;
+    if (m_bFetchFailed) {
+        m_bFetchFailed = false;
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("ObtainingDetailsFailed"));
+        return;
+    }
+    if (m_records.empty()) {
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("NoDetails"));
+        return;
+    }
+    delete m_pDetailWid.data();
+    auto* view = new CHFPDShowDetailWid(parentWidget());
+    view->setObjectName(QStringLiteral("ReCustomerDetailsDlg"));
+    m_pDetailWid = view;
+    connect(view, &CHFPDShowDetailWid::SignalAddHFPDFaceToLibrary, view,
+        [view](const QString& deviceId, const QString&, const QByteArray& face, const QByteArray& scene,
+            const QRectF& rect) {
+            // Without a face picture of its own the capture's face is cut from its scene.
+            QByteArray jpeg = face;
+            if (jpeg.isEmpty() && !scene.isEmpty())
+                jpeg = CBottomWidget::CutFace(scene.toStdString(),
+                    protocol::PictureRect{rect.x(), rect.y(), rect.width(), rect.height()});
+            CBTAddFaceWnd::OpenForFace(view, deviceId.toStdString(), jpeg);
+        });
+    if (view->SetHFPDRecords(m_records, m_strSearchDevice, CHFPDAttributes::kReturningPersonMask, personInfo()))
+        view->exec();
+}
+
+void CFrequenterUnit::StopDetails()
+{
+    if (m_pCancel)
+        m_pCancel->Cancel();
+    if (m_pWaitWid)
+        m_pWaitWid->reject();
+    if (m_pDetailWid)
+        m_pDetailWid->reject();
+    waitForFetches();
+}
+
+void CFrequenterUnit::StopAllDetails(QObject* root)
+{
+    if (root == nullptr)
+        return;
+    for (CFrequenterUnit* card : root->findChildren<CFrequenterUnit*>())
+        card->StopDetails();
+}
+
+CFrequenterUnit::FetchResult CFrequenterUnit::FetchRecords(std::string deviceId, std::string taskId,
+    std::shared_ptr<CHFPDCancelToken> cancel)
+{
+    FetchResult result;
+    result.bFailed = !CHFPDSearchManager::Instance()->SearchRecords(deviceId, taskId, result.records, cancel.get());
+    if (result.bFailed)
+        result.records.clear();
+    return result;
+}
+
+void CFrequenterUnit::waitForFetches()
+{
+    for (QFuture<FetchResult>& f : m_fetches)
+        f.waitForFinished();
+    m_fetches.clear();
+}
+
+HFPDPersonInfo CFrequenterUnit::personInfo() const
+{
+    HFPDPersonInfo person;
+    const protocol::PeopleInfo& people = m_info.alarmInfo.comparison.people;
+    person.valid = !people.name.empty() || !people.PID.empty();
+    person.name = people.name;
+    person.gender = people.Sex == 1 || people.Sex == 2 ? people.Sex : 3;
+    person.contact = people.contact;
+    return person;
 }
 
 } // namespace BodyTemperature

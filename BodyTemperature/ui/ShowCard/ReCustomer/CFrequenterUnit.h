@@ -2,9 +2,25 @@
 // The card of a returning-person (frequent visitor) event: captured face,
 // "RegularCustomer", library name, time and camera. Created and filled once by
 // the information display, owned by its list (GUI thread).
+//
+// Its details search the device's records of the person on a pool task while
+// the waiting dialog runs, then open CHFPDShowDetailWid modally. The task
+// works on copies and a shared cancel token; cancelling the waiting dialog,
+// StopDetails() (page left) and the destructor cancel it, and the destructor
+// waits for it, so no task outlives the card (or the module's code).
+#include <QFuture>
+#include <QPointer>
+#include <memory>
+#include <vector>
+
 #include "ui/ShowCard/CRightUnitBase.h"
+#include "ui/ShowCard/ReCustomer/HFPDRecord.h"
 
 namespace BodyTemperature {
+
+class CHFPDCancelToken;
+class CHFPDShowDetailWid;
+class CWaitShowWid;
 
 class CFrequenterUnit final : public CRightUnitBase {
     Q_OBJECT
@@ -14,13 +30,37 @@ public:
 
     const AlarmShowInfo& info() const { return m_info; }
 
+    // What a search task hands back.
+    struct FetchResult {
+        HFPDRecordList records;
+        bool bFailed = false;
+    };
+
+    // Stops a running search and closes its waiting dialog or the detail view,
+    // then waits for the search task. For every card under root.
+    static void StopAllDetails(QObject* root);
+
 public slots:
     void SetAlarmInfo(const AlarmShowInfo& info, bool bLarge) override;
     void SetFrequenterInfo(const AlarmShowInfo& info) override;
     void ShowDetails() override;
+    void StopDetails();
 
 private:
+    static FetchResult FetchRecords(std::string deviceId, std::string taskId, std::shared_ptr<CHFPDCancelToken> cancel);
+    void waitForFetches();
+    HFPDPersonInfo personInfo() const;
+
     AlarmShowInfo m_info;
+    // Kept with the records they were fetched with.
+    HFPDRecordList m_records;
+    std::string m_strSearchDevice;
+    std::string m_strSearchTask;
+    bool m_bFetchFailed = false;
+    std::shared_ptr<CHFPDCancelToken> m_pCancel;
+    std::vector<QFuture<FetchResult>> m_fetches;  // running or abandoned search tasks
+    QPointer<CWaitShowWid> m_pWaitWid;
+    QPointer<CHFPDShowDetailWid> m_pDetailWid;
     QLabel* m_pReCustomer = nullptr;
     QLabel* m_pFacelibName = nullptr;
 };

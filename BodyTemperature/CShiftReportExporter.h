@@ -1,0 +1,44 @@
+#pragma once
+// Writes the shift report of a time range of the screening journal: a CSV
+// file (UTF-8 with byte-order mark, one row per event) and/or a PDF (counters
+// of the range, events per hour, the abnormal-temperature and no-mask events
+// with their faces, page numbers). Texts in English or Chinese.
+//
+// Run() is blocking and meant for a worker thread; it opens its own read
+// connection, checks `cancel` at each row and publishes its progress (0..1000).
+// Files are written under a temporary name and renamed when complete, so a
+// failed or cancelled export leaves nothing under the final name.
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <atomic>
+#include <cstdint>
+
+namespace BodyTemperature {
+
+struct ShiftReportRequest {
+    QString journalPath;
+    QDateTime from;
+    QDateTime to;
+    QString folder;
+    bool csv = true;
+    bool pdf = true;
+    int language = 2;  // 1 Chinese, anything else English
+};
+
+class CShiftReportExporter final {
+public:
+    enum class Outcome { Written, Cancelled, Failed };
+    struct Result {
+        Outcome outcome = Outcome::Failed;
+        QStringList files;  // final paths written
+        QString error;      // translated, for the user
+    };
+
+    // The file name (without folder) of one format of a request.
+    static QString FileName(const ShiftReportRequest& request, const QString& suffix);
+
+    static Result Run(const ShiftReportRequest& request, const std::atomic<bool>& cancel, std::atomic<int>& progress);
+};
+
+} // namespace BodyTemperature

@@ -1,0 +1,26 @@
+#pragma once
+// Turns the results of a face upload into the one message the operator sees:
+// "AddSuccess", or the text chosen from the error pair's second code, then
+// from the device's upload state, then "FailedToAddPicture". Plain function
+// of its inputs (GUI thread: it translates).
+#include <QString>
+#include <cstdint>
+#include <utility>
+
+namespace BodyTemperature {
+
+class CFaceUploadOutcome final {
+public:
+    struct Result {
+        bool success = false;
+        QString text;
+    };
+    static Result Evaluate(bool success, bool cancelled, uint32_t uploadState, std::pair<int, int> errorPair);
+    // The key for a second code of the error pair (null when the code has none of its own).
+    static const char* SecondCodeKey(int secondCode);
+    // The key for an upload state (null when the state selects no text).
+    static const char* StateKey(uint32_t state);
+    static QString Translate(const char* key);
+};
+
+} // namespace BodyTemperature

@@ -1,0 +1,248 @@
+#include "ui/Report/CShiftReportDialog.h"
+
+#include <QCheckBox>
+#include <QDateTimeEdit>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QToolButton>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include "VantorGUIToolkit/CInformationDlg.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "ui/SettingsPageLook.h"
+
+namespace BodyTemperature {
+
+CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPath, const QDateTime& pageOpenedAt)
+    : QDialog(parent), m_journalPath(journalPath), m_openedAt(pageOpenedAt)
+{
+    setObjectName(QStringLiteral("ShiftReportDialog"));
+    const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("m_pReportFrame"),
+        tr("ShiftReport"), tr("Close"), tr("ReportExport"), tr("Cancel"));
+    m_pExportBtn = parts.save;
+    m_pExportBtn->setObjectName(QStringLiteral("m_pExportBtn"));
+    m_pCancelBtn = parts.cancel;
+    m_pCancelBtn->setObjectName(QStringLiteral("m_pCancelExportBtn"));
+
+    auto* body = new QGridLayout();
+    body->setHorizontalSpacing(10);
+    body->setVerticalSpacing(10);
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm");
+    m_pFrom = new QDateTimeEdit(parts.frame);
+    m_pFrom->setObjectName(QStringLiteral("m_pReportFrom"));
+    m_pFrom->setDisplayFormat(format);
+    m_pFrom->setCalendarPopup(true);
+    m_pTo = new QDateTimeEdit(parts.frame);
+    m_pTo->setObjectName(QStringLiteral("m_pReportTo"));
+    m_pTo->setDisplayFormat(format);
+    m_pTo->setCalendarPopup(true);
+    body->addWidget(new QLabel(tr("ReportFrom"), parts.frame), 0, 0);
+    body->addWidget(m_pFrom, 0, 1);
+    body->addWidget(new QLabel(tr("ReportTo"), parts.frame), 1, 0);
+    body->addWidget(m_pTo, 1, 1);
+
+    auto* presets = new QHBoxLayout();
+    auto* since = new QPushButton(tr("ReportSincePageOpened"), parts.frame);
+    since->setObjectName(QStringLiteral("m_pPresetSinceOpened"));
+    auto* last8 = new QPushButton(tr("ReportLast8Hours"), parts.frame);
+    last8->setObjectName(QStringLiteral("m_pPresetLast8"));
+    auto* last24 = new QPushButton(tr("ReportLast24Hours"), parts.frame);
+    last24->setObjectName(QStringLiteral("m_pPresetLast24"));
+    presets->addWidget(since);
+    presets->addWidget(last8);
+    presets->addWidget(last24);
+    presets->addStretch(1);
+    body->addLayout(presets, 2, 1);
+
+    m_pFolder = new QLineEdit(parts.frame);
+    m_pFolder->setObjectName(QStringLiteral("m_pReportFolder"));
+    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    m_pFolder->setText(QDir::toNativeSeparators(documents.isEmpty() ? QDir::homePath() : documents));
+    auto* browse = new QToolButton(parts.frame);
+    browse->setObjectName(QStringLiteral("m_pReportBrowse"));
+    browse->setText(QStringLiteral("..."));
+    browse->setToolTip(tr("ReportChooseFolder"));
+    auto* folderRow = new QHBoxLayout();
+    folderRow->addWidget(m_pFolder, 1);
+    folderRow->addWidget(browse);
+    body->addWidget(new QLabel(tr("ReportFolder"), parts.frame), 3, 0);
+    body->addLayout(folderRow, 3, 1);
+
+    m_pCsv = new QCheckBox(QStringLiteral("CSV"), parts.frame);
+    m_pCsv->setObjectName(QStringLiteral("m_pReportCsv"));
+    m_pCsv->setChecked(true);
+    m_pPdf = new QCheckBox(QStringLiteral("PDF"), parts.frame);
+    m_pPdf->setObjectName(QStringLiteral("m_pReportPdf"));
+    m_pPdf->setChecked(true);
+    auto* formats = new QHBoxLayout();
+    formats->addWidget(m_pCsv);
+    formats->addWidget(m_pPdf);
+    formats->addStretch(1);
+    body->addWidget(new QLabel(tr("ReportFormats"), parts.frame), 4, 0);
+    body->addLayout(formats, 4, 1);
+
+    m_pProgress = new QProgressBar(parts.frame);
+    m_pProgress->setObjectName(QStringLiteral("m_pReportProgress"));
+    m_pProgress->setRange(0, 1000);
+    m_pProgress->setTextVisible(false);
+    m_pProgress->setValue(0);
+    body->addWidget(m_pProgress, 5, 0, 1, 2);
+    m_pStatus = new QLabel(parts.frame);
+    m_pStatus->setObjectName(QStringLiteral("m_pReportStatus"));
+    m_pStatus->setWordWrap(true);
+    body->addWidget(m_pStatus, 6, 0, 1, 2);
+    body->setColumnStretch(1, 1);
+
+    LayOutSettingsDialog(this, parts, body, 16, QSize(520, 380));
+
+    m_pProgressTimer = new QTimer(this);
+    m_pProgressTimer->setInterval(100);
+    connect(m_pProgressTimer, &QTimer::timeout, this, [this] {
+        if (m_job)
+            m_pProgress->setValue(m_job->progress.load());
+    });
+    m_pWatcher = new QFutureWatcher<CShiftReportExporter::Result>(this);
+    connect(m_pWatcher, &QFutureWatcherBase::finished, this, &CShiftReportDialog::onFinished);
+    connect(since, &QPushButton::clicked, this, &CShiftReportDialog::onSincePageOpened);
+    connect(last8, &QPushButton::clicked, this, [this] { onLastHours(8); });
+    connect(last24, &QPushButton::clicked, this, [this] { onLastHours(24); });
+    connect(browse, &QToolButton::clicked, this, &CShiftReportDialog::onBrowse);
+    connect(m_pExportBtn, &QPushButton::clicked, this, &CShiftReportDialog::onExport);
+    connect(m_pCancelBtn, &QPushButton::clicked, this, &CShiftReportDialog::onCancel);
+    connect(parts.close, &QToolButton::clicked, this, &CShiftReportDialog::reject);
+    onSincePageOpened();
+}
+
+CShiftReportDialog::~CShiftReportDialog()
+{
+    if (m_job)
+        m_job->cancel = true;
+    m_pWatcher->disconnect(this);
+    m_pWatcher->waitForFinished();
+}
+
+bool CShiftReportDialog::IsExporting() const
+{
+    return m_pWatcher->isRunning();
+}
+
+void CShiftReportDialog::onSincePageOpened()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    // A page left open overnight starts the report at today's midnight.
+    const QDateTime midnight(now.date(), QTime(0, 0));
+    m_pFrom->setDateTime(m_openedAt.date() == now.date() ? m_openedAt : midnight);
+    m_pTo->setDateTime(now.addSecs(60));
+}
+
+void CShiftReportDialog::onLastHours(int hours)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    m_pFrom->setDateTime(now.addSecs(-3600 * qint64(hours)));
+    m_pTo->setDateTime(now.addSecs(60));
+}
+
+void CShiftReportDialog::onBrowse()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("ReportChooseFolder"), m_pFolder->text());
+    if (!folder.isEmpty())
+        m_pFolder->setText(QDir::toNativeSeparators(folder));
+}
+
+void CShiftReportDialog::setBusy(bool busy)
+{
+    m_pExportBtn->setEnabled(!busy);
+    m_pFrom->setEnabled(!busy);
+    m_pTo->setEnabled(!busy);
+    m_pFolder->setEnabled(!busy);
+    m_pCsv->setEnabled(!busy);
+    m_pPdf->setEnabled(!busy);
+    m_pCancelBtn->setText(busy ? tr("ReportCancelExport") : tr("Cancel"));
+    if (busy)
+        m_pProgressTimer->start();
+    else
+        m_pProgressTimer->stop();
+}
+
+void CShiftReportDialog::onExport()
+{
+    if (IsExporting())
+        return;
+    if (!m_pCsv->isChecked() && !m_pPdf->isChecked()) {
+        m_pStatus->setText(tr("ReportChooseFormat"));
+        return;
+    }
+    if (m_pFrom->dateTime() >= m_pTo->dateTime()) {
+        m_pStatus->setText(tr("ReportEmptyRange"));
+        return;
+    }
+    ShiftReportRequest request;
+    request.journalPath = m_journalPath;
+    request.from = m_pFrom->dateTime();
+    request.to = m_pTo->dateTime();
+    request.folder = QDir::fromNativeSeparators(m_pFolder->text().trimmed());
+    request.csv = m_pCsv->isChecked();
+    request.pdf = m_pPdf->isChecked();
+    request.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
+    m_job = std::make_shared<Job>();
+    std::shared_ptr<Job> job = m_job;
+    m_pProgress->setValue(0);
+    m_pStatus->setText(tr("ReportExporting"));
+    setBusy(true);
+    m_pWatcher->setFuture(QtConcurrent::run(
+        [request, job] { return CShiftReportExporter::Run(request, job->cancel, job->progress); }));
+}
+
+void CShiftReportDialog::onCancel()
+{
+    if (IsExporting()) {
+        m_job->cancel = true;
+        return;
+    }
+    reject();
+}
+
+void CShiftReportDialog::reject()
+{
+    // Closing while exporting cancels; the dialog closes when the worker is done.
+    if (IsExporting()) {
+        m_job->cancel = true;
+        return;
+    }
+    QDialog::reject();
+}
+
+void CShiftReportDialog::onFinished()
+{
+    setBusy(false);
+    const CShiftReportExporter::Result result = m_pWatcher->result();
+    QString message;
+    switch (result.outcome) {
+    case CShiftReportExporter::Outcome::Written:
+        m_pProgress->setValue(1000);
+        message = tr("ReportSaved").arg(QDir::toNativeSeparators(QFileInfo(result.files.value(0)).absolutePath()));
+        break;
+    case CShiftReportExporter::Outcome::Cancelled:
+        m_pProgress->setValue(0);
+        message = tr("ReportCancelled");
+        break;
+    case CShiftReportExporter::Outcome::Failed:
+        message = result.error;
+        break;
+    }
+    m_pStatus->setText(message);
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(message);
+    emit signalExportFinished(result.outcome == CShiftReportExporter::Outcome::Written);
+}
+
+} // namespace BodyTemperature

@@ -1,0 +1,70 @@
+#pragma once
+// The shift report dialog, opened from the information display's header: a
+// time range (since the page was opened, or the last 8 or 24 hours), an output
+// folder and the formats. The export runs on a worker (CShiftReportExporter)
+// with a progress bar and a cancel button while the page goes on; the result
+// is announced at the lower right of the screen. GUI thread. The dialog owns
+// the export: closing or destroying it cancels and waits for the worker.
+#include <QDateTime>
+#include <QDialog>
+#include <QFutureWatcher>
+#include <atomic>
+#include <memory>
+
+#include "CShiftReportExporter.h"
+
+class QCheckBox;
+class QDateTimeEdit;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QTimer;
+
+namespace BodyTemperature {
+
+class CShiftReportDialog final : public QDialog {
+    Q_OBJECT
+public:
+    CShiftReportDialog(QWidget* parent, const QString& journalPath, const QDateTime& pageOpenedAt);
+    ~CShiftReportDialog() override;
+
+    bool IsExporting() const;
+
+signals:
+    void signalExportFinished(bool ok);
+
+private slots:
+    void onSincePageOpened();
+    void onLastHours(int hours);
+    void onBrowse();
+    void onExport();
+    void onCancel();
+    void onFinished();
+
+private:
+    struct Job {
+        std::atomic<bool> cancel{false};
+        std::atomic<int> progress{0};
+    };
+
+    void setBusy(bool busy);
+    void reject() override;
+
+    QString m_journalPath;
+    QDateTime m_openedAt;
+    QDateTimeEdit* m_pFrom = nullptr;
+    QDateTimeEdit* m_pTo = nullptr;
+    QLineEdit* m_pFolder = nullptr;
+    QCheckBox* m_pCsv = nullptr;
+    QCheckBox* m_pPdf = nullptr;
+    QProgressBar* m_pProgress = nullptr;
+    QLabel* m_pStatus = nullptr;
+    QPushButton* m_pExportBtn = nullptr;
+    QPushButton* m_pCancelBtn = nullptr;
+    QTimer* m_pProgressTimer = nullptr;
+    std::shared_ptr<Job> m_job;
+    QFutureWatcher<CShiftReportExporter::Result>* m_pWatcher = nullptr;
+};
+
+} // namespace BodyTemperature

@@ -1,0 +1,86 @@
+#include "ui/ShowCard/ReCustomer/CHFPDPictureLoader.h"
+
+#include <QMetaObject>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include "commlayer/CDeviceDownloadsComm.h"
+
+namespace BodyTemperature {
+
+namespace {
+// Downloads are mostly waiting on the device: more than the cores.
+constexpr int kThreads = 6;
+constexpr int kTimeoutMs = 30000;
+} // namespace
+
+CHFPDPictureLoader::CHFPDPictureLoader(QObject* parent) : QObject(parent)
+{
+    m_pool.setMaxThreadCount(kThreads);
+}
+
+CHFPDPictureLoader::~CHFPDPictureLoader()
+{
+    if (m_thumbsCancelled)
+        m_thumbsCancelled->store(true);
+    if (m_pictureCancelled)
+        m_pictureCancelled->store(true);
+    m_pool.clear();
+    m_pool.waitForDone();
+}
+
+CHFPDPictureLoader::Flag CHFPDPictureLoader::renew(Flag& current)
+{
+    if (current)
+        current->store(true);
+    current = std::make_shared<std::atomic<bool>>(false);
+    return current;
+}
+
+void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vector<Thumb>& thumbs, const QSize& size)
+{
+    const Flag cancelled = renew(m_thumbsCancelled);
+    for (const Thumb& thumb : thumbs) {
+        QtConcurrent::run(&m_pool, [this, cancelled, deviceId, thumb, size] {
+            if (cancelled->load())
+                return;
+            QByteArray bytes;
+            const bool downloaded = commlayer::CDeviceDownloadsComm::request(thumb.reference, deviceId, bytes, kTimeoutMs);
+            QImage image;
+            if (downloaded && image.loadFromData(bytes))
+                image = image.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+            // The destructor waits for this task, so the loader is still there.
+            QMetaObject::invokeMethod(this, [this, cancelled, thumb, image, bytes, downloaded] {
+                if (cancelled->load())
+                    return;
+                if (image.isNull())
+                    emit SignalThumbFailed(thumb.uPicLsh, !downloaded);
+                else
+                    emit SignalThumbLoaded(thumb.uPicLsh, image, bytes);
+            }, Qt::QueuedConnection);
+        });
+    }
+}
+
+void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::string& reference, const QSize& size)
+{
+    const Flag cancelled = renew(m_pictureCancelled);
+    QtConcurrent::run(&m_pool, [this, cancelled, deviceId, reference, size] {
+        if (cancelled->load())
+            return;
+        QByteArray bytes;
+        const bool downloaded = commlayer::CDeviceDownloadsComm::request(reference, deviceId, bytes, kTimeoutMs);
+        QImage image;
+        if (downloaded && image.loadFromData(bytes))
+            image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QMetaObject::invokeMethod(this, [this, cancelled, image, bytes, downloaded] {
+            if (cancelled->load())
+                return;
+            if (image.isNull())
+                emit SignalPictureFailed(!downloaded);
+            else
+                emit SignalPictureLoaded(image, bytes);
+        }, Qt::QueuedConnection);
+    });
+}
+
+} // namespace BodyTemperature

@@ -1,0 +1,52 @@
+#pragma once
+// Downloads and decodes the pictures of the frequent-person detail view on
+// its own small thread pool, so a page of thumbnails never blocks the view.
+// A new page (or a new large picture) abandons what the previous one still
+// had queued; results of abandoned requests are dropped. Results arrive as
+// signals on the GUI thread. Owned by the detail view; the destructor cancels
+// and waits for every download it started.
+#include <QByteArray>
+#include <QImage>
+#include <QObject>
+#include <QSize>
+#include <QThreadPool>
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace BodyTemperature {
+
+class CHFPDPictureLoader final : public QObject {
+    Q_OBJECT
+public:
+    struct Thumb {
+        unsigned int uPicLsh = 0;
+        std::string reference;
+    };
+
+    explicit CHFPDPictureLoader(QObject* parent = nullptr);
+    ~CHFPDPictureLoader() override;
+
+    // Thumbnails are scaled to cover size (aspect kept) on the worker.
+    void LoadThumbs(const std::string& deviceId, const std::vector<Thumb>& thumbs, const QSize& size);
+    // The picture is scaled to size (aspect ignored) on the worker.
+    void LoadPicture(const std::string& deviceId, const std::string& reference, const QSize& size);
+
+signals:
+    // bytes: the picture as downloaded (kept for adding the face to a library).
+    void SignalThumbLoaded(unsigned int uPicLsh, const QImage& image, const QByteArray& bytes);
+    void SignalThumbFailed(unsigned int uPicLsh, bool bDownloadFailed);
+    void SignalPictureLoaded(const QImage& image, const QByteArray& bytes);
+    void SignalPictureFailed(bool bDownloadFailed);
+
+private:
+    using Flag = std::shared_ptr<std::atomic<bool>>;
+    static Flag renew(Flag& current);
+
+    QThreadPool m_pool;
+    Flag m_thumbsCancelled;
+    Flag m_pictureCancelled;
+};
+
+} // namespace BodyTemperature

@@ -1,0 +1,174 @@
+// The combo conversions of the add-to-library form and the built-in province
+// and city table.
+#include <QComboBox>
+#include <gtest/gtest.h>
+
+#include "ui/AddIntoFaceLib/CBTFaceDataPublic.h"
+
+using BodyTemperature::CBTFaceDataPublic;
+
+namespace {
+
+struct ProvinceRow {
+    int code;
+    int cities;
+    const char* firstKey;
+    int firstCode;
+    const char* lastKey;
+    int lastCode;
+};
+
+const ProvinceRow kProvinceRows[] = {
+        {11, 1, "ShiXiaQu", 1, "ShiXiaQu", 1},
+        {12, 1, "ShiXiaQu", 1, "ShiXiaQu", 1},
+        {13, 11, "Shijiazhuang", 1, "Hengshui", 11},
+        {14, 11, "Taiyuan", 1, "Lvliang", 11},
+        {15, 12, "Huhehaote", 1, "Balashanmen", 29},
+        {21, 14, "Shenyang", 1, "Huludao", 14},
+        {22, 9, "Changchun", 1, "Yanbianchaoxianzuzizhizhou", 24},
+        {23, 13, "Haerbin", 1, "Daxinganling", 27},
+        {31, 1, "ShiXiaQu", 1, "ShiXiaQu", 1},
+        {32, 13, "Nanjing", 1, "Suqian", 13},
+        {33, 11, "Hangzhou", 1, "Lishui", 11},
+        {34, 16, "Hefei", 1, "Xuancheng", 18},
+        {35, 9, "Fuzhou", 1, "Ningde", 9},
+        {36, 11, "Nanchang", 1, "Shangrao", 11},
+        {37, 17, "Jinan", 1, "Heze", 17},
+        {41, 18, "Zhengzhou", 1, "ShengZhiXiaXianJiXingZhengQuHua", 90},
+        {42, 14, "Wuhan", 1, "ShengZhiXiaXianJiXingZhengQuHua", 90},
+        {43, 14, "Changsha", 1, "Xiangxi", 31},
+        {44, 21, "Guangzhou", 1, "Yunfu", 53},
+        {45, 14, "Nanning", 1, "Chongzuo", 14},
+        {46, 3, "Haikou", 1, "ShengZhiXiaXianJiXingZhengQuHua", 90},
+        {50, 1, "ShiXiaQu", 1, "ShiXiaQu", 1},
+        {51, 21, "Chengdu", 1, "Liangshan", 34},
+        {52, 9, "Guiyang", 1, "Qiannan", 27},
+        {53, 16, "Kunming", 1, "Diqing", 34},
+        {54, 7, "Lasa", 1, "Linzhi", 26},
+        {61, 10, "Xian", 1, "Shangluo", 10},
+        {62, 14, "Lanzhou", 1, "Gannan", 30},
+        {63, 8, "Xining", 1, "Haixi", 28},
+        {64, 5, "Yinchuan", 1, "Zhongwei", 5},
+        {65, 15, "Wulumuqi", 1, "ShengZhiXiaXianJiXingZhengQuHua", 90},
+        {71, 0, "", 0, "", 0},
+        {81, 0, "", 0, "", 0},
+        {82, 0, "", 0, "", 0},
+};
+
+std::vector<std::pair<QString, int>> items(const QComboBox& c)
+{
+    std::vector<std::pair<QString, int>> out;
+    for (int i = 0; i < c.count(); ++i)
+        out.emplace_back(c.itemText(i), c.itemData(i).toInt());
+    return out;
+}
+
+TEST(CBTFaceDataPublic, EveryProvinceHasItsCitiesInCodeOrder)
+{
+    const auto& provinces = CBTFaceDataPublic::Provinces();
+    ASSERT_EQ(provinces.size(), std::size(kProvinceRows));
+    size_t total = 0;
+    QComboBox combo;
+    for (size_t i = 0; i < provinces.size(); ++i) {
+        const ProvinceRow& row = kProvinceRows[i];
+        SCOPED_TRACE(row.code);
+        EXPECT_EQ(provinces[i].code, row.code);
+        CBTFaceDataPublic::FillCityCombo(&combo, row.code);
+        ASSERT_EQ(combo.count(), row.cities + 1);
+        EXPECT_EQ(items(combo).front(), std::make_pair(QString("Unknown"), 100));
+        total += size_t(row.cities);
+        if (row.cities == 0)
+            continue;
+        EXPECT_EQ(items(combo)[1], std::make_pair(QString(row.firstKey), row.firstCode));
+        EXPECT_EQ(items(combo).back(), std::make_pair(QString(row.lastKey), row.lastCode));
+        for (int k = 2; k < combo.count(); ++k)
+            EXPECT_LT(combo.itemData(k - 1).toInt(), combo.itemData(k).toInt());
+    }
+    EXPECT_EQ(total, 340u);
+    const auto hebei = CBTFaceDataPublic::CitiesOf(13);
+    ASSERT_EQ(hebei.size(), 11u);
+    EXPECT_STREQ(hebei[2].key, "Qinghuangdao");
+    const auto inner = CBTFaceDataPublic::CitiesOf(15);
+    EXPECT_STREQ(inner[inner.size() - 3].key, "Xinganmen");
+    EXPECT_STREQ(inner[inner.size() - 2].key, "Xilinguolemen");
+}
+
+TEST(CBTFaceDataPublic, ProvinceComboEndsWithUnknown)
+{
+    QComboBox combo;
+    CBTFaceDataPublic::FillProvinceCombo(&combo);
+    ASSERT_EQ(combo.count(), 35);
+    EXPECT_EQ(items(combo)[0], std::make_pair(QString("Beijingshi"), 11));
+    EXPECT_EQ(items(combo)[26], std::make_pair(QString("Shanxi3"), 61));
+    EXPECT_EQ(items(combo)[34], std::make_pair(QString("Unknown"), 100));
+    combo.setCurrentIndex(2);
+    EXPECT_EQ(CBTFaceDataPublic::GetRegionCode(&combo), "13");
+    combo.setCurrentIndex(34);
+    EXPECT_EQ(CBTFaceDataPublic::GetRegionCode(&combo), "");
+    CBTFaceDataPublic::FillCityCombo(&combo, 99);  // not a province
+    EXPECT_EQ(combo.count(), 1);
+    CBTFaceDataPublic::FillCityCombo(&combo, 13);
+    combo.setCurrentIndex(3);
+    EXPECT_EQ(CBTFaceDataPublic::GetRegionCode(&combo), "03");
+}
+
+TEST(CBTFaceDataPublic, DeviceCityTableFillsTheCombos)
+{
+    CapabilitySet::CityCodeCapability cities;
+    cities.provinces = {{"44", "Guangdong", {{"01", "Guangzhou"}, {"03", "Shenzhen"}}}, {"46", "Hainan", {}}};
+    QComboBox province;
+    CBTFaceDataPublic::FillProvinceCombo(&province, cities);
+    EXPECT_EQ(items(province), (std::vector<std::pair<QString, int>>{{"Guangdong", 44}, {"Hainan", 46}, {"Unknown", 100}}));
+    QComboBox city;
+    CBTFaceDataPublic::FillCityCombo(&city, cities, 44);
+    EXPECT_EQ(items(city), (std::vector<std::pair<QString, int>>{{"Unknown", 100}, {"Guangzhou", 1}, {"Shenzhen", 3}}));
+    cities.provinces[0].cities[1].code = "x3";
+    EXPECT_THROW(CBTFaceDataPublic::FillCityCombo(&city, cities, 44), std::invalid_argument);
+}
+
+TEST(CBTFaceDataPublic, GenderConversions)
+{
+    struct Row {
+        const char* word;
+        int data;
+        const char* text;
+    };
+    const Row rows[] = {{"male", 1, "Male"}, {"female", 2, "Female"}, {"unlimited", 0, "Unknown"}, {"other", 0, "Unknown"},
+        {"", 0, "Unknown"}};
+    QComboBox combo;
+    CBTFaceDataPublic::FillGenderCombo(&combo, {"male", "female", "unlimited"});
+    EXPECT_EQ(items(combo), (std::vector<std::pair<QString, int>>{{"Male", 1}, {"Female", 2}, {"Unknown", 0}}));
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.word);
+        combo.setCurrentIndex(-1);
+        CBTFaceDataPublic::SetGenderToCombo(&combo, r.word);
+        EXPECT_EQ(combo.currentData().toInt(), r.data);
+        EXPECT_EQ(CBTFaceDataPublic::GenderToText(r.word), QString(r.text));
+    }
+    CBTFaceDataPublic::FillGenderCombo(&combo, {"male", "female"});
+    EXPECT_EQ(combo.count(), 2);
+    combo.setCurrentIndex(1);
+    EXPECT_EQ(CBTFaceDataPublic::GetGenderFromCombo(&combo), "female");
+    combo.addItem("odd", 7);
+    combo.setCurrentIndex(2);
+    EXPECT_EQ(CBTFaceDataPublic::GetGenderFromCombo(&combo), "");
+    CBTFaceDataPublic::SetGenderToCombo(nullptr, "male");  // no combo: nothing happens
+    EXPECT_EQ(CBTFaceDataPublic::GetGenderFromCombo(nullptr), "");
+}
+
+TEST(CBTFaceDataPublic, IDTypesKeepTheDeviceOrder)
+{
+    QComboBox combo;
+    CBTFaceDataPublic::FillIDTypeCombo(&combo, {"passportID", "ID", "officerID", "other", "unlimited", "bogus"});
+    ASSERT_EQ(combo.count(), 5);
+    const char* texts[] = {"Passport", "IDCard", "Vantor-Desk_Client.d481f26a251048d1a6dde197a75a0713.name", "Others",
+        "Unknown"};
+    const char* words[] = {"passportID", "ID", "officerID", "other", "unlimited"};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(combo.itemText(i), QString(texts[i]));
+        combo.setCurrentIndex(i);
+        EXPECT_EQ(CBTFaceDataPublic::GetIDTypeFromCombo(&combo), words[i]);
+    }
+}
+
+} // namespace

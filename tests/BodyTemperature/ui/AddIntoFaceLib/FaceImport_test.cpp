@@ -1,0 +1,199 @@
+// The face upload thread against the emulator, its condition record and the
+// choice of the message the operator sees.
+#include <QSignalSpy>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "commlayer/CommErrors.h"
+#include "support/DeviceSim.h"
+#include "ui/AddIntoFaceLib/CFaceUploadOutcome.h"
+#include "ui/AddIntoFaceLib/InpotFaceDataRecordThread.h"
+
+using namespace BodyTemperature;
+
+namespace {
+
+TEST(FaceImportCondition, RecordBytes)
+{
+    const std::string c = CInportFaceDataRecordThread::BuildCondition("12", false);
+    ASSERT_EQ(c.size(), 388u);
+    EXPECT_EQ(c.substr(0, 6), std::string("\x84\x01\x00\x00" "12", 6));
+    EXPECT_EQ(c.find_first_not_of('\0', 6), std::string::npos);
+    const std::string over = CInportFaceDataRecordThread::BuildCondition(std::string(300, 'x'), true);
+    ASSERT_EQ(over.size(), 388u);
+    EXPECT_EQ(over.substr(4, 256), std::string(256, 'x'));
+    EXPECT_EQ(over[260], '\0');
+    EXPECT_EQ(over[261], '\1');
+    EXPECT_EQ(over.find_first_not_of('\0', 262), std::string::npos);
+}
+
+TEST(FaceImportOutcome, MessageChoice)
+{
+    struct Row {
+        const char* name;
+        bool success;
+        bool cancelled;
+        uint32_t state;
+        std::pair<int, int> pair;
+        const char* key;
+    };
+    const Row rows[] = {
+        {"success", true, false, 0, {0, 0}, "AddSuccess"},
+        {"success but cancelled", true, true, 0, {0, 0}, "FailedToAddPicture"},
+        {"843 wins over the state", false, false, 11, {12, 843}, "NoMoreFacePicturesCanBeAdded"},
+        {"873", false, false, 0, {12, 873}, "NoMoreFacePicturesCanBeAdded"},
+        {"870", false, false, 0, {12, 870}, "AnalysisEngineIsImportingPicturesToLibrary"},
+        {"13", false, false, 0, {12, 13}, "NotPermissionTheRegisteredUserHasNoPermissionForTheOperation"},
+        {"872", false, false, 0, {12, 872}, "TheDeviceIsModelingImageAndDoesNotSupportConcurrentOperation"},
+        {"2123", false, false, 0, {12, 2123}, "InvalidPhoneNumber"},
+        {"2124", false, false, 0, {12, 2124}, "InvalidIDNo"},
+        {"host text for a password error", false, false, 0, {1, 401}, "UserNameOrPasswordIsIncorrect"},
+        {"host text for a lost connection", false, false, 0, {9, 18}, "TheConnectionToTheDeviceWasLost"},
+        {"host text for a server error", false, false, 0, {13, 503}, "TheDeviceHadAnInternalError"},
+        {"no second code: the state", false, false, 10, {12, 0}, "NoMoreFacePicturesCanBeAdded"},
+        {"state 11", false, false, 11, {0, 0}, "ThePictureIsOversize"},
+        {"state 22", false, false, 22, {0, 0}, "NoMoreFacePicturesCanBeAdded"},
+        {"state 32", false, false, 32, {0, 0}, "PictureRecognitionFailed"},
+        {"state 33", false, false, 33, {0, 0}, "FaceClose-upModelingFailed"},
+        {"state without text", false, false, 5, {0, 0}, "FailedToAddPicture"},
+        {"state -1", false, false, uint32_t(-1), {12, 0}, "FailedToAddPicture"},
+        {"time-out", false, false, 0, {10, 0}, "FailedToAddPicture"},
+        {"unknown pair", false, false, 0, {99, 5}, "FailedToAddPicture"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        const auto res = CFaceUploadOutcome::Evaluate(r.success, r.cancelled, r.state, r.pair);
+        EXPECT_EQ(res.text, QString(r.key));
+        EXPECT_EQ(res.success, QString(r.key) == "AddSuccess");
+    }
+}
+
+class FaceImportTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        s_sim = new testsupport::DeviceSim();
+        ASSERT_TRUE(s_sim->start());
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
+        s_face = testsupport::makeJpeg(120, 150);
+    }
+    static void TearDownTestSuite() { delete s_sim; }
+    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
+
+    // Runs one upload to completion the way the dialog does (wait for the end).
+    static void runUpload(CInportFaceDataRecordThread& t, const std::string& FDID, const QByteArray& picture)
+    {
+        CapabilitySet::FaceDataRecordCfg rec;
+        rec.name = "Zhang San";
+        rec.gender = "male";
+        t.SetTarget("TEST0001", FDID, false);
+        t.SetPicture(picture.constData(), uint32_t(picture.size()));
+        t.SetPersonRecord(rec);
+        QSignalSpy stop(&t, &CInportFaceDataRecordThread::SignalStop);
+        t.start();
+        ASSERT_TRUE(t.wait(20000));
+        ASSERT_TRUE(stop.count() == 1 || stop.wait(2000));
+        EXPECT_EQ(stop.last().at(0).toBool(), false);
+    }
+
+    static nlohmann::json uploads(const char* fdid)
+    {
+        return nlohmann::json::parse(s_sim->control("GET", (std::string("/control/uploads?FDID=") + fdid).c_str())
+                                         .toStdString())["records"];
+    }
+
+    static testsupport::DeviceSim* s_sim;
+    static QByteArray s_face;
+};
+testsupport::DeviceSim* FaceImportTest::s_sim = nullptr;
+QByteArray FaceImportTest::s_face;
+
+TEST_F(FaceImportTest, UploadReachesTheLibrary)
+{
+    CInportFaceDataRecordThread t;
+    runUpload(t, "2", s_face);
+    EXPECT_TRUE(t.IsSuccess());
+    EXPECT_FALSE(t.IsCancelled());
+    EXPECT_TRUE(t.IsStopped());
+    const auto recs = uploads("2");
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0]["name"], "Zhang San");
+    EXPECT_EQ(recs[0]["pictureSize"], s_face.size());
+    std::string image;
+    ASSERT_TRUE(testsupport::dvapi("TEST0001",
+        "GET /DVAPI/Intelligent/FDLib/2/picture/" + recs[0]["PID"].get<std::string>() + "/image\r\n", image));
+    EXPECT_EQ(QByteArray::fromStdString(image), s_face);
+}
+
+TEST_F(FaceImportTest, NoPictureSendsNothing)
+{
+    CInportFaceDataRecordThread t;
+    t.SetPicture(nullptr, 10);
+    t.SetPicture(s_face.constData(), 0);
+    const size_t before = uploads("1").size();
+    runUpload(t, "1", QByteArray());
+    EXPECT_FALSE(t.IsSuccess());
+    EXPECT_EQ(uploads("1").size(), before);
+    EXPECT_EQ(CFaceUploadOutcome::Evaluate(t.IsSuccess(), t.IsCancelled(), t.UploadState(), t.ErrorPair()).text,
+        QString("FailedToAddPicture"));
+}
+
+TEST_F(FaceImportTest, FullLibraryAndDeviceFailures)
+{
+    s_sim->control("POST", "/control/library", R"({"FDID":"9","name":"Tiny","capacity":1})");
+    struct Row {
+        const char* name;
+        const char* fault;  // on the upload batch
+        const char* FDID;
+        uint32_t state;
+        std::pair<int, int> pair;
+        const char* key;
+    };
+    const Row rows[] = {
+        {"fills the library", "", "9", 0, {0, 0}, "AddSuccess"},
+        {"library full", "", "9", 10, {commlayer::kErrDeviceStatus, 843}, "NoMoreFacePicturesCanBeAdded"},
+        {"unknown library", "", "404", 3, {commlayer::kErrDeviceStatus, 0}, "UploadingFailed"},
+        {"sub-status 870", R"("status":500,"subStatus":870)", "1", 0, {12, 870}, "AnalysisEngineIsImportingPicturesToLibrary"},
+        {"sub-status 2124", R"("status":400,"subStatus":2124)", "1", 0, {12, 2124}, "InvalidIDNo"},
+        {"server error", R"("status":503)", "1", 0, {13, 503}, "TheDeviceHadAnInternalError"},
+        {"malformed answer", R"("malformed":true)", "1", 0, {11, 0}, "FailedToAddPicture"},
+        {"connection dropped", R"("drop":true)", "1", 0, {9, 18}, "TheConnectionToTheDeviceWasLost"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        s_sim->control("DELETE", "/control/fault");
+        if (*r.fault)
+            s_sim->control("POST", "/control/fault", QByteArray(R"({"path":"/DVAPI/SDK/batch",)") + r.fault + "}");
+        CInportFaceDataRecordThread t;
+        runUpload(t, r.FDID, s_face);
+        EXPECT_EQ(t.UploadState(), r.state);
+        EXPECT_EQ(t.ErrorPair(), r.pair);
+        EXPECT_EQ(t.IsLibraryFull(), r.state == 10);
+        EXPECT_EQ(CFaceUploadOutcome::Evaluate(t.IsSuccess(), t.IsCancelled(), t.UploadState(), t.ErrorPair()).text,
+            QString(r.key));
+    }
+}
+
+TEST_F(FaceImportTest, CancelGivesNoSuccess)
+{
+    s_sim->control("POST", "/control/fault", R"({"path":"/DVAPI/SDK/batch","delayMs":600,"count":1})");
+    CInportFaceDataRecordThread t;
+    CapabilitySet::FaceDataRecordCfg rec;
+    rec.name = "Cancelled";
+    t.SetTarget("TEST0001", "1", false);
+    t.SetPicture(s_face.constData(), uint32_t(s_face.size()));
+    t.SetPersonRecord(rec);
+    QSignalSpy stop(&t, &CInportFaceDataRecordThread::SignalStop);
+    t.start();
+    testsupport::pump(100);
+    t.OnCancelThread();
+    ASSERT_EQ(stop.count(), 1);
+    EXPECT_TRUE(stop.at(0).at(0).toBool());
+    ASSERT_TRUE(t.wait(10000));
+    EXPECT_TRUE(t.IsCancelled());
+    const auto res = CFaceUploadOutcome::Evaluate(t.IsSuccess(), t.IsCancelled(), t.UploadState(), t.ErrorPair());
+    EXPECT_FALSE(res.success);
+    EXPECT_NE(res.text, QString("AddSuccess"));
+}
+
+} // namespace

@@ -1,0 +1,107 @@
+// Device health on the page: when the emulator dies the banner names the
+// device within 2 s and its cameras in the tree take the offline icon; when
+// it comes back both clear by themselves.
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTranslator>
+#include <gtest/gtest.h>
+
+#include "Base/CSingleton.h"
+#include "CAppRscManager.h"
+#include "CDeviceSilence.h"
+#include "CameraModel.h"
+#include "DashboardRecords.h"
+#include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CAlarmSubscription.h"
+#include "support/DeviceSim.h"
+#include "ui/CBodyTemperatureDlg.h"
+
+using namespace BodyTemperature;
+using testsupport::waitUntil;
+
+namespace {
+
+TEST(DeviceSilence, KeepsTheFirstLossAndFormatsTheSilence)
+{
+    CDeviceSilence s;
+    EXPECT_TRUE(s.SetOnline(QStringLiteral("B"), false, 5000));
+    EXPECT_FALSE(s.SetOnline(QStringLiteral("B"), false, 9000));  // still silent since 5000
+    EXPECT_TRUE(s.SetOnline(QStringLiteral("A"), false, 7000));
+    ASSERT_EQ(s.SilentDevices().size(), 2u);
+    EXPECT_EQ(s.SilentDevices()[0].deviceId, QStringLiteral("B"));
+    EXPECT_EQ(s.SilentDevices()[0].sinceMs, 5000);
+    EXPECT_TRUE(s.SetOnline(QStringLiteral("B"), true, 10000));
+    EXPECT_FALSE(s.SetOnline(QStringLiteral("B"), true, 11000));
+    EXPECT_TRUE(s.SetOnline(QStringLiteral("A"), true, 12000));
+    EXPECT_TRUE(s.IsEmpty());
+
+    const struct {
+        int64_t ms;
+        const char* text;
+    } rows[] = {{0, "0 s"}, {59999, "59 s"}, {60000, "1 min 00 s"}, {3599000, "59 min 59 s"}, {3600000, "1 h 00 min"},
+        {7620000, "2 h 07 min"}, {-5, "0 s"}};
+    for (const auto& r : rows)
+        EXPECT_EQ(CDeviceSilence::FormatDuration(r.ms), QString::fromLatin1(r.text)) << r.ms;
+}
+
+QString iconOf(CameraModel* model, const std::string& cameraId)
+{
+    return model->GetElementIndexByElementID(cameraId).data(CameraModel::IconPathRole).toString();
+}
+
+TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
+{
+    dashtest::storeSettings(dashtest::voiceConfig());
+    QTranslator english;
+    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
+    QCoreApplication::installTranslator(&english);
+    testsupport::DeviceSim sim;
+    ASSERT_TRUE(sim.start());
+    auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
+    rsc->Init();
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({sim.device()});
+    rsc->GetGroupManager()->Reload();
+    CameraModel* model = rsc->GetCameraModel();
+    ASSERT_NE(model, nullptr);
+    model->Reload();
+
+    CBodyTemperatureDlg dlg;
+    dlg.resize(1911, 1080);
+    dlg.show();
+    auto* banner = dlg.findChild<QWidget*>(QStringLiteral("m_pDeviceHealthBanner"));
+    ASSERT_NE(banner, nullptr);
+    const QString offline = QStringLiteral("CameraOffline");
+    auto allCameras = [&](bool wantOffline) {
+        for (int ch = 1; ch <= 4; ++ch)
+            if (iconOf(model, "TEST0001-CH" + std::to_string(ch)).contains(offline) != wantOffline)
+                return false;
+        return true;
+    };
+
+    auto sub = std::make_unique<commlayer::CAlarmSubscription>(sim.device(), 150);
+    sub->Start();
+    ASSERT_TRUE(waitUntil([&] { return allCameras(false); }, 10000));
+    EXPECT_FALSE(banner->isVisible());
+
+    const int port = sim.port();
+    sim.stop();
+    QElapsedTimer shown;
+    shown.start();
+    ASSERT_TRUE(waitUntil([&] { return banner->isVisible() && allCameras(true); }, 2000));
+    EXPECT_LT(shown.elapsed(), 2000);
+    const QString text = banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text();
+    EXPECT_TRUE(text.contains(QStringLiteral("Emulated camera (TEST0001)"))) << qPrintable(text);
+    EXPECT_GE(banner->width(), 600);
+    // The silence keeps counting while the banner stands.
+    ASSERT_TRUE(waitUntil([&] {
+        return banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(QStringLiteral("2 s"));
+    }, 4000));
+
+    ASSERT_TRUE(sim.start(port));
+    EXPECT_TRUE(waitUntil([&] { return !banner->isVisible() && allCameras(false); }, 20000));
+    sub->Stop();
+    QCoreApplication::removeTranslator(&english);
+}
+
+} // namespace

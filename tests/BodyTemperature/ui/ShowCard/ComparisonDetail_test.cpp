@@ -1,0 +1,263 @@
+// The comparison detail dialog on real widgets (offscreen): value tables of
+// the device codes, the arrangement by event type, person texts, pictures
+// (scene, defaults, refused and broken ones), badge and mask icon.
+#include <QDateTime>
+#include <QFile>
+#include <QFrame>
+#include <QLabel>
+#include <QStackedWidget>
+#include <gtest/gtest.h>
+
+#include "Base/Log.h"
+#include "support/TestSupport.h"
+#include "ui/ShowCard/CComparisonDetail.h"
+#include "ui/ShowCard/CDetailContent.h"
+
+using namespace BodyTemperature;
+using Attribute = CDetailContent::Attribute;
+
+namespace {
+
+QImage Shown(const QLabel* label)
+{
+    return label->pixmap() ? label->pixmap()->toImage().convertToFormat(QImage::Format_RGB32) : QImage();
+}
+
+QImage Scaled(const QImage& image, const QSize& size)
+{
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(QImage::Format_RGB32);
+}
+
+QImage DefaultFace(const QSize& size)
+{
+    return QPixmap(QStringLiteral(":/reCustomer/Images/AIShowPlugin/reCustomer/DefaultFaceBig.png"))
+        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .toImage()
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+template <typename T = QLabel>
+T* Child(const QWidget& w, const char* name)
+{
+    T* child = w.findChild<T*>(QLatin1String(name));
+    EXPECT_NE(child, nullptr) << name;
+    return child;
+}
+
+QString Text(const QWidget& w, const char* name)
+{
+    const QLabel* l = Child(w, name);
+    return l != nullptr ? l->text() : QString();
+}
+
+bool Shows(const QWidget& dialog, const char* name)
+{
+    const QWidget* c = Child<QWidget>(dialog, name);
+    return c != nullptr && c->isVisibleTo(&dialog);
+}
+
+AlarmShowInfo Record(uint32_t kind)
+{
+    static const QByteArray s_scene = testsupport::makeJpeg(640, 360);
+    AlarmShowInfo info;
+    info.kind = kind;
+    info.cameraName = "Gate";
+    info.captureTime = 1700000000;
+    protocol::IntelAlarmFaceInfo face;
+    face.bkPic = s_scene;
+    face.bNoSubPic = true;
+    face.faceRects.push_back({0.25, 0.25, 0.25, 0.5});
+    face.Sex = 2;
+    face.Mask = 2;
+    face.AgeGroup = 9;
+    face.Glass = 3;
+    face.Expression = 7;
+    face.Beard = 1;
+    face.Hat = 2;
+    face.TemperatureEnabled = 1;
+    face.TemperatureAnomaly = 1;
+    if (info.isCaptureKind())
+        info.faceInfoList.push_back(face);
+    else
+        info.faceInfo = face;
+    info.alarmInfo.comparison.similarity = 0.876;
+    return info;
+}
+
+TEST(DetailContent, ValueTablesByAttributeFamily)
+{
+    const struct { Attribute attribute; uint32_t code; const char* key; } rows[] = {
+        {Attribute::Gender, 1, "Male"}, {Attribute::Gender, 2, "Female"}, {Attribute::Gender, 0, nullptr},
+        {Attribute::Gender, 3, nullptr},
+        {Attribute::Mask, 1, "NoGauzeMask"}, {Attribute::Mask, 2, "WearingAMask"}, {Attribute::Mask, 3, nullptr},
+        {Attribute::Glasses, 1, "WearGlasses"}, {Attribute::Glasses, 2, "NotWearGlasses"},
+        {Attribute::Glasses, 3, "WithSunglasses"}, {Attribute::Glasses, 4, nullptr},
+        {Attribute::AgeGroup, 1, "Teenage"}, {Attribute::AgeGroup, 3, "Middle-aged"}, {Attribute::AgeGroup, 7, "Teenagers"},
+        {Attribute::AgeGroup, 9, "MiddleAndOldAge"}, {Attribute::AgeGroup, 0, nullptr}, {Attribute::AgeGroup, 10, nullptr},
+        {Attribute::Expression, 1, "Poker-faced"}, {Attribute::Expression, 3, "Suprised"},
+        {Attribute::Expression, 6, "Angry"}, {Attribute::Expression, 7, nullptr}, {Attribute::Expression, 8, "Panic"},
+        {Attribute::Expression, 9, nullptr},
+        {Attribute::Beard, 1, "No"}, {Attribute::Beard, 2, "Yes"}, {Attribute::Beard, 0, nullptr},
+        {Attribute::Hat, 2, "Yes"}, {Attribute::Hat, 3, nullptr},
+        {Attribute::TemperatureState, 0, "TemperatureIsNormalLvoFXpTP"},
+        {Attribute::TemperatureState, 1, "TemperatureAnomaliesWaPooFNo"}, {Attribute::TemperatureState, 2, nullptr},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(r.attribute) << " code " << r.code);
+        const char* key = CDetailContent::AttributeKey(r.attribute, r.code);
+        EXPECT_STREQ(key, r.key);
+        // No translator is installed: a listed code shows its key.
+        EXPECT_EQ(CDetailContent::AttributeText(r.attribute, r.code),
+                  r.key ? QString::fromLatin1(r.key) : QStringLiteral("/"));
+    }
+}
+
+TEST(ComparisonDetail, ArrangementByEventType)
+{
+    const struct {
+        uint32_t kind; const char* title; int page, firstX; bool comparison, scene, temperatureRow;
+    } rows[] = {
+        {0, "FacePictureComparisonInformation", 1, 1, true, false, false},
+        {1, "FacePictureComparisonInformation", 0, 1, true, false, false},
+        {2, "FacePictureComparisonInformation", 0, 1, true, false, false},
+        {3, "FaceSnapDetail", 0, 210, false, true, false},
+        {4, "FaceTemperatureCaptuTpwUkAkA", 0, 210, false, true, true},
+        {9, "FacePictureComparisonInformation", 1, 1, true, false, false},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(testing::Message() << "kind " << r.kind);
+        CComparisonDetail dialog;
+        dialog.SetAlarmInfo(Record(r.kind));
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("ComparisonDetailClass"));
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("FacePictureComparisonInformation"));
+        EXPECT_EQ(Text(dialog, "m_pTitleLbl"), QLatin1String(r.title));
+        EXPECT_EQ(Child<QStackedWidget>(dialog, "m_pStackedWidget")->currentIndex(), r.page);
+        EXPECT_EQ(Child<QFrame>(dialog, "m_pFirstFrame")->x(), r.firstX);
+        EXPECT_EQ(Shows(dialog, "m_pSecondFrame"), r.comparison);
+        EXPECT_EQ(Shows(dialog, "m_pComparisonFrame"), r.comparison);
+        EXPECT_EQ(Shows(dialog, "m_pPersonFrame"), r.comparison && r.page == 1);
+        EXPECT_EQ(Shows(dialog, "m_pSimilarityLbl"), r.comparison);
+        EXPECT_EQ(Shows(dialog, "m_pBigPicLbl"), r.scene);
+        EXPECT_EQ(Shows(dialog, "m_pTemperatureStateValue"), r.temperatureRow);
+        EXPECT_EQ(Shows(dialog, "m_pTemperatureStateCaption"), r.temperatureRow);
+        EXPECT_EQ(Shows(dialog, "m_pTemperatureStateIcon"), r.temperatureRow);
+        EXPECT_EQ(Child<QFrame>(dialog, "frame")->styleSheet().contains(QLatin1String("zhuapaibg.png")), r.scene);
+        EXPECT_EQ(Text(dialog, "m_pSimilarityLbl"), QStringLiteral("88%"));
+        EXPECT_EQ(Text(dialog, "m_pCameraLbl"), QStringLiteral("Gate"));
+        EXPECT_EQ(Text(dialog, "m_pTimeLbl"),
+                  QDateTime::fromSecsSinceEpoch(1700000000).toString(QStringLiteral("MM/dd hh:mm:ss")));
+        if (r.page == 0) {  // the face block's attributes in the dialog's order
+            const char* const values[] = {"Female", "WearingAMask", "MiddleAndOldAge", "WithSunglasses", "/", "No",
+                                          "Yes", "TemperatureAnomaliesWaPooFNo"};
+            const char* const names[] = {"m_pGenderValue", "m_pMaskValue", "m_pAgeGroupValue", "m_pGlassesValue",
+                                         "m_pExpressionValue", "m_pBeardValue", "m_pHatValue", "m_pTemperatureStateValue"};
+            for (int i = 0; i < 8; ++i)
+                EXPECT_EQ(Text(dialog, names[i]), QLatin1String(values[i])) << names[i];
+        }
+    }
+}
+
+TEST(ComparisonDetail, PersonTextsAndExtensionPairs)
+{
+    using Ext = std::vector<protocol::PersonExtendInfo>;
+    const struct { const char* name; Ext list; const char* expected[8]; } rows[] = {
+        {"no extensions", {}, {"/", "/", "/", "/", "/", "/", "/", "/"}},
+        {"empty texts", {{"Dept", ""}, {"", "E7"}}, {"Dept", "/", "/", "E7", "/", "/", "/", "/"}},
+        {"more than four", {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}, {"e", "5"}},
+         {"a", "1", "b", "2", "c", "3", "d", "4"}},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
+        AlarmShowInfo info = Record(0);
+        protocol::PeopleInfo& person = info.alarmInfo.comparison.people;
+        person.name = "Lena Park";
+        person.IDNo = "ID7";
+        person.Sex = 1;
+        person.Mask = 5;
+        person.extendList = r.list;
+        CComparisonDetail dialog;
+        dialog.SetAlarmInfo(info);
+        EXPECT_EQ(Text(dialog, "m_pPersonNameValue"), QStringLiteral("Lena Park"));
+        EXPECT_EQ(Text(dialog, "m_pContactValue"), QStringLiteral("/"));
+        EXPECT_EQ(Text(dialog, "m_pIDNoValue"), QStringLiteral("ID7"));
+        EXPECT_EQ(Text(dialog, "m_pPersonGenderValue"), QStringLiteral("Male"));
+        EXPECT_EQ(Text(dialog, "m_pPersonMaskValue"), QStringLiteral("/"));
+        for (int i = 0; i < 4; ++i) {
+            EXPECT_EQ(Text(dialog, qPrintable(QStringLiteral("m_pExtendName%1").arg(i))), QLatin1String(r.expected[2 * i]));
+            EXPECT_EQ(Text(dialog, qPrintable(QStringLiteral("m_pExtendValue%1").arg(i))),
+                      QLatin1String(r.expected[2 * i + 1]));
+        }
+    }
+}
+
+TEST(ComparisonDetail, PicturesSceneDefaultsAndRefusals)
+{
+    const QByteArray scene = testsupport::makeJpeg(1920, 1080);
+    const QImage sceneImage = QImage::fromData(scene);
+    const QByteArray library = testsupport::makeJpeg(300, 400);
+    const QByteArray tooWide = testsupport::makeJpeg(8200, 16);
+    const QSize big(412, 460), sceneSize(360, 203);
+    const QImage face = Scaled(sceneImage.copy(480, 270, 480, 540), big);
+    const struct {
+        const char* name; uint32_t kind; QByteArray bk, lib; QImage first, second, shownScene; bool warns;
+    } rows[] = {
+        {"capture shows the whole scene", 4, scene, {}, face, {}, Scaled(sceneImage, sceneSize), false},
+        {"capture without a scene", 3, {}, {}, DefaultFace(big), {}, DefaultFace(sceneSize), false},
+        {"comparison with library face", 0, scene, library, face, Scaled(QImage::fromData(library), big), {}, false},
+        {"comparison without library face", 1, scene, {}, face, DefaultFace(big), {}, false},
+        {"broken library face", 2, scene, QByteArray("not a picture"), face, DefaultFace(big), {}, true},
+        {"scene over 8192 a side", 4, tooWide, {}, DefaultFace(big), {}, DefaultFace(sceneSize), true},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
+        AlarmShowInfo info = Record(r.kind);
+        protocol::IntelAlarmFaceInfo& block = info.isCaptureKind() ? info.faceInfoList.front() : info.faceInfo;
+        block.bkPic = r.bk;
+        info.alarmInfo.comparison.libraryPic = r.lib;
+        info.eventID = r.name;
+        CComparisonDetail dialog;
+        dialog.SetAlarmInfo(info);
+        EXPECT_EQ(Shown(Child(dialog, "m_pFirstPicLbl")), r.first);
+        EXPECT_EQ(Shown(Child(dialog, "m_pSecondPicLbl")), r.second);
+        EXPECT_EQ(Shown(Child(dialog, "m_pBigPicLbl")), r.shownScene);
+
+        QFile log(QString::fromStdString(Base::Log::CurrentFile()));
+        ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+        EXPECT_EQ(log.readAll().contains(QByteArray("picture of event ") + r.name + " cannot be shown"), r.warns);
+    }
+}
+
+TEST(ComparisonDetail, BigBadgeAndMaskIcon)
+{
+    const struct {
+        uint32_t enabled, state, unit; double value; uint32_t mask; const char* text; bool maskShown;
+    } rows[] = {
+        {1, 0, 0, 38.26, 0, "38.3 DegreeC", true},  // created on first need, over the pictures
+        {1, 2, 1, 97.0, 2, "97.0 DegreeF", true},
+        {1, 1, 7, 36.5, 1, "36.5 ", true},
+        {1, 0, 0, 65535.0, 3, nullptr, false},  // not measured
+        {1, 3, 0, 36.5, 9, nullptr, false},     // state 3 draws nothing
+        {0, 0, 0, 38.0, 3, nullptr, false},     // no measurement in the event block
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(testing::Message() << r.value << " state " << r.state);
+        AlarmShowInfo info = Record(0);
+        info.alarmInfo.thermometry.TemperatureEnabled = r.enabled;
+        info.alarmInfo.thermometry.Temperature = r.value;
+        info.alarmInfo.thermometry.TemperatureUnit = r.unit;
+        info.temperatureType = r.state;
+        info.maskType = r.mask;
+        CComparisonDetail dialog;
+        dialog.SetAlarmInfo(info);
+        const auto* badge = dialog.findChild<QLabel*>(QStringLiteral("m_pBigTemperatureLbl"));
+        const bool shown = badge != nullptr && badge->isVisibleTo(&dialog);
+        EXPECT_EQ(shown, r.text != nullptr);
+        if (r.text != nullptr) {
+            EXPECT_EQ(badge->text(), QLatin1String(r.text));
+            EXPECT_EQ(badge->geometry(), QRect(325, 80, 256, 50));
+        }
+        EXPECT_EQ(Shows(dialog, "m_pBigMaskIcon"), r.maskShown);
+    }
+}
+
+} // namespace

@@ -1,0 +1,256 @@
+// The returning-person card's details against the emulator: the search runs
+// on a pool task under the waiting dialog, then the detail view opens; failure,
+// no records, cancel, leaving the page, and a burst of alarms trimming the
+// list while the search runs.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "Base/CSingleton.h"
+#include "CAppRscManager.h"
+#include "CameraModel.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
+#include "support/DeviceSim.h"
+#include "../../DashboardRecords.h"
+#include "ui/BTShowLiveView.h"
+#include "ui/CBTShowWidget.h"
+#include "CVoicePlayer.h"
+#include "ui/ShowCard/CWaitShowWid.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
+#include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
+
+using namespace BodyTemperature;
+
+namespace {
+
+class FrequenterDetailsTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        s_sim = new testsupport::DeviceSim({"--hfpd-polls", "2"});
+        ASSERT_TRUE(s_sim->start());
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
+    }
+    static void TearDownTestSuite() { delete s_sim; }
+    void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
+    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
+
+    static void Script(const std::string& task, int polls, int count)
+    {
+        const nlohmann::json s{{"taskID", task}, {"polls", polls}, {"count", count}};
+        s_sim->control("POST", "/control/hfpd", QByteArray::fromStdString(s.dump()));
+    }
+    static int Polls(const std::string& task)
+    {
+        const std::string path = "/control/hfpd/" + task;
+        return nlohmann::json::parse(s_sim->control("GET", path.c_str()).toStdString()).value("polls", -1);
+    }
+    static AlarmShowInfo Info(const std::string& task)
+    {
+        AlarmShowInfo info;
+        info.kind = 5;
+        info.deviceID = "TEST0001";
+        info.strSecondID = task;
+        info.alarmInfo.comparison.people.name = "Lena Park";
+        info.alarmInfo.comparison.people.Sex = 2;
+        return info;
+    }
+    // Runs step from the nested loop of whatever dialog the card runs, every 20 ms,
+    // until it returns true.
+    static void WhileModal(QObject* context, std::function<bool()> step)
+    {
+        auto* timer = new QTimer(context);
+        QObject::connect(timer, &QTimer::timeout, context, [timer, step] {
+            if (step())
+                timer->deleteLater();
+        });
+        timer->start(20);
+    }
+    template <typename T>
+    static T* Visible(const QString& name = QString())
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* t = qobject_cast<T*>(w); t != nullptr && t->isVisible() && (name.isEmpty() || t->objectName() == name))
+                return t;
+        return nullptr;
+    }
+
+    static testsupport::DeviceSim* s_sim;
+};
+testsupport::DeviceSim* FrequenterDetailsTest::s_sim = nullptr;
+
+TEST_F(FrequenterDetailsTest, EachClickSearchesAndOpensAFreshDetailView)
+{
+    Script("t-open", 2, 23);
+    QWidget page;
+    auto* card = new CFrequenterUnit(&page);
+    card->SetFrequenterInfo(Info("t-open"));
+    page.show();
+    QPointer<CHFPDShowDetailWid> first;
+    for (int click = 0; click < 2; ++click) {
+        QString count;
+        WhileModal(&page, [&] {
+            auto* view = Visible<CHFPDShowDetailWid>(QStringLiteral("ReCustomerDetailsDlg"));
+            if (view == nullptr)
+                return false;
+            EXPECT_EQ(view->parentWidget(), &page);
+            count = view->findChild<QLabel*>(QStringLiteral("m_pCountLabel"))->text();
+            if (click == 0)
+                first = view;
+            view->findChild<QPushButton*>(QStringLiteral("m_pCloseBtn"))->click();
+            return true;
+        });
+        card->findChild<QPushButton*>()->click();
+        EXPECT_EQ(count, QStringLiteral("AllIn 23 Records")) << click;
+    }
+    EXPECT_TRUE(first.isNull()) << "the earlier view is deleted before the next one opens";
+    EXPECT_EQ(page.findChildren<CHFPDShowDetailWid*>().size(), 1);
+    EXPECT_EQ(Polls("t-open"), 3);  // the task stays complete once it is
+    EXPECT_TRUE(VantorGUIToolkit::CInformationDlg::ShownMessages().isEmpty());
+}
+
+TEST_F(FrequenterDetailsTest, NoRecordsAndFailedSearchAreReported)
+{
+    Script("t-none", 1, 0);
+    const nlohmann::json fault{{"path", "/DVAPI/SDT/HFPD/searchTask/result/recordData/t-fail"}, {"status", 503}};
+    s_sim->control("POST", "/control/fault", QByteArray::fromStdString(fault.dump()));
+    const struct {
+        const char* task;
+        const char* message;
+    } rows[] = {{"t-none", "NoDetails"}, {"t-fail", "ObtainingDetailsFailed"}};
+    for (const auto& row : rows) {
+        VantorGUIToolkit::CInformationDlg::ClearShownMessages();
+        QWidget page;
+        auto* card = new CFrequenterUnit(&page);
+        card->SetFrequenterInfo(Info(row.task));
+        card->ShowDetails();
+        EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages(), QStringList{QString::fromLatin1(row.message)});
+        EXPECT_TRUE(page.findChildren<CHFPDShowDetailWid*>().isEmpty()) << row.task;
+    }
+}
+
+TEST_F(FrequenterDetailsTest, CancelEndsTheWaitAtOnceAndTheSearchAtItsNextPoll)
+{
+    Script("t-cancel", -1, 5);
+    QWidget page;
+    auto* card = new CFrequenterUnit(&page);
+    card->SetFrequenterInfo(Info("t-cancel"));
+    QElapsedTimer sinceCancel;
+    WhileModal(&page, [&] {
+        auto* wait = Visible<CWaitShowWid>();
+        if (wait == nullptr || Polls("t-cancel") < 2)
+            return false;
+        sinceCancel.start();
+        QTest::keyClick(wait, Qt::Key_Escape);
+        return true;
+    });
+    card->ShowDetails();
+    EXPECT_LT(sinceCancel.elapsed(), CWaitShowWid::kTickMs) << "not left to the next tick";
+    const int polls = Polls("t-cancel");
+    testsupport::pump(1500);
+    EXPECT_EQ(Polls("t-cancel"), polls) << "the search stopped";
+    EXPECT_TRUE(VantorGUIToolkit::CInformationDlg::ShownMessages().isEmpty());
+    EXPECT_TRUE(page.findChildren<CHFPDShowDetailWid*>().isEmpty());
+}
+
+TEST_F(FrequenterDetailsTest, LeavingThePageStopsTheSearchAndWaitsForIt)
+{
+    Script("t-leave", -1, 5);
+    QWidget page;
+    auto* card = new CFrequenterUnit(&page);
+    card->SetFrequenterInfo(Info("t-leave"));
+    int pollsWhenStopped = -1;
+    WhileModal(&page, [&] {
+        if (Visible<CWaitShowWid>() == nullptr || Polls("t-leave") < 1)
+            return false;
+        CFrequenterUnit::StopAllDetails(&page);
+        pollsWhenStopped = Polls("t-leave");
+        return true;
+    });
+    card->ShowDetails();
+    ASSERT_GE(pollsWhenStopped, 1);
+    testsupport::pump(1200);
+    EXPECT_EQ(Polls("t-leave"), pollsWhenStopped);
+}
+
+TEST_F(FrequenterDetailsTest, PageTornDownWhileSearchingStopsAndWaitsForTheSearch)
+{
+    Script("t-unload", -1, 5);
+    QWidget host;  // the host window outlives the page, as when the module is unloaded
+    auto* page = new QWidget(&host);
+    QPointer<CFrequenterUnit> card = new CFrequenterUnit(page);
+    card->SetFrequenterInfo(Info("t-unload"));
+    int pollsAtTeardown = -1;
+    WhileModal(&host, [&] {
+        if (Visible<CWaitShowWid>() == nullptr || Polls("t-unload") < 1)
+            return false;
+        delete page;
+        pollsAtTeardown = Polls("t-unload");
+        return true;
+    });
+    card->ShowDetails();
+    EXPECT_TRUE(card.isNull());
+    ASSERT_GE(pollsAtTeardown, 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(host.findChildren<CWaitShowWid*>().isEmpty());
+    testsupport::pump(1200);
+    EXPECT_EQ(Polls("t-unload"), pollsAtTeardown);
+}
+
+TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList)
+{
+    Script("t-burst", 3, 4);
+    CVoicePlayer::SetSink([](const std::string&) { return true; });
+    dashtest::storeSettings(dashtest::voiceConfig());
+    CBTShowWidget w;
+    w.resize(1642, 1080);
+    w.LiveView()->Init(Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel());
+    w.restorePlayingCameras({QStringLiteral("CAM1")});
+    w.show();
+    auto returning = [](const std::string& id) {
+        auto r = dashtest::record(dashtest::kReturning, dashtest::face(1, 0, 2), id, "CAM1");
+        r.deviceID = "TEST0001";
+        r.secondID = "t-burst";
+        return r;
+    };
+    w.DealAlarmInfo(returning("R0"));
+    QPointer<CFrequenterUnit> card = w.findChild<CFrequenterUnit*>();
+    ASSERT_FALSE(card.isNull());
+
+    bool pushed = false, viewSeen = false;
+    WhileModal(&w, [&] {
+        if (!pushed && Visible<CWaitShowWid>() != nullptr) {
+            for (int i = 1; i <= 50; ++i)
+                w.DealAlarmInfo(returning("R" + std::to_string(i)));
+            pushed = true;
+            EXPECT_FALSE(card.isNull()) << "trimmed but held";
+            EXPECT_TRUE(!card.isNull() && card->isHidden()) << "no longer listed";
+            return false;
+        }
+        auto* view = Visible<CHFPDShowDetailWid>(QStringLiteral("ReCustomerDetailsDlg"));
+        if (view == nullptr)
+            return false;
+        viewSeen = true;
+        for (int i = 51; i <= 80; ++i)
+            w.DealAlarmInfo(returning("R" + std::to_string(i)));
+        view->OnBtnClose();
+        return true;
+    });
+    card->ShowDetails();
+    EXPECT_TRUE(pushed);
+    EXPECT_TRUE(viewSeen);
+    EXPECT_FALSE(card.isNull()) << "still inside its own slot";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(card.isNull()) << "retired once nothing holds it";
+    EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
+    CVoicePlayer::SetSink({});
+}
+
+} // namespace

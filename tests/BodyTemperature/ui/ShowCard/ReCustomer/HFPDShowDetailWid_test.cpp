@@ -1,0 +1,236 @@
+// The frequent-person detail view on real widgets, pictures downloaded from
+// the emulator: pages and pager, picture k of page p, the attribute items the
+// mask asks for, the person panel, failed downloads, the add request.
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "VantorGUIToolkit/CInformationDlg.h"
+#include "support/DeviceSim.h"
+#include "ui/ShowCard/ReCustomer/CBTPropItem.h"
+#include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
+#include "ui/ShowCard/ReCustomer/CHFPDPicLabel.h"
+#include "ui/ShowCard/ReCustomer/CHFPDPicLabelList.h"
+#include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
+#include "ui/ShowCard/ReCustomer/CTargetPageController.h"
+
+using namespace BodyTemperature;
+
+namespace {
+
+HFPDRecordList Records(int count, int brokenFace = 0)
+{
+    HFPDRecordList list;
+    for (int i = 1; i <= count; ++i) {
+        HFPDRecord r;
+        r.index = i;
+        r.captureTimeText = QStringLiteral("2026-11-20 08:%1:00").arg(i % 60, 2, 10, QLatin1Char('0')).toStdString();
+        r.channelID = std::to_string(1 + i % 4);
+        r.cameraName = "Camera " + std::to_string(i);
+        r.picUrl = "/DVAPI/pictures/hfpd/view/" + std::to_string(i) + ".jpg";
+        r.facePicUrl = i == brokenFace ? "/DVAPI/pictures/nothing/here.jpg" : r.picUrl + "?face=1";
+        r.gender = i % 2 ? "male" : "female";
+        r.ageGroup = "young";
+        r.glass = "sunglasses";
+        r.mask = "yes";
+        r.hat = "no";
+        r.x = 0.4f;
+        r.y = 0.2f;
+        r.width = 0.1f;
+        r.height = 0.2f;
+        list.push_back(r);
+    }
+    return list;
+}
+
+class HFPDShowDetailWidTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        s_sim = new testsupport::DeviceSim();
+        ASSERT_TRUE(s_sim->start());
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
+    }
+    static void TearDownTestSuite() { delete s_sim; }
+    void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
+
+    template <typename T = QWidget>
+    static T* child(const QWidget& w, const char* name)
+    {
+        return w.findChild<T*>(QLatin1String(name));
+    }
+    static QList<CHFPDPicLabel*> thumbs(const QWidget& w)
+    {
+        QList<CHFPDPicLabel*> shown;
+        for (CHFPDPicLabel* l : w.findChildren<CHFPDPicLabel*>())
+            if (l->isVisibleTo(&w))
+                shown.append(l);
+        // Thumbnails are reused between pages: their order is their number.
+        std::sort(shown.begin(), shown.end(), [](auto* a, auto* b) { return a->PicLsh() < b->PicLsh(); });
+        return shown;
+    }
+    static bool loaded(const QWidget& w)
+    {
+        for (CHFPDPicLabel* l : thumbs(w))
+            if (l->property("thumbState").toString() == QLatin1String("loading"))
+                return false;
+        return true;
+    }
+    static std::vector<bool> buttons(const QWidget& w)
+    {
+        return {child<QPushButton>(w, "pHomePageBtn")->isEnabled(), child<QPushButton>(w, "pPreviousBtn")->isEnabled(),
+            child<QPushButton>(w, "pNextBtn")->isEnabled(), child<QPushButton>(w, "pLastPageBtn")->isEnabled()};
+    }
+
+    static testsupport::DeviceSim* s_sim;
+};
+testsupport::DeviceSim* HFPDShowDetailWidTest::s_sim = nullptr;
+
+TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
+{
+    const struct {
+        int records;
+        const char* pages;
+        int onFirst, onLast;
+    } rows[] = {{0, "/1Page", 0, 0}, {1, "/1Page", 1, 1}, {20, "/1Page", 20, 20}, {21, "/2Page", 20, 1},
+        {40, "/2Page", 20, 20}, {41, "/3Page", 20, 1}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.records);
+        CHFPDShowDetailWid view;
+        EXPECT_EQ(view.objectName(), QStringLiteral("ReCustomerDetailWid"));
+        ASSERT_TRUE(view.SetHFPDRecords(Records(row.records), "TEST0001", CHFPDAttributes::kReturningPersonMask, {}));
+        view.show();
+        EXPECT_EQ(child<QLabel>(view, "m_pCountLabel")->text(), QStringLiteral("AllIn %1 Records").arg(row.records));
+        EXPECT_EQ(child<QLabel>(view, "m_pPageLabel")->text(), QLatin1String(row.pages));
+        EXPECT_EQ(child<QLineEdit>(view, "m_pPageEdit")->text(), QString());
+        EXPECT_EQ(child<QLabel>(view, "m_pNoDetails")->isVisible(), row.records == 0);
+        EXPECT_EQ(thumbs(view).size(), row.onFirst);
+        const bool several = row.records > 20;
+        EXPECT_EQ(buttons(view), (std::vector<bool>{false, false, several, several}));
+        child<QPushButton>(view, "pLastPageBtn")->click();
+        EXPECT_EQ(thumbs(view).size(), row.onLast);
+        EXPECT_EQ(buttons(view), (std::vector<bool>{several, several, false, false}));
+        EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
+    }
+}
+
+TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
+{
+    CHFPDShowDetailWid view;
+    view.SetHFPDRecords(Records(45), "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
+    view.show();
+    auto* pager = view.findChild<CTargetPageController*>();
+    QSignalSpy changes(pager, &CTargetPageController::SignalPageChanged);
+    auto* edit = child<QLineEdit>(view, "m_pPageEdit");
+    const struct {
+        const char* text;
+        int emitted;
+        unsigned page;
+    } jumps[] = {{"", 0, 1}, {"1", 0, 1}, {"3", 1, 3}, {"3", 1, 3}, {"2", 2, 2}};
+    for (const auto& jump : jumps) {
+        edit->setText(QLatin1String(jump.text));
+        QTest::keyClick(edit, Qt::Key_Return);
+        EXPECT_EQ(changes.count(), jump.emitted) << jump.text;
+        EXPECT_EQ(pager->CurrentPage(), jump.page) << jump.text;
+    }
+    EXPECT_EQ(edit->text(), QStringLiteral("2"));
+    EXPECT_EQ(buttons(view), (std::vector<bool>{true, true, true, true}));
+
+    // Page 2 opens with its first picture (record 21) selected; picture 5 is record 25.
+    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 21"));
+    ASSERT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
+    QTest::mouseClick(thumbs(view).at(4), Qt::LeftButton);
+    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
+    EXPECT_EQ(child<QLabel>(view, "m_pTimeLabel")->text(), QStringLiteral("2026-11-20 08:25:00"));
+    EXPECT_TRUE(thumbs(view).at(4)->IsChecked());
+    EXPECT_FALSE(thumbs(view).at(0)->IsChecked());
+
+    // A number no thumbnail carries changes nothing.
+    auto* list = view.findChild<CHFPDPicLabelList*>(QStringLiteral("CPicLabelList"));
+    EXPECT_EQ(list->FindPicLabel(99), nullptr);
+    EXPECT_FALSE(list->SelectPicLabel(99));
+    EXPECT_FALSE(list->RemovePicLabel(99));
+    view.OnPictrueClicked(99);
+    EXPECT_TRUE(thumbs(view).at(4)->IsChecked());
+    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
+}
+
+TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
+{
+    const struct {
+        uint32_t mask;
+        QStringList titles;
+        QStringList values;
+    } rows[] = {
+        {CHFPDAttributes::kReturningPersonMask, {"Gender", "AgeGroup", "Glasses", "Mask"},
+            {"Male", "AgeYoung", "WithSunglasses", "WearingAMask"}},
+        {0x4 | 0x100, {"Glasses", "Hat"}, {"WithSunglasses", "DontWearAHatsatafxnG"}},
+        {0x2000 | 0x800000, {}, {}},
+    };
+    for (const auto& row : rows) {
+        CHFPDShowDetailWid view;
+        view.SetHFPDRecords(Records(3), "TEST0001", row.mask, {});
+        QStringList titles, values;
+        for (CBTPropItem* item : view.findChildren<CBTPropItem*>()) {
+            titles << item->findChild<QLabel*>(QStringLiteral("m_pLabelTitle"))->text();
+            values << item->findChild<QLabel*>(QStringLiteral("m_pLabelTitleSel"))->text();
+        }
+        EXPECT_EQ(titles, row.titles) << std::hex << row.mask;
+        EXPECT_EQ(values, row.values) << std::hex << row.mask;
+    }
+}
+
+TEST_F(HFPDShowDetailWidTest, PersonPanelOnlyWithALibraryPerson)
+{
+    const struct {
+        HFPDPersonInfo person;
+        bool shown;
+        const char* gender;
+    } rows[] = {{{true, "Lena Park", 2, "555-0100"}, true, "Female"}, {{true, "Wang Lei", 3, ""}, true, "Unknown"},
+        {{false, "", 3, ""}, false, ""}};
+    for (const auto& row : rows) {
+        CHFPDShowDetailWid view;
+        view.SetHFPDRecords(Records(1), "TEST0001", 0, row.person);
+        view.show();
+        EXPECT_EQ(child(view, "m_pPersonPanel")->isVisible(), row.shown);
+        if (row.shown) {
+            EXPECT_EQ(child<QLabel>(view, "m_pPersonName")->text().toStdString(), row.person.name);
+            EXPECT_EQ(child<QLabel>(view, "m_pPersonGender")->text(), QLatin1String(row.gender));
+        }
+    }
+}
+
+TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
+{
+    CHFPDShowDetailWid view;
+    HFPDRecordList records = Records(6, 3);
+    records[0].picUrl = "/DVAPI/pictures/nothing/scene.jpg";
+    view.SetHFPDRecords(records, "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
+    view.show();
+    ASSERT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
+    QStringList states;
+    for (CHFPDPicLabel* l : thumbs(view))
+        states << l->property("thumbState").toString();
+    EXPECT_EQ(states, (QStringList{"loaded", "loaded", "failed", "loaded", "loaded", "loaded"}));
+    // The scene of the selected record failed: the user is told once.
+    EXPECT_TRUE(testsupport::waitUntil([] {
+        return VantorGUIToolkit::CInformationDlg::ShownMessages()
+            == QStringList{QStringLiteral("IncorrectPortNoPleaseChangeNATInRemoteConfiguration")};
+    }));
+
+    // The add request carries the device, the mapped channel and the face as downloaded.
+    QSignalSpy add(&view, &CHFPDShowDetailWid::SignalAddHFPDFaceToLibrary);
+    QTest::mouseClick(thumbs(view).at(1), Qt::LeftButton);
+    child<QPushButton>(view, "m_pAddBtn")->click();
+    ASSERT_EQ(add.count(), 1);
+    EXPECT_EQ(add.at(0).at(0).toString(), QStringLiteral("TEST0001"));
+    EXPECT_EQ(add.at(0).at(1).toString(), QStringLiteral("3"));
+    EXPECT_FALSE(QImage::fromData(add.at(0).at(2).toByteArray()).isNull());
+    EXPECT_EQ(child<QPushButton>(view, "m_pAddBtn")->toolTip(), QStringLiteral("AddToFacePictureLibrary"));
+}
+
+} // namespace
