@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "FaceRectClamp.h"
 #include "protocol/IntelAlarmInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
 #include "CEventPictures.h"
@@ -40,7 +41,8 @@ struct AlarmShowInfo {
     mutable std::shared_ptr<CEventPictures> pictures = std::make_shared<CEventPictures>();
 
     // Identifier, texts, event block and faces of the record; display codes
-    // keep their defaults and the second identifier stays empty.
+    // keep their defaults and the second identifier stays empty. Face
+    // rectangles are clamped to their pictures here, where they enter the page.
     static AlarmShowInfo FromRecord(const publicdatacontroller::IntelAlarmEventInfo& r)
     {
         AlarmShowInfo s;
@@ -57,6 +59,11 @@ struct AlarmShowInfo {
         s.alarmInfo = r.alarmInfo;
         s.faceInfo = r.faceInfo;
         s.faceInfoList = r.faceInfoList;
+        for (protocol::PictureRect& rect : s.faceInfo.faceRects)
+            rect = ClampFaceRect(rect);
+        for (protocol::IntelAlarmFaceInfo& face : s.faceInfoList)
+            for (protocol::PictureRect& rect : face.faceRects)
+                rect = ClampFaceRect(rect);
         return s;
     }
 

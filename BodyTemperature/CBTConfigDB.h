@@ -2,7 +2,10 @@
 // The settings connection: one SQLite file "BodyTemperature" in the user's
 // component folder, table TemperatureConfigure with a single row.
 // Any thread may call: each statement runs under the connection's PRT_Mutex,
-// and a save holds it across its delete and insert. Failures return false.
+// and a save holds it across its delete and insert, which run in one
+// transaction: a failed save leaves the previous row as it was. Failures
+// return false and are logged. A stored pop-up duration outside the pages'
+// limits (-1, 1..1800) loads as the default.
 #include <string>
 
 #include "AlarmDisplayConfig.h"
@@ -28,6 +31,7 @@ public:
     bool Execute(const std::string& sql, CSQLite3Recordset& recordset);
     bool BeginTransaction();
     bool CommitTransaction();
+    bool RollbackTransaction();
 
     bool LoadAlarmDisplayConfig(AlarmDisplayConfig& config);
     bool SaveAlarmDisplayConfig(const AlarmDisplayConfig& config);

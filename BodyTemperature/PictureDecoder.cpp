@@ -10,6 +10,7 @@
 #include <jpeglib.h>
 
 #include "Base/Log.h"
+#include "FaceRectClamp.h"
 
 namespace BodyTemperature {
 namespace PictureDecoder {
@@ -328,9 +329,7 @@ bool IsSizeAllowed(const QSize& size)
 
 QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect)
 {
-    return QRect(static_cast<int>(pictureSize.width() * rect.x), static_cast<int>(pictureSize.height() * rect.y),
-                 static_cast<int>(pictureSize.width() * rect.width),
-                 static_cast<int>(pictureSize.height() * rect.height));
+    return FaceRectInPixels(pictureSize, rect);
 }
 
 QImage Decode(const QByteArray& bytes)

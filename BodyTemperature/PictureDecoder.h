@@ -24,7 +24,7 @@ QSize DeclaredSize(const QByteArray& bytes);
 bool IsSizeAllowed(const QSize& size);
 
 // The pixel rectangle of a face rectangle on a picture of the given size:
-// each coordinate truncated from size * fraction.
+// each coordinate truncated from size * fraction, clamped to the picture first.
 QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect);
 
 // Decodes the whole picture; a null image when it is undecodable or too big

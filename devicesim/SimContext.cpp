@@ -9,6 +9,7 @@ namespace devicesim {
 SimContext::SimContext(const SimOptions& options)
     : opts(options),
       pictures(opts.sceneWidth, opts.sceneHeight),
+      keepAliveMs(opts.keepAliveMs),
       events(opts, pictures),
       rng(opts.seed),
       m_hfpdPollsNeeded(opts.hfpdPolls)

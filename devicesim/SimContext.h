@@ -27,6 +27,7 @@ struct Fault {
     int status = 0;          // answer this HTTP status with a status document
     int subStatus = 0;       // sub-status code in that document
     bool malformed = false;  // cut the body and append garbage
+    bool endless = false;    // a body that never ends (with `status`, or 200)
     int remaining = -1;      // how many requests it applies to; -1 forever
 };
 
@@ -58,6 +59,8 @@ public:
     SimCapabilities capabilities;  // thread-safe itself
     HfpdScripts hfpd;        // thread-safe itself; also counts each task's polls
     std::atomic<bool> stopping{false};
+    std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
+    std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)
 
     std::mutex mutex;  // guards the members below
     EventFactory events;

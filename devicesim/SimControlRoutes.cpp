@@ -85,6 +85,7 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
         f.status = d.value("status", 0);
         f.subStatus = d.value("subStatus", 0);
         f.malformed = d.value("malformed", false);
+        f.endless = d.value("endless", false);
         f.remaining = d.value("count", -1);
         {
             std::lock_guard<std::mutex> lock(sim.mutex);

@@ -5,6 +5,7 @@
 #include <openssl/rand.h>
 #include <thread>
 
+#include "SimHostile.h"
 #include "SimHttp.h"
 #include "SimRoutes.h"
 
@@ -81,6 +82,7 @@ bool SimServer::start(std::string& error)
     addHfpdRoutes(*m_http, m_sim);
     addSdkRoutes(*m_http, m_sim);
     addControlRoutes(*m_http, m_sim);
+    addHostileRoutes(*m_http, m_sim);
 
     const SimOptions& o = m_sim.opts;
     if (!m_http->bind_to_port(o.listen, o.port)) {
@@ -195,6 +197,10 @@ bool SimServer::applyFault(const httplib::Request& req, httplib::Response& res)
         fault.status, fault.malformed);
     for (int waited = 0; waited < fault.delayMs && !m_sim.stopping; waited += 20)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    if (fault.endless) {
+        setEndlessBody(res, fault.status != 0 ? fault.status : 200, m_sim);
+        return true;
+    }
     if (fault.drop) {
         res.set_content_provider(4096, "application/xml", [](size_t, size_t, httplib::DataSink& sink) {
             sink.write("<?xml version=\"1.0\"?><Resp", 26);

@@ -7,6 +7,7 @@
 
 #include "RtspServer.h"
 #include "SimContext.h"
+#include "SimHostile.h"
 #include "SimHttp.h"
 #include "SimRoutes.h"
 
@@ -37,14 +38,27 @@ void addStreamRoutes(httplib::Server& http, SimContext& sim)
     http.Get("/DVAPI/Event/notification/alertStream", [&sim](const Request&, Response& res) {
         auto sub = sim.hub.subscribe();
         sim.logLine("alert stream opened (%zu clients)", sim.hub.subscribers());
+        auto lastWrite = std::make_shared<std::chrono::steady_clock::time_point>(std::chrono::steady_clock::now());
         res.set_chunked_content_provider(std::string("multipart/mixed; boundary=") + kBoundary,
-            [&sim, sub](size_t, httplib::DataSink& sink) {
+            [&sim, sub, lastWrite](size_t, httplib::DataSink& sink) {
+                if (sim.alertSilent) {  // frozen: the connection stays open, nothing is sent
+                    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                    return !sim.stopping && !sub->dropped && sink.is_writable();
+                }
                 Chunks ev;
                 if (!AlertHub::next(*sub, ev, std::chrono::milliseconds(200))) {
                     if (sim.stopping || sub->dropped)
                         return false;
+                    const int keepAlive = sim.keepAliveMs;
+                    if (keepAlive > 0
+                        && std::chrono::steady_clock::now() - *lastWrite >= std::chrono::milliseconds(keepAlive)) {
+                        const std::string part = keepAlivePart(keepAlive);
+                        *lastWrite = std::chrono::steady_clock::now();
+                        return sink.write(part.data(), part.size());
+                    }
                     return sink.is_writable();
                 }
+                *lastWrite = std::chrono::steady_clock::now();
                 for (const auto& c : ev)
                     if (!sink.write(c->data(), c->size()))
                         return false;

@@ -22,8 +22,10 @@ void usage()
     fprintf(stderr,
         "usage: devicesim [--listen ADDR] [--port N] [--channels N] [--rate EVENTS_PER_S] [--seed N]\n"
         "                 [--user NAME] [--password TEXT] [--db FILE] [--serial ID] [--log FILE]\n"
-        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N]\n"
-        "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]\n");
+        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N] [--keepalive-ms N]
+"
+        "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]
+");
 }
 
 bool parse(int argc, char** argv, devicesim::SimOptions& o)
@@ -53,6 +55,7 @@ bool parse(int argc, char** argv, devicesim::SimOptions& o)
         else if (a == "--unit") o.unit = (v == "F" || v == "f") ? 'F' : 'C';
         else if (a == "--hfpd-polls") o.hfpdPolls = std::atoi(v.c_str());
         else if (a == "--rtsp-port") o.rtspPort = std::atoi(v.c_str());
+        else if (a == "--keepalive-ms") o.keepAliveMs = std::max(0, std::atoi(v.c_str()));
         else if (a == "--scene") {
             if (std::sscanf(v.c_str(), "%dx%d", &o.sceneWidth, &o.sceneHeight) != 2 || o.sceneWidth < 64
                 || o.sceneHeight < 64) {

@@ -101,6 +101,10 @@
         <translation>Information Display</translation>
     </message>
     <message>
+        <source>SaveFailed</source>
+        <translation>Save failed</translation>
+    </message>
+    <message>
         <source>TurnOnoffAlarmDisplaHyBGelcI</source>
         <translation>Turn Alarm Display On/Off</translation>
     </message>

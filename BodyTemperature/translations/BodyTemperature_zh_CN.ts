@@ -101,6 +101,10 @@
         <translation>信息展示</translation>
     </message>
     <message>
+        <source>SaveFailed</source>
+        <translation>保存失败</translation>
+    </message>
+    <message>
         <source>TurnOnoffAlarmDisplaHyBGelcI</source>
         <translation>开启/关闭报警显示</translation>
     </message>

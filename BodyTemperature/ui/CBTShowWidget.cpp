@@ -12,10 +12,14 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
+#include "CCardBacklog.h"
 #include "CScreeningRecord.h"
+#include "CSettingsLoader.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/BTShowLiveView.h"
@@ -64,6 +68,9 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_ui->setupUi(this);
     buildLists();
     loadConfig();
+    m_pCardBacklog = new CCardBacklog(kMaxRightCards, CBottomWidget::kMaxCards,
+        [this](const AlarmShowInfo& info, int copies, bool list, bool strip) { buildCards(info, copies, list, strip); },
+        this);
     m_pRecord = new CScreeningRecord(this);
     new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
 
@@ -141,10 +148,10 @@ void CBTShowWidget::buildLists()
 
 void CBTShowWidget::loadConfig()
 {
-    CBTConfigDB* db = CBTConfigDB::Instance();
-    db->LoadAlarmDisplayConfig(m_config);
-    if (CSoundConfigPage::FillDefaultVoicePaths(m_config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage()))
-        db->SaveAlarmDisplayConfig(m_config);
+    m_pSettingsLoader = new CSettingsLoader(this);
+    connect(m_pSettingsLoader, &CSettingsLoader::signalLoaded, this,
+        [this](const AlarmDisplayConfig& stored) { m_config = stored; });
+    m_pSettingsLoader->Load(m_config);
 }
 
 void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInfo& struAlarmInfo)
@@ -159,13 +166,20 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
     AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
     decision.applyTo(info);
     const int allBefore = m_iAllNum;
+    // Counted (and journaled) at once; the cards follow as the page can draw them.
     if (decision.action == AlarmDecision::Action::ShowReturning) {
-        addFrequenterCards(struAlarmInfo, info);
+        // One card per open view of the camera: a camera shown twice counts twice.
+        const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
+        const int copies = static_cast<int>(std::count(views.begin(), views.end(), struAlarmInfo.cameraID));
+        info.strSecondID = struAlarmInfo.secondID;
+        m_iAllNum += copies;
+        if (copies > 0)
+            m_pCardBacklog->Add(info, copies);
     } else if (decision.action == AlarmDecision::Action::ShowFace) {
         playVoice(decision.voicePath);
         countFace(decision);
-        m_ui->m_pBottomWidget->AddSnapInfo(info);
-        addAlarmCard(info);
+        ++m_iAllNum;
+        m_pCardBacklog->Add(info);
     }
     if (decision.action != AlarmDecision::Action::CountOnly)
         m_pRecord->Append(info, m_iAllNum - allBefore);
@@ -197,25 +211,32 @@ void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
     card->SetIsSnap(info.isCaptureKind());
     card->SetAlarmInfo(info, false);
     appendRightCard(card);
-    ++m_iAllNum;
     m_pNoData->hide();
     m_pCornerLabel->hide();
 }
 
-void CBTShowWidget::addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info)
+void CBTShowWidget::buildCards(const AlarmShowInfo& info, int copies, bool list, bool strip)
 {
-    // One card per open view of the camera: a camera shown twice counts twice.
-    const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
-    for (const std::string& cameraId : views) {
-        if (cameraId != record.cameraID)
-            continue;
-        info.kind = 5;
-        info.strSecondID = record.secondID;
+    if (info.kind == 5) {
+        addFrequenterCards(info, copies, list, strip);
+        return;
+    }
+    if (strip)
         m_ui->m_pBottomWidget->AddSnapInfo(info);
+    if (list)
+        addAlarmCard(info);
+}
+
+void CBTShowWidget::addFrequenterCards(const AlarmShowInfo& info, int copies, bool list, bool strip)
+{
+    for (int i = 0; i < copies; ++i) {
+        if (strip)
+            m_ui->m_pBottomWidget->AddSnapInfo(info);
+        if (!list)
+            continue;
         auto* card = new CFrequenterUnit(this);
         card->SetFrequenterInfo(info);
         appendRightCard(card);
-        ++m_iAllNum;
         m_pNoData->hide();
     }
 }
@@ -352,6 +373,7 @@ void CBTShowWidget::OnLiveViewWidgetResized()
 
 void CBTShowWidget::OnShowTypeConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pTypeConfigPage;
     m_pTypeConfigPage = new CTypeConfigPage(m_ui->m_pToolBar);
     m_pTypeConfigPage->SetConfig(m_config);
@@ -363,6 +385,7 @@ void CBTShowWidget::OnShowTypeConfigPage()
 
 void CBTShowWidget::OnShowPopConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pPopConfigPage;
     m_pPopConfigPage = new CPopConfigPage(parentWidget());
     m_pPopConfigPage->SetConfig(m_config);
@@ -373,6 +396,7 @@ void CBTShowWidget::OnShowPopConfigPage()
 
 void CBTShowWidget::OnShowSoundConfigPage()
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     delete m_pSoundConfigPage;
     m_pSoundConfigPage = new CSoundConfigPage(parentWidget());
     m_pSoundConfigPage->SetConfig(m_config);
@@ -395,10 +419,13 @@ void CBTShowWidget::OnShowReportDialog()
 
 void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)
 {
+    m_pSettingsLoader->ReadIfPending(m_config);
     m_config.bFaceTemperatureCapture = struInfo.bFaceTemperatureCapture;
     m_config.bFacePictureComparison = struInfo.bFacePictureComparison;
     m_config.bFaceCapture = struInfo.bFaceCapture;
-    CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config);
+    // The switches apply for this run either way; the operator learns they were not kept.
+    if (!CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config))
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("SaveFailed"));
 }
 
 void CBTShowWidget::onTimeOut()

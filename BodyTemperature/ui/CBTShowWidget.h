@@ -28,11 +28,13 @@ namespace BodyTemperature {
 struct AlarmDecision;
 class BTShowLiveView;
 class CBottomWidget;
+class CCardBacklog;
 
 class CPopConfigPage;
 class CPopUpUnit;
 class CRightNoData;
 class CScreeningRecord;
+class CSettingsLoader;
 class CShiftReportDialog;
 class CSoundConfigPage;
 class CTypeConfigPage;
@@ -86,7 +88,8 @@ private:
     void playVoice(const QString& path);
     void showPopUp(const AlarmShowInfo& info);
     void addAlarmCard(const AlarmShowInfo& info);
-    void addFrequenterCards(const publicdatacontroller::IntelAlarmEventInfo& record, AlarmShowInfo& info);
+    void addFrequenterCards(const AlarmShowInfo& info, int copies, bool list, bool strip);
+    void buildCards(const AlarmShowInfo& info, int copies, bool list, bool strip);
     void appendRightCard(QWidget* card);
 
     std::unique_ptr<CBTShowWidgetForm> m_ui;
@@ -106,6 +109,8 @@ private:
     CRightNoData* m_pNoData = nullptr;
     QLabel* m_pCornerLabel = nullptr;
 
+    CSettingsLoader* m_pSettingsLoader = nullptr;
+    CCardBacklog* m_pCardBacklog = nullptr;
     CPopUpUnit* m_pPopUpUnit = nullptr;
     QTimer* m_pPopTimer = nullptr;
     CTypeConfigPage* m_pTypeConfigPage = nullptr;

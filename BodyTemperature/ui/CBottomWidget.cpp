@@ -9,6 +9,7 @@
 #include <QSpacerItem>
 #include <QStyle>
 
+#include "FaceRectClamp.h"
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CRightNoData.h"
 #include "ui/ShowCard/CCardHold.h"
@@ -129,11 +130,8 @@ QByteArray CBottomWidget::CutFace(const std::string& strFace, const protocol::Pi
     QPixmap picture;
     if (!picture.loadFromData(bytes))
         return {};
-    const int x = static_cast<int>(picture.width() * rect.x);
-    const int y = static_cast<int>(picture.height() * rect.y);
-    const int w = static_cast<int>(picture.width() * rect.width);
-    const int h = static_cast<int>(picture.height() * rect.height);
-    const QPixmap cut = picture.copy(x, y, w, h);
+    const QRect inside = FaceRectInPixels(picture.size(), rect);
+    const QPixmap cut = inside.isEmpty() ? picture : picture.copy(inside);
     QByteArray jpeg;
     QBuffer buffer(&jpeg);
     buffer.open(QIODevice::WriteOnly);

@@ -56,8 +56,11 @@ CInformationDlg::CInformationDlg(const QString& text)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_DeleteOnClose);
 
-    m_pText = new QLabel(text, this);
+    m_pText = new QLabel(this);
     m_pText->setObjectName(QStringLiteral("InformationText"));
+    // Messages may quote names from devices: never interpreted as markup.
+    m_pText->setTextFormat(Qt::PlainText);
+    m_pText->setText(text);
     m_pText->setWordWrap(true);
     m_pText->setMaximumWidth(320);
     m_pText->setStyleSheet(QStringLiteral("color: #ffffff; font-size: 13px; background: transparent;"));

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace commlayer {
@@ -191,9 +192,29 @@ bool CAlarmEventDecoder::ParseDocument(const std::string& text, const clientcomm
     return true;
 }
 
+bool CAlarmEventDecoder::IsKeepAlive(const std::string& text, int& intervalSec)
+{
+    intervalSec = 0;
+    if (text.find("\"heartbeat\"") == std::string::npos)
+        return false;
+    const json doc = json::parse(text, nullptr, false);
+    if (!doc.is_object() || !doc.contains("heartbeat") || doc.contains("eventCode"))
+        return false;
+    const json& beat = doc["heartbeat"];
+    if (beat.is_object())
+        intervalSec = int(std::min<uint32_t>(u32(beat, "intervalSec"), 3600));
+    return true;
+}
+
 void CAlarmEventDecoder::onPart(CMultipartReader::Part& part)
 {
     if (part.contentType.compare(0, 16, "application/json") == 0) {
+        int interval = 0;
+        if (part.body.size() < 4096 && IsKeepAlive(std::string(part.body.constData(), size_t(part.body.size())), interval)) {
+            if (onKeepAlive)
+                onKeepAlive(interval);
+            return;
+        }
         if (m_pending && onError)
             onError("event " + m_info.eventID + " incomplete: dropped");
         reset();

@@ -4,7 +4,9 @@
 // order). When the last picture has arrived the record is complete and
 // handed to onEvent. A document that cannot be read, or an event whose
 // picture part was lost, is reported through onError and dropped; the next
-// one is read normally. One thread (the subscription's).
+// one is read normally. A keep-alive document ({"heartbeat":{"intervalSec":N}},
+// sent by the device while it has no event) goes to onKeepAlive and leaves a
+// pending event alone. One thread (the subscription's).
 #include <QByteArray>
 #include <functional>
 #include <map>
@@ -28,6 +30,8 @@ public:
 
     std::function<void(publicdatacontroller::IntelAlarmEventInfo&&)> onEvent;
     std::function<void(const std::string&)> onError;
+    // intervalSec: the period the device announces; 0 when it gives none.
+    std::function<void(int intervalSec)> onKeepAlive;
 
     // Picture ids a document refers to, attached once the parts have arrived.
     struct FaceRefs {
@@ -43,6 +47,7 @@ public:
 
     // Reads one event document; pictures are looked up later by id. False when
     // the document is not an event.
+    static bool IsKeepAlive(const std::string& json, int& intervalSec);
     static bool ParseDocument(const std::string& json, const clientcommonlogical::DeviceConfig& device,
         publicdatacontroller::IntelAlarmEventInfo& info, PictureRefs& refs);
 

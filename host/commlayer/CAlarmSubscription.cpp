@@ -128,16 +128,27 @@ void CAlarmSubscription::runStream()
 
         detail::HttpExchange ex;
         ex.path = kAlertPath;
-        ex.timeoutMs = 0;  // a stream has no end; silence is caught by the low-speed limit
+        ex.timeoutMs = 0;  // a stream has no end; silence is caught by the limits below
         ex.connectTimeoutMs = 5000;
         ex.lowSpeedTimeSec = 90;
+        // Until the answer's headers come, silence counts for every device.
+        ex.idleLimitMs = m_silenceLimitMs;
         ex.abortFlag = &m_stop;
         ex.socketFd = &m_socket;
         ex.socketMutex = &m_socketMutex;
+        decoder.onKeepAlive = [this, &ex](int intervalSec) {
+            if (!m_keepAliveSeen) {
+                m_keepAliveSeen = true;
+                BASE_LOG_INFO("alarm stream of device [%s] sends keep-alives (every %d s): silence over %d ms "
+                              "reconnects", m_device.id.c_str(), intervalSec, m_silenceLimitMs);
+            }
+            ex.idleLimitMs = m_silenceLimitMs;
+        };
         ex.onHeaders = [&](long status, const std::string& contentType) {
             if (status != 200)
                 return;
             streaming = true;
+            ex.idleLimitMs = m_keepAliveSeen ? m_silenceLimitMs : 0;
             reader = std::make_unique<CMultipartReader>(boundaryOf(contentType), kMaxPartBytes);
             reader->onPart = [&decoder](CMultipartReader::Part& part) { decoder.onPart(part); };
             reader->onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
@@ -161,16 +172,21 @@ void CAlarmSubscription::runStream()
         const detail::HttpResult r = detail::Perform(m_device, ex);
         if (m_stop)
             break;
-        if (streaming) {
-            BASE_LOG_WARN("alarm stream of device [%s] lost (transfer code %d); reconnecting", m_device.id.c_str(),
-                r.curlCode);
+        const std::string why = detail::DescribeFailure(r);
+        if (r.idleCut) {
+            ++m_stats.silences;
+            BASE_LOG_WARN("alarm stream of device [%s] silent for %d ms (%s): reconnecting", m_device.id.c_str(),
+                m_silenceLimitMs, streaming ? "after the answer" : "no answer");
+            wasOnline = false;
+            CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false,
+                QStringLiteral("alarm stream silent for %1 s").arg(m_silenceLimitMs / 1000.0, 0, 'f', 1));
+        } else if (streaming) {
+            BASE_LOG_WARN("alarm stream of device [%s] lost (%s); reconnecting", m_device.id.c_str(), why.c_str());
         } else {
-            BASE_LOG_WARN("alarm stream of device [%s] unavailable (transfer code %d, http %ld); retry in %d ms",
-                m_device.id.c_str(), r.curlCode, r.status, backoffMs);
-            if (wasOnline) {
-                wasOnline = false;
-                CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false);
-            }
+            BASE_LOG_WARN("alarm stream of device [%s] unavailable (%s); retry in %d ms", m_device.id.c_str(),
+                why.c_str(), backoffMs);
+            wasOnline = false;
+            CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false, QString::fromStdString(why));
         }
         if (waitStop(streaming ? 200 : backoffMs))
             break;
@@ -185,26 +201,45 @@ void CAlarmSubscription::runStream()
 void CAlarmSubscription::runStatus()
 {
     const QString id = QString::fromStdString(m_device.id);
+    std::string lastProblem;  // logged once per change, not at every poll
+    auto note = [&](const std::string& problem) {
+        if (problem == lastProblem)
+            return;
+        if (problem.empty())
+            BASE_LOG_INFO("channel status of device [%s] readable again", m_device.id.c_str());
+        else
+            BASE_LOG_WARN("channel status of device [%s]: %s", m_device.id.c_str(), problem.c_str());
+        lastProblem = problem;
+    };
     while (!m_stop) {
         detail::HttpExchange ex;
         ex.path = "/DVAPI/System/channels/status";
         ex.timeoutMs = 5000;
+        ex.maxBodyBytes = detail::CBodyLimit::kStatusDocument;
         ex.abortFlag = &m_stop;
         ex.socketFd = &m_statusSocket;
         ex.socketMutex = &m_socketMutex;
         const detail::HttpResult r = detail::Perform(m_device, ex);
         if (m_stop)
             break;
-        const auto doc = nlohmann::json::parse(r.body, nullptr, false);
-        if (r.curlCode == 0 && r.status == 200 && doc.is_object() && doc.contains("channels")
-            && doc["channels"].is_array()) {
+        const bool answered = r.curlCode == 0 && r.status == 200;
+        const auto doc = answered ? nlohmann::json::parse(r.body, nullptr, false) : nlohmann::json();
+        if (answered && doc.is_object() && doc.contains("channels") && doc["channels"].is_array()) {
+            note(std::string());
             for (const auto& ch : doc["channels"]) {
                 if (!ch.is_object() || !ch.contains("id") || !ch["id"].is_number_integer())
                     continue;
-                const bool online = ch.value("online", false);
-                CDeviceStateNotifier::Instance()->SetChannelOnline(id, ch["id"].get<int>(), online);
+                const auto online = ch.find("online");
+                if (online == ch.end() || !online->is_boolean())
+                    continue;  // an entry that says nothing leaves its channel as it was
+                CDeviceStateNotifier::Instance()->SetChannelOnline(id, ch["id"].get<int>(), online->get<bool>());
             }
+        } else if (answered || r.bodyTooLarge) {
+            // The device answered, but not with a status list: what it said last still stands.
+            note(std::string(r.bodyTooLarge ? "answer over its size limit" : "unreadable answer")
+                + ": keeping the last known channel states");
         } else {
+            note(detail::DescribeFailure(r) + ": channels reported offline");
             for (const auto& ch : m_device.channels)
                 CDeviceStateNotifier::Instance()->SetChannelOnline(id, ch.channel, false);
         }

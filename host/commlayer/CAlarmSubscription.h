@@ -5,6 +5,12 @@
 // a second thread polls the channel status every few seconds. Both update
 // CDeviceStateNotifier. Owned by CAlarmIntake (or a test); the destructor
 // stops and joins both threads promptly (an open transfer is cut).
+//
+// Silence: once the device has sent a keep-alive on its stream, a stream
+// that brings no byte for SilenceLimitMs (keep-alives included) is cut,
+// reported offline (reason "alarm stream silent ...") and reopened; so is an
+// answer whose headers do not come within that time. A device that never
+// sends keep-alives falls back to the 90 s low-speed rule.
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
@@ -22,6 +28,7 @@ struct IntakeStats {
     std::atomic<uint64_t> pictureBytes{0};   // picture bytes in published events
     std::atomic<uint64_t> copiedBytes{0};    // body bytes copied out of the network buffers
     std::atomic<uint64_t> cpuNs{0};          // CPU time of the intake thread
+    std::atomic<uint64_t> silences{0};       // streams cut for silence
 };
 
 class CAlarmSubscription final {
@@ -31,6 +38,8 @@ public:
     CAlarmSubscription(const CAlarmSubscription&) = delete;
     CAlarmSubscription& operator=(const CAlarmSubscription&) = delete;
 
+    // Before Start(): how long a stream may stay silent (default kSilenceLimitMs).
+    void SetSilenceLimitMs(int ms) { m_silenceLimitMs = ms; }
     void Start();
     // Asks the threads to end without waiting; Stop() also joins them.
     void RequestStop();
@@ -40,6 +49,7 @@ public:
     static constexpr const char* kAlertPath = "/DVAPI/Event/notification/alertStream";
     static constexpr const char* kBoundaryDefault = "btalertboundary7d1f";
     static constexpr qint64 kMaxPartBytes = 16 * 1024 * 1024;
+    static constexpr int kSilenceLimitMs = 12000;
 
 private:
     void runStream();
@@ -48,6 +58,8 @@ private:
 
     clientcommonlogical::DeviceConfig m_device;
     int m_statusPollMs;
+    int m_silenceLimitMs = kSilenceLimitMs;
+    bool m_keepAliveSeen = false;  // stream thread only
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
     std::condition_variable m_cv;

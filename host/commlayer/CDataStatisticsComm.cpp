@@ -53,7 +53,8 @@ bool postSdkJson(const std::string& deviceId, const char* path, const nlohmann::
     const detail::HttpResult r = detail::Perform(dev, ex);
     if (!detail::CheckResult(r, true)) {
         const auto err = Base::Error::GetLastError();
-        BASE_LOG_WARN("%s on device [%s] failed [%d-%d]", what, deviceId.c_str(), err.first, err.second);
+        BASE_LOG_WARN("%s on device [%s] failed [%d-%d]: %s", what, deviceId.c_str(), err.first, err.second,
+            detail::DescribeFailure(r).c_str());
         return false;
     }
     answer = nlohmann::json::parse(r.body, nullptr, false);
@@ -87,8 +88,8 @@ bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::Dv
     const bool ok = detail::CheckResult(r, true);
     if (!ok) {
         const auto err = Base::Error::GetLastError();
-        BASE_LOG_WARN("%s %s on device [%s] failed [%d-%d] (http %ld)", ex.method.c_str(), ex.path.c_str(),
-            deviceId.c_str(), err.first, err.second, r.status);
+        BASE_LOG_WARN("%s %s on device [%s] failed [%d-%d]: %s", ex.method.c_str(), ex.path.c_str(),
+            deviceId.c_str(), err.first, err.second, detail::DescribeFailure(r).c_str());
         return false;
     }
     rsp.body = std::move(r.body);
@@ -186,11 +187,12 @@ bool CDeviceDownloadsComm::request(const std::string& reference, const std::stri
     detail::HttpExchange ex;
     ex.path = devicePath(reference);
     ex.timeoutMs = timeoutMs > 0 ? timeoutMs : 30000;
+    ex.maxBodyBytes = detail::CBodyLimit::kPicture;
     detail::HttpResult r = detail::Perform(dev, ex);
     if (!detail::CheckResult(r, false)) {
         const auto err = Base::Error::GetLastError();
-        BASE_LOG_WARN("download %s from device [%s] failed [%d-%d]", ex.path.c_str(), deviceId.c_str(), err.first,
-            err.second);
+        BASE_LOG_WARN("download %s from device [%s] failed [%d-%d]: %s", ex.path.c_str(), deviceId.c_str(),
+            err.first, err.second, detail::DescribeFailure(r).c_str());
         return false;
     }
     data = QByteArray(r.body.data(), int(r.body.size()));

@@ -1,6 +1,7 @@
 #include "commlayer/CDeviceStateNotifier.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QMetaObject>
 #include <QThread>
 
@@ -24,7 +25,21 @@ bool CDeviceStateNotifier::IsDeviceOnline(const QString& deviceId) const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
     auto it = m_devices.find(deviceId);
-    return it != m_devices.end() && it->second;
+    return it != m_devices.end() && it->second.online;
+}
+
+QString CDeviceStateNotifier::DeviceProblem(const QString& deviceId) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    auto it = m_devices.find(deviceId);
+    return it != m_devices.end() ? it->second.problem : QString();
+}
+
+qint64 CDeviceStateNotifier::DeviceOfflineSinceMs(const QString& deviceId) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    auto it = m_devices.find(deviceId);
+    return it != m_devices.end() ? it->second.offlineSinceMs : 0;
 }
 
 bool CDeviceStateNotifier::IsChannelOnline(const QString& deviceId, int channel) const
@@ -34,14 +49,22 @@ bool CDeviceStateNotifier::IsChannelOnline(const QString& deviceId, int channel)
     return it != m_channels.end() && it->second;
 }
 
-void CDeviceStateNotifier::SetDeviceOnline(const QString& deviceId, bool online)
+void CDeviceStateNotifier::SetDeviceOnline(const QString& deviceId, bool online, const QString& reason)
 {
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        bool& state = m_devices[deviceId];
-        if (state == online)
+        DeviceState& state = m_devices[deviceId];
+        if (state.online == online) {
+            // Still offline, perhaps for another reason now: no signal, but the reason is kept.
+            if (!online && !reason.isEmpty())
+                state.problem = reason;
+            if (!online && state.offlineSinceMs == 0)
+                state.offlineSinceMs = QDateTime::currentMSecsSinceEpoch();
             return;
-        state = online;
+        }
+        state.online = online;
+        state.problem = online ? QString() : reason;
+        state.offlineSinceMs = online ? 0 : QDateTime::currentMSecsSinceEpoch();
     }
     QMetaObject::invokeMethod(this, [this, deviceId, online]() {
         emit signalDeviceOnline(deviceId, online);

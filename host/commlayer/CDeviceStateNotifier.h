@@ -6,6 +6,11 @@
 // their worker threads; the change is marshalled to the GUI thread and a
 // signal is emitted only when the state really changes. Getters are
 // thread-safe. Unknown devices and channels read as offline.
+//
+// A device going offline may carry a reason for the operator ("alarm stream
+// silent for 12 s", "transfer error 60 (...)"): DeviceProblem() returns the
+// one given with the last change to offline (empty while online), and
+// DeviceOfflineSinceMs() when that happened (ms since the epoch; 0 while online).
 #include <QObject>
 #include <QString>
 #include <map>
@@ -21,9 +26,11 @@ public:
 
     bool IsDeviceOnline(const QString& deviceId) const;
     bool IsChannelOnline(const QString& deviceId, int channel) const;
+    QString DeviceProblem(const QString& deviceId) const;
+    qint64 DeviceOfflineSinceMs(const QString& deviceId) const;
 
     // Any thread.
-    void SetDeviceOnline(const QString& deviceId, bool online);
+    void SetDeviceOnline(const QString& deviceId, bool online, const QString& reason = QString());
     void SetChannelOnline(const QString& deviceId, int channel, bool online);
 
 signals:
@@ -34,7 +41,12 @@ private:
     CDeviceStateNotifier();
 
     mutable std::mutex m_mutex;
-    std::map<QString, bool> m_devices;
+    struct DeviceState {
+        bool online = false;
+        QString problem;
+        qint64 offlineSinceMs = 0;
+    };
+    std::map<QString, DeviceState> m_devices;
     std::map<std::pair<QString, int>, bool> m_channels;
 };
 

@@ -14,6 +14,7 @@ enum TransportError : int {
     kErrBadAnswer = 11,    // answer body is not well-formed XML/JSON
     kErrDeviceStatus = 12, // device refused the request (status document)
     kErrHttp = 13,         // other HTTP error status without a status document
+    kErrTooLarge = 14,     // answer body over the limit of its kind: transfer cut (second: HTTP status)
     kErrParam = 17,        // bad request record
     kErrTls = 29,          // TLS handshake or certificate verification failed
     kErrInsecureAuth = 31, // the device asked for the password in clear outside verified TLS

@@ -1,5 +1,6 @@
 #include "commlayer/DeviceHttp.h"
 
+#include <chrono>
 #include <curl/curl.h>
 #include <libxml/parser.h>
 #include <mutex>
@@ -16,13 +17,19 @@ namespace detail {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 struct Transfer {
+    explicit Transfer(const HttpExchange& e) : ex(&e), limit(e.maxBodyBytes) {}
     const HttpExchange* ex = nullptr;
     HttpResult* result = nullptr;
     bool headersReported = false;
     bool aborted = false;
     bool offeredBasic = false;
     bool offeredDigest = false;
+    CBodyLimit limit;
+    Clock::time_point lastByte = Clock::now();
+    bool idleCut = false;
 };
 
 size_t onHeader(char* data, size_t size, size_t n, void* user)
@@ -30,6 +37,7 @@ size_t onHeader(char* data, size_t size, size_t n, void* user)
     auto* t = static_cast<Transfer*>(user);
     const size_t len = size * n;
     std::string line(data, len);
+    t->lastByte = Clock::now();
     if (line.compare(0, 5, "HTTP/") == 0) {
         // A new response (digest negotiation sends a 401 first): start over.
         t->result->body.clear();
@@ -38,6 +46,7 @@ size_t onHeader(char* data, size_t size, size_t n, void* user)
         t->offeredBasic = t->offeredDigest = false;
         const size_t sp = line.find(' ');
         t->result->status = sp == std::string::npos ? 0 : std::atol(line.c_str() + sp + 1);
+        t->limit.StartResponse(t->result->status);
     } else if ((line == "\r\n" || line == "\n") && t->ex->sink && !t->headersReported && t->result->status >= 200
         && t->result->status != 401) {
         // End of the final answer's headers: a stream is open before any body byte.
@@ -62,7 +71,10 @@ size_t onBody(char* data, size_t size, size_t n, void* user)
 {
     auto* t = static_cast<Transfer*>(user);
     const size_t len = size * n;
+    t->lastByte = Clock::now();
     if (t->ex->sink) {
+        if (!t->limit.AcceptUnlessSuccess(len))
+            return 0;
         // Only the final answer is streamed; a 401 challenge body is ignored.
         if (t->result->status == 401)
             return len;
@@ -81,6 +93,8 @@ size_t onBody(char* data, size_t size, size_t n, void* user)
         }
         return len;
     }
+    if (!t->limit.Accept(len))
+        return 0;
     t->result->body.append(data, len);
     return len;
 }
@@ -90,6 +104,10 @@ int onProgress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
     auto* t = static_cast<Transfer*>(user);
     if (t->ex->abortFlag && *t->ex->abortFlag) {
         t->aborted = true;
+        return 1;
+    }
+    if (t->ex->idleLimitMs > 0 && Clock::now() - t->lastByte > std::chrono::milliseconds(t->ex->idleLimitMs)) {
+        t->idleCut = true;
         return 1;
     }
     return 0;
@@ -142,8 +160,7 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
 {
     GlobalInit();
     HttpResult result;
-    Transfer t;
-    t.ex = &ex;
+    Transfer t(ex);
     t.result = &result;
 
     CURL* curl = curl_easy_init();
@@ -179,7 +196,7 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &t);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, onBody);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &t);
-    if (ex.abortFlag) {
+    if (ex.abortFlag || ex.idleLimitMs > 0) {
         curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
         curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, onProgress);
         curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &t);
@@ -211,6 +228,18 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     result.insecureAuthRefused = result.status == 401 && t.offeredBasic && !t.offeredDigest && !verifiedTls;
     curl_easy_cleanup(curl);
     curl_slist_free_all(headers);
+    result.idleLimitMs = ex.idleLimitMs;
+    result.idleCut = t.idleCut;
+    if (t.limit.Exceeded()) {
+        result.bodyTooLarge = true;
+        result.bodyLimit = t.limit.CurrentLimit();
+        BASE_LOG_ERROR("answer of device [%s] to %s %s cut: body over %zu bytes (http %ld)", dev.id.c_str(),
+            ex.method.c_str(), ex.path.c_str(), result.bodyLimit, result.status);
+    } else if (result.curlCode != CURLE_OK && result.status == 401 && !result.insecureAuthRefused) {
+        // The 401 was the digest challenge; the authenticated request got no answer.
+        result.status = 0;
+        result.afterChallenge = true;
+    }
     return result;
 }
 
@@ -277,7 +306,11 @@ bool CheckResult(const HttpResult& r, bool requireWellFormed)
 {
     int first = kErrNone;
     int second = 0;
-    switch (r.curlCode) {
+    if (r.bodyTooLarge) {
+        Base::Error::SetLastError(kErrTooLarge, int(r.status));
+        return false;
+    }
+    switch (r.idleCut ? CURLE_OPERATION_TIMEDOUT : CURLcode(r.curlCode)) {
     case CURLE_OK:
         break;
     case CURLE_OPERATION_TIMEDOUT:

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CBodyLimit.h"
 
 namespace commlayer {
 namespace detail {
@@ -26,6 +27,9 @@ struct HttpExchange {
     std::function<void(long status, const std::string& contentType)> onHeaders;
     const std::atomic<bool>* abortFlag = nullptr;  // polled during the transfer, set by another thread
     long lowSpeedTimeSec = 0;  // abort when under 1 byte/s for this long
+    long idleLimitMs = 0;      // abort when no byte arrived for this long; 0: no limit
+    // Limit of a buffered successful body (error bodies have their own, smaller one).
+    size_t maxBodyBytes = CBodyLimit::kDocument;
     // The connection's socket while it is open, so another thread can cut it
     // (shutdown) at once; both guarded by socketMutex.
     int* socketFd = nullptr;
@@ -39,6 +43,11 @@ struct HttpResult {
     std::string body;
     // A 401 offered only Basic where the password may not travel in clear.
     bool insecureAuthRefused = false;
+    bool bodyTooLarge = false;  // cut: the body went over bodyLimit
+    size_t bodyLimit = 0;
+    bool idleCut = false;       // cut: nothing arrived for idleLimitMs
+    long idleLimitMs = 0;
+    bool afterChallenge = false;  // failed after the digest challenge, before any answer to it
 };
 
 void GlobalInit();
@@ -48,6 +57,10 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
 // Maps an exchange that failed (transport or HTTP status) to the error pair
 // and stores it with Base::Error::SetLastError. Returns false when it failed.
 bool CheckResult(const HttpResult& r, bool requireWellFormed);
+
+// What went wrong, for log lines: "http 503", "time-out after the digest
+// challenge", "transfer error 60 (SSL peer certificate ...)", ...
+std::string DescribeFailure(const HttpResult& r);
 
 // Sub-status code from a device status document (XML or JSON); 0 when none.
 int ParseSubStatus(const std::string& body);

@@ -49,6 +49,7 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
 
     m_pMessage = new QLabel(this);
     m_pMessage->setObjectName(QStringLiteral("m_pMessageLabel"));
+    m_pMessage->setTextFormat(Qt::PlainText);
     m_pMessage->setAlignment(Qt::AlignCenter);
     m_pMessage->setWordWrap(true);
     m_pMessage->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -78,6 +79,7 @@ CStreamPlayWindowWithTask::CStreamPlayWindowWithTask(int index, QWidget* parent)
     bar->setSpacing(4);
     m_pTitle = new QLabel(m_pToolBar);
     m_pTitle->setObjectName(QStringLiteral("m_pTitleLabel"));
+    m_pTitle->setTextFormat(Qt::PlainText);  // camera names are typed by users and devices
     bar->addWidget(m_pTitle, 1);
     m_pSoundBtn = new QToolButton(m_pToolBar);
     m_pSoundBtn->setObjectName(QStringLiteral("m_pSoundBtn"));

@@ -1,6 +1,7 @@
 #include "publicdatacontroller/AlarmTransfer.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMetaObject>
 #include <QThread>
 #include <mutex>
@@ -32,9 +33,37 @@ void AlarmTransfer::publishAlarm(std::shared_ptr<const CIntelAlarmObject> alarm)
         emit signalAlarmEventInfo(const_cast<CIntelAlarmObject*>(alarm.get()));
         return;
     }
-    QMetaObject::invokeMethod(this, [this, alarm]() {
+    {
+        std::lock_guard<std::mutex> lock(m_queueMutex);
+        m_queue.push_back(std::move(alarm));
+        if (m_bDeliveryPosted)
+            return;
+        m_bDeliveryPosted = true;
+    }
+    QMetaObject::invokeMethod(this, &AlarmTransfer::deliverQueued, Qt::QueuedConnection);
+}
+
+void AlarmTransfer::deliverQueued()
+{
+    QElapsedTimer slice;
+    slice.start();
+    for (;;) {
+        std::shared_ptr<const CIntelAlarmObject> alarm;
+        {
+            std::lock_guard<std::mutex> lock(m_queueMutex);
+            if (m_queue.empty()) {
+                m_bDeliveryPosted = false;
+                return;
+            }
+            alarm = std::move(m_queue.front());
+            m_queue.pop_front();
+        }
         emit signalAlarmEventInfo(const_cast<CIntelAlarmObject*>(alarm.get()));
-    }, Qt::QueuedConnection);
+        if (slice.elapsed() >= kDeliverySliceMs)
+            break;
+    }
+    // The rest after the event loop had its turn (input, painting, timers).
+    QMetaObject::invokeMethod(this, &AlarmTransfer::deliverQueued, Qt::QueuedConnection);
 }
 
 } // namespace publicdatacontroller

@@ -5,9 +5,14 @@
 //
 // publishAlarm() may be called from any thread: it hands the object to the
 // GUI thread and emits there, keeping the object alive until every receiver
-// has been called, then releases it.
+// has been called, then releases it. Alarms from other threads wait in a
+// queue that the GUI thread empties in slices of kDeliverySliceMs, in order:
+// a burst of thousands is spread over several turns of the event loop
+// instead of holding it for the whole burst.
 #include <QObject>
+#include <deque>
 #include <memory>
+#include <mutex>
 
 #include "Base/CSingleton.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
@@ -24,8 +29,17 @@ public:
     // How many receivers are connected to signalAlarmEventInfo (diagnostics).
     int listenerCount() const;
 
+    static constexpr int kDeliverySliceMs = 20;
+
 signals:
     void signalAlarmEventInfo(void* pAlarm);
+
+private:
+    void deliverQueued();
+
+    std::mutex m_queueMutex;
+    std::deque<std::shared_ptr<const CIntelAlarmObject>> m_queue;  // guarded
+    bool m_bDeliveryPosted = false;                                 // guarded
 };
 
 } // namespace publicdatacontroller

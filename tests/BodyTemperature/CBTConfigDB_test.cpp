@@ -94,19 +94,6 @@ TEST_F(ConfigDBTest, RoundTripsEveryFieldAndKeepsOneRow)
     EXPECT_TRUE(reread == saved);
 }
 
-TEST_F(ConfigDBTest, AQuoteInAPathFailsTheSaveAndLeavesTheTableEmpty)
-{
-    CBTConfigDB db(dbPath());
-    ASSERT_TRUE(db.SaveAlarmDisplayConfig(sampleConfig()));
-    AlarmDisplayConfig c = sampleConfig();
-    c.strNormalVoice = QStringLiteral("/home/o'neil/normal.wav");
-    EXPECT_FALSE(db.SaveAlarmDisplayConfig(c));
-    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
-    AlarmDisplayConfig loaded;
-    EXPECT_TRUE(db.LoadAlarmDisplayConfig(loaded));
-    EXPECT_TRUE(loaded == AlarmDisplayConfig());
-}
-
 TEST_F(ConfigDBTest, APathCannotRunASecondStatement)
 {
     CBTConfigDB db(dbPath());
@@ -124,14 +111,110 @@ TEST_F(ConfigDBTest, APathCannotRunASecondStatement)
     }
 }
 
-TEST_F(ConfigDBTest, AStatementThatDoesNotFitFailsTheSave)
+// Every column of every row, quoted as SQL literals: equal means byte for byte.
+static std::string rowsOf(const std::string& file)
+{
+    sqlite3* db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    sqlite3_stmt* st = nullptr;
+    std::string out;
+    sqlite3_prepare_v2(db,
+        "SELECT quote(FaceThermSnap)||quote(FaceSnap)||quote(FaceContrast)||quote(NoMask)||quote(TemAbnormal)"
+        "||quote(Dispeared)||quote(DispearedTime)||quote(SaveNoMaskPath)||quote(SaveTemNormalPath)"
+        "||quote(SaveTemAbnormalPath)||quote(OpenNoMaskSound)||quote(OpenTempNormal)||quote(OpenTempAbnormal) "
+        "FROM TemperatureConfigure",
+        -1, &st, nullptr);
+    while (sqlite3_step(st) == SQLITE_ROW)
+        out += std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))) + "\n";
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+    return out;
+}
+
+TEST_F(ConfigDBTest, AFailedSaveLeavesThePreviousRowAsItWas)
+{
+    struct Case {
+        const char* name;
+        std::function<void(AlarmDisplayConfig&)> change;
+        const char* otherConnection;  // SQL a second connection runs and holds during the save
+        const char* schema;           // SQL run on the file before the save
+    };
+    const Case cases[] = {
+        {"a quote in a path", [](AlarmDisplayConfig& c) { c.strNormalVoice = QStringLiteral("/home/o'neil/n.wav"); },
+            nullptr, nullptr},
+        {"a NUL in a path", [](AlarmDisplayConfig& c) { c.strAbnormalVoice = QString::fromUtf8("/a\0b.wav", 8); },
+            nullptr, nullptr},
+        {"a statement longer than its buffer",
+            [](AlarmDisplayConfig& c) { c.strNoMaskVoice = QString(2000, QChar(0x4E2D)); }, nullptr, nullptr},
+        {"another writer holds the file", [](AlarmDisplayConfig&) {}, "BEGIN IMMEDIATE;", nullptr},
+        {"a reader keeps the commit from happening", [](AlarmDisplayConfig&) {},
+            "BEGIN; SELECT COUNT(*) FROM TemperatureConfigure;", nullptr},
+        {"the insert is refused after the delete", [](AlarmDisplayConfig&) {}, nullptr,
+            "CREATE TRIGGER refuse BEFORE INSERT ON TemperatureConfigure BEGIN SELECT RAISE(ABORT, 'no'); END;"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        CBTConfigDB db(dbPath());
+        ASSERT_TRUE(db.SaveAlarmDisplayConfig(sampleConfig()));
+        const std::string before = rowsOf(dbPath());
+        ASSERT_FALSE(before.empty());
+        if (c.schema)
+            exec(dbPath(), c.schema);
+
+        sqlite3* other = nullptr;
+        if (c.otherConnection) {
+            ASSERT_EQ(sqlite3_open(dbPath().c_str(), &other), SQLITE_OK);
+            ASSERT_EQ(sqlite3_exec(other, c.otherConnection, nullptr, nullptr, nullptr), SQLITE_OK);
+        }
+        AlarmDisplayConfig changed = sampleConfig();
+        changed.iPopDuration = 7;
+        c.change(changed);
+        EXPECT_FALSE(db.SaveAlarmDisplayConfig(changed));
+        if (other) {
+            sqlite3_exec(other, "ROLLBACK;", nullptr, nullptr, nullptr);
+            sqlite3_close(other);
+        }
+        EXPECT_EQ(rowsOf(dbPath()), before);
+        // The connection is usable afterwards: no transaction was left open.
+        exec(dbPath(), "DROP TRIGGER IF EXISTS refuse;");
+        AlarmDisplayConfig next = sampleConfig();
+        next.iPopDuration = 9;
+        EXPECT_TRUE(db.SaveAlarmDisplayConfig(next));
+        AlarmDisplayConfig loaded;
+        ASSERT_TRUE(db.LoadAlarmDisplayConfig(loaded));
+        EXPECT_EQ(loaded.iPopDuration, 9);
+    }
+}
+
+TEST_F(ConfigDBTest, LongPathsThatFitAreKept)
 {
     CBTConfigDB db(dbPath());
-    AlarmDisplayConfig c;
-    c.strNoMaskVoice = QString(700, QLatin1Char('a'));
-    c.strNormalVoice = QString(700, QLatin1Char('b'));
-    c.strAbnormalVoice = QString(700, QLatin1Char('c'));
-    EXPECT_FALSE(db.SaveAlarmDisplayConfig(c));
+    AlarmDisplayConfig c = sampleConfig();
+    c.strNoMaskVoice = QStringLiteral("/") + QString(550, QLatin1Char('n'));
+    c.strNormalVoice = QStringLiteral("/") + QString(550, QLatin1Char('m'));
+    c.strAbnormalVoice = QStringLiteral("/") + QString(550, QLatin1Char('a'));
+    ASSERT_TRUE(db.SaveAlarmDisplayConfig(c));
+    AlarmDisplayConfig loaded;
+    ASSERT_TRUE(db.LoadAlarmDisplayConfig(loaded));
+    EXPECT_TRUE(loaded == c);
+}
+
+TEST_F(ConfigDBTest, OutOfRangeDurationsReadAsTheDefault)
+{
+    const std::pair<const char*, int> rows[] = {{"-5", 5}, {"0", 5}, {"3000000", 5}, {"99999999999", 5},
+        {"'abc'", 5}, {"1801", 5}, {"-1", -1}, {"1", 1}, {"1800", 1800}};
+    CBTConfigDB db(dbPath());
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.first);
+        exec(dbPath(), "DELETE FROM TemperatureConfigure;");
+        const std::string insert = std::string("INSERT INTO TemperatureConfigure VALUES (1,1,1,1,1,1,") + row.first
+            + ",'a.wav','b.wav','c.wav',1,1,1);";
+        exec(dbPath(), insert.c_str());
+        AlarmDisplayConfig c;
+        ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
+        EXPECT_EQ(c.iPopDuration, row.second);
+        EXPECT_EQ(c.strNormalVoice, QStringLiteral("b.wav"));
+    }
 }
 
 TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)

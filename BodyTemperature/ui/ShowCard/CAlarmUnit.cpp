@@ -32,12 +32,15 @@ CAlarmUnit::CAlarmUnit(QWidget* parent) : CRightUnitBase(parent)
 
     m_pSecondPicLabel = new QLabel(this);
     m_pNameLabel = new QLabel(this);
+    // Person names come from the device's libraries: shown as typed, never as markup.
+    m_pNameLabel->setTextFormat(Qt::PlainText);
     m_pSimilarityLabel = new QLabel(this);
     m_pSimilarityLabel->setAlignment(Qt::AlignCenter);
     m_pSimilarityLabel->hide();
     m_pMaskRow = new QFrame(this);
     m_pMaskRow->setObjectName(QStringLiteral("m_pMaskRow"));
     m_pMaskTextLabel = new QLabel(m_pMaskRow);
+    m_pMaskTextLabel->setTextFormat(Qt::PlainText);
     m_pTemperatureLabel = new QLabel(this);
     m_pTemperatureLabel->setAlignment(Qt::AlignCenter);
     m_pTemperatureLabel->hide();

@@ -66,7 +66,9 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
         setFixedSize(630, 468);
         // The card is refilled for every pop-up: one title label at a time.
         delete m_pTitleLabel;
-        m_pTitleLabel = new QLabel(title, this);
+        m_pTitleLabel = new QLabel(this);
+        m_pTitleLabel->setTextFormat(Qt::PlainText);
+        m_pTitleLabel->setText(title);
         m_pTitleLabel->setObjectName(red ? QStringLiteral("m_pStaPopUpName") : QStringLiteral("m_pStaPopUpNameYellow"));
         m_pTitleLabel->setAlignment(Qt::AlignCenter);
     }

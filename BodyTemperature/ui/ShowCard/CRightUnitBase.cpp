@@ -12,6 +12,9 @@ CRightUnitBase::CRightUnitBase(QWidget* parent) : QFrame(parent)
     m_pFacePicLabel = new QLabel(this);
     m_pTimeLabel = new QLabel(this);
     m_pCameraLabel = new QLabel(this);
+    // Camera names come from devices: shown as typed, never as markup.
+    m_pTimeLabel->setTextFormat(Qt::PlainText);
+    m_pCameraLabel->setTextFormat(Qt::PlainText);
     m_pDetailBtn = new QPushButton(tr("ViewDetails"), this);
     m_pDetailBtn->setFlat(true);
     m_pDetailBtn->setCursor(Qt::PointingHandCursor);

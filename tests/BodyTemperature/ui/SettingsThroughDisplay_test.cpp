@@ -183,6 +183,21 @@ TEST_F(SettingsThroughDisplayTest, UncheckedTypesStopAtOnceAndAcrossARestartButR
         EXPECT_FALSE(box->isChecked()) << qPrintable(box->objectName());
 }
 
+TEST_F(SettingsThroughDisplayTest, AnAlarmTypeThatCannotBeSavedIsToldAndStillApplies)
+{
+    CBTShowWidget w;
+    showDisplay(w);
+    CTypeConfigPage* page = openTypePanel(w);
+    ASSERT_NE(page, nullptr);
+    {
+        settingstest::ReadOnlySettings readOnly;
+        clickBox(testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox"));
+    }
+    EXPECT_EQ(messages(), QStringList{QStringLiteral("SaveFailed")});
+    EXPECT_FALSE(accepted(w, record(100101)));
+    EXPECT_TRUE(reloaded().bFaceCapture);
+}
+
 TEST_F(SettingsThroughDisplayTest, ThePopUpPageChangesTheDisplayEvenWhenTheSaveFails)
 {
     for (bool readOnly : {false, true}) {

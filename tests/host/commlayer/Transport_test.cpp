@@ -1,10 +1,12 @@
 // Device requests over loopback against the emulator: answers, and the error
 // pair left behind by each kind of failure.
+#include <QFile>
 #include <QProcess>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "Base/Base.h"
+#include "Base/Log.h"
 #include "CapabilitySet/FaceDataLibraryCfg.h"
 #include "CapabilitySet/FaceDataRecordCfg.h"
 #include "commlayer/CDeviceDownloadsComm.h"
@@ -224,6 +226,10 @@ TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
         EXPECT_EQ(dvapi(c.id, "GET /DVAPI/Intelligent/FDLib\r\n", answer), c.error == 0);
         EXPECT_EQ(Base::Error::GetLastError().first, c.error);
     }
+    // The log names the transfer error instead of giving a bare number.
+    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("on device [UNTRUSTED] failed [29-0]: transfer error 60 (SSL peer certificate"));
 }
 
 } // namespace

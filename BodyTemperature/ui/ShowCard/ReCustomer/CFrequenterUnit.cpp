@@ -45,6 +45,7 @@ CFrequenterUnit::CFrequenterUnit(QWidget* parent) : CRightUnitBase(parent)
     m_pReCustomer = new QLabel(tr("RegularCustomer"), this);
     m_pReCustomer->setObjectName(QStringLiteral("m_pReCustomer"));
     m_pFacelibName = new QLabel(this);
+    m_pFacelibName->setTextFormat(Qt::PlainText);  // a library name from the device
     m_pFacelibName->setObjectName(QStringLiteral("m_pFacelibNameFre"));
     m_pTimeLabel->setObjectName(QStringLiteral("m_pTimeFre"));
     m_pCameraLabel->setObjectName(QStringLiteral("m_pCameraFre"));
