@@ -22,10 +22,8 @@ void usage()
     fprintf(stderr,
         "usage: devicesim [--listen ADDR] [--port N] [--channels N] [--rate EVENTS_PER_S] [--seed N]\n"
         "                 [--user NAME] [--password TEXT] [--db FILE] [--serial ID] [--log FILE]\n"
-        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N] [--keepalive-ms N]
-"
-        "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]
-");
+        "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N] [--keepalive-ms N]\n"
+        "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]\n");
 }
 
 bool parse(int argc, char** argv, devicesim::SimOptions& o)
