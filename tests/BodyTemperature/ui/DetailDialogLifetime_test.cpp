@@ -82,6 +82,8 @@ TEST_F(DetailLifetimeTest, BurstTrimsTheCardWhoseDialogIsOpen)
         shown = CameraShown(dialog);
         for (int i = 0; i < 50; ++i)
             w.DealAlarmInfo(Alarm(100 + i));
+        // Cards of a burst are built a few event-loop turns later.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return oldest.isNull() || !oldest->isVisible(); }, 5000));
         cardsDuring = rightList(w)->count() - 1;
         keptHidden = !oldest.isNull() && !oldest->isVisible();
         dialog->reject();

@@ -230,6 +230,8 @@ TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList
             for (int i = 1; i <= 50; ++i)
                 w.DealAlarmInfo(returning("R" + std::to_string(i)));
             pushed = true;
+            // Cards of a burst are built a few event-loop turns later.
+            EXPECT_TRUE(QTest::qWaitFor([&] { return card.isNull() || card->isHidden(); }, 5000));
             EXPECT_FALSE(card.isNull()) << "trimmed but held";
             EXPECT_TRUE(!card.isNull() && card->isHidden()) << "no longer listed";
             return false;
