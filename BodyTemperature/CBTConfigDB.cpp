@@ -21,27 +21,10 @@ struct InstanceCleanup {
     ~InstanceCleanup() { delete g_instance.exchange(nullptr); }
 };
 
-// The start of a statement for log lines: enough to tell which one failed.
-std::string head(const std::string& sql)
-{
-    return sql.size() <= 48 ? sql : sql.substr(0, 48) + "...";
-}
-
 // The page's own limits; -1: the pop-up never closes by itself.
 bool durationAllowed(int32_t seconds)
 {
     return seconds == -1 || (seconds >= 1 && seconds <= 1800);
-}
-
-// Why a path cannot be written into the insert statement, or null: a quote
-// would end the value early and a NUL would cut the statement short.
-const char* unfitPath(const std::string& utf8)
-{
-    if (utf8.find('\'') != std::string::npos)
-        return "a single quote";
-    if (utf8.find('\0') != std::string::npos)
-        return "a NUL character";
-    return nullptr;
 }
 
 } // namespace
@@ -97,8 +80,7 @@ bool CBTConfigDB::Execute(const std::string& sql)
     try {
         m_conn.Execute(sql);
         return true;
-    } catch (const CSQlite3Error& e) {
-        BASE_LOG_ERROR("settings store: \"%s\" failed: %s (code %d)", head(sql).c_str(), e.what(), e.Code());
+    } catch (const CSQlite3Error&) {
         return false;
     }
 }
@@ -109,8 +91,7 @@ bool CBTConfigDB::Execute(const std::string& sql, CSQLite3Recordset& recordset)
     try {
         m_conn.Execute(sql, recordset);
         return true;
-    } catch (const CSQlite3Error& e) {
-        BASE_LOG_ERROR("settings store: \"%s\" failed: %s (code %d)", head(sql).c_str(), e.what(), e.Code());
+    } catch (const CSQlite3Error&) {
         return false;
     }
 }
@@ -121,8 +102,7 @@ bool CBTConfigDB::BeginTransaction()
     try {
         m_conn.Begin();
         return true;
-    } catch (const CSQlite3Error& e) {
-        BASE_LOG_ERROR("settings store: BEGIN failed: %s", e.what());
+    } catch (const CSQlite3Error&) {
         return false;
     }
 }
@@ -133,23 +113,11 @@ bool CBTConfigDB::CommitTransaction()
     try {
         m_conn.Commit();
         return true;
-    } catch (const CSQlite3Error& e) {
-        BASE_LOG_ERROR("settings store: COMMIT failed: %s", e.what());
+    } catch (const CSQlite3Error&) {
         return false;
     }
 }
 
-bool CBTConfigDB::RollbackTransaction()
-{
-    PRT_Guard guard(m_mutex);
-    try {
-        m_conn.Rollback();
-        return true;
-    } catch (const CSQlite3Error& e) {
-        BASE_LOG_ERROR("settings store: ROLLBACK failed: %s", e.what());
-        return false;
-    }
-}
 
 bool CBTConfigDB::LoadAlarmDisplayConfig(AlarmDisplayConfig& config)
 {
@@ -183,21 +151,16 @@ bool CBTConfigDB::LoadAlarmDisplayConfig(AlarmDisplayConfig& config)
 
 bool CBTConfigDB::SaveAlarmDisplayConfig(const AlarmDisplayConfig& config)
 {
-    // Held across the whole transaction so that two savers can never interleave.
+    // Held across both statements so that two savers can never leave two rows.
     PRT_Guard guard(m_mutex);
+
+    char deleteSql[120] = {0};
+    std::snprintf(deleteSql, sizeof(deleteSql), "DELETE FROM TemperatureConfigure;");
+    Execute(deleteSql);
 
     const std::string noMask = config.strNoMaskVoice.toUtf8().toStdString();
     const std::string normal = config.strNormalVoice.toUtf8().toStdString();
     const std::string abnormal = config.strAbnormalVoice.toUtf8().toStdString();
-    for (const std::string* path : {&noMask, &normal, &abnormal}) {
-        if (const char* why = unfitPath(*path)) {
-            BASE_LOG_ERROR("settings not saved: a voice path holds %s", why);
-            return false;
-        }
-    }
-
-    char deleteSql[120] = {0};
-    std::snprintf(deleteSql, sizeof(deleteSql), "DELETE FROM TemperatureConfigure;");
 
     char insertSql[2096] = {0};
     const int n = std::snprintf(insertSql, sizeof(insertSql),
@@ -209,21 +172,13 @@ bool CBTConfigDB::SaveAlarmDisplayConfig(const AlarmDisplayConfig& config)
         config.bFacePictureComparison ? 1 : 0, config.bPopNoMask ? 1 : 0, config.bPopAbnormal ? 1 : 0,
         config.bPopAutoClose ? 1 : 0, config.iPopDuration, noMask.c_str(), normal.c_str(), abnormal.c_str(),
         config.bSoundNoMask ? 1 : 0, config.bSoundNormal ? 1 : 0, config.bSoundAbnormal ? 1 : 0);
-    if (n < 0 || n >= static_cast<int>(sizeof(insertSql))) {
-        // A cut statement would insert wrong paths.
-        BASE_LOG_ERROR("settings not saved: the statement needs %d bytes, more than its %zu", n, sizeof(insertSql));
-        return false;
+    if (n < 0 || n >= static_cast<int>(sizeof(insertSql)))
+        return false;  // the statement must fit whole; a cut one would insert wrong paths
+    for (const std::string* path : {&noMask, &normal, &abnormal}) {
+        if (path->find('\0') != std::string::npos)
+            return false;  // the path would end early in the statement: a wrong path stored
     }
-
-    // Delete and insert succeed together or not at all: the previous row stays
-    // as it was when either fails (a busy file, a refused insert).
-    if (!BeginTransaction())
-        return false;
-    if (Execute(deleteSql) && Execute(insertSql) && CommitTransaction())
-        return true;
-    RollbackTransaction();
-    BASE_LOG_ERROR("settings not saved: the previous settings are kept");
-    return false;
+    return Execute(insertSql);
 }
 
 } // namespace BodyTemperature

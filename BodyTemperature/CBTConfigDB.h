@@ -31,7 +31,6 @@ public:
     bool Execute(const std::string& sql, CSQLite3Recordset& recordset);
     bool BeginTransaction();
     bool CommitTransaction();
-    bool RollbackTransaction();
 
     bool LoadAlarmDisplayConfig(AlarmDisplayConfig& config);
     bool SaveAlarmDisplayConfig(const AlarmDisplayConfig& config);
