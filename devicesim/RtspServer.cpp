@@ -26,7 +26,7 @@ struct StreamSpec {
 
 // One playing media: its own frame clock.
 struct Playing {
-    StreamSpec spec;
+    StreamSpec format;
     std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     long long frameNo = 0;
 };
@@ -34,15 +34,15 @@ struct Playing {
 void onNeedData(GstElement* appsrc, guint, gpointer user)
 {
     auto* p = static_cast<Playing*>(user);
-    const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->spec.fps));
+    const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->format.fps));
     std::this_thread::sleep_until(due);
     // Time stamps from the frame count: a late frame keeps its place instead of
     // sharing a stamp with the next one.
-    const GstClockTime duration = GST_SECOND / guint64(std::max(1, p->spec.fps));
+    const GstClockTime duration = GST_SECOND / guint64(std::max(1, p->format.fps));
     const GstClockTime pts = GstClockTime(p->frameNo) * duration;
     ++p->frameNo;
-    const QImage img = PictureFactory::frameImage(p->spec.channel, QStringLiteral("Channel %1").arg(p->spec.channel),
-        QDateTime::currentMSecsSinceEpoch(), p->spec.width, p->spec.height);
+    const QImage img = PictureFactory::frameImage(p->format.channel, QStringLiteral("Channel %1").arg(p->format.channel),
+        QDateTime::currentMSecsSinceEpoch(), p->format.width, p->format.height);
     const gsize size = gsize(img.sizeInBytes());
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, size, nullptr);
     gst_buffer_fill(buffer, 0, img.constBits(), size);
@@ -53,10 +53,10 @@ void onNeedData(GstElement* appsrc, guint, gpointer user)
 
 void onMediaConfigure(GstRTSPMediaFactory*, GstRTSPMedia* media, gpointer user)
 {
-    const auto* spec = static_cast<const StreamSpec*>(user);
+    const auto* format = static_cast<const StreamSpec*>(user);
     GstElement* element = gst_rtsp_media_get_element(media);
     GstElement* appsrc = gst_bin_get_by_name_recurse_up(GST_BIN(element), "src");
-    auto* playing = new Playing{*spec};
+    auto* playing = new Playing{*format};
     g_object_set_data_full(G_OBJECT(media), "bt-playing", playing, [](gpointer p) { delete static_cast<Playing*>(p); });
     g_signal_connect(appsrc, "need-data", G_CALLBACK(onNeedData), playing);
     gst_object_unref(appsrc);
@@ -98,7 +98,7 @@ struct RtspServer::Gst {
     GMainContext* context = nullptr;
     GMainLoop* loop = nullptr;
     GstRTSPServer* server = nullptr;
-    std::vector<std::unique_ptr<StreamSpec>> specs;  // referenced by the factories' signal handlers
+    std::vector<std::unique_ptr<StreamSpec>> formats;  // referenced by the factories' signal handlers
 
     ~Gst()
     {
@@ -140,15 +140,15 @@ bool RtspServer::start(std::string& error)
     for (int ch = 1; ch <= m_opts.channels; ++ch) {
         for (const bool main : {true, false}) {
             for (const bool h265 : {false, true}) {
-                m_gst->specs.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, main ? kMainWidth : kSubWidth,
+                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, main ? kMainWidth : kSubWidth,
                     main ? kMainHeight : kSubHeight, m_opts.videoFps}));
                 GstRTSPMediaFactory* factory = gst_rtsp_media_factory_new();
-                gst_rtsp_media_factory_set_launch(factory, Launch(*m_gst->specs.back(), h265).c_str());
+                gst_rtsp_media_factory_set_launch(factory, Launch(*m_gst->formats.back(), h265).c_str());
                 // One encoder for every client of a stream; gone when the last one leaves.
                 gst_rtsp_media_factory_set_shared(factory, TRUE);
                 gst_rtsp_media_factory_add_role(factory, "viewer", GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN,
                     TRUE, GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
-                g_signal_connect(factory, "media-configure", G_CALLBACK(onMediaConfigure), m_gst->specs.back().get());
+                g_signal_connect(factory, "media-configure", G_CALLBACK(onMediaConfigure), m_gst->formats.back().get());
                 const std::string path = "/ch" + std::to_string(ch) + (h265 ? "/h265/" : "/h264/") + (main ? "main" : "sub");
                 gst_rtsp_mount_points_add_factory(mounts, path.c_str(), factory);
             }
