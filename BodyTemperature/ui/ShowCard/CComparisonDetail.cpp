@@ -16,15 +16,6 @@ namespace {
 
 const char* const kDefaultFace = ":/reCustomer/Images/AIShowPlugin/reCustomer/DefaultFaceBig.png";
 
-const QString& ModuleStyleSheet()
-{
-    static const QString s_sheet = [] {
-        QFile file(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }();
-    return s_sheet;
-}
-
 QPixmap DefaultPicture(const QSize& size)
 {
     return QPixmap(QString::fromLatin1(kDefaultFace)).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -51,7 +42,7 @@ CComparisonDetail::CComparisonDetail(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), m_ui(std::make_unique<CComparisonDetailForm>())
 {
     m_ui->setupUi(this);
-    setStyleSheet(ModuleStyleSheet());
+    setStyleSheet(CardStyle::ModuleStyleSheet());
     connect(m_ui->m_pCloseBtn, &QPushButton::clicked, this, &QDialog::reject);
 }
 

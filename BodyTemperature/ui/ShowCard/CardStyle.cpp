@@ -1,5 +1,6 @@
 #include "ui/ShowCard/CardStyle.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QStyle>
 #include <charconv>
@@ -134,6 +135,15 @@ void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QStri
     }
     badge->setText(TemperatureText(value) + QLatin1Char(' ') + unitText);
     badge->show();
+}
+
+const QString& ModuleStyleSheet()
+{
+    static const QString sheet = [] {
+        QFile file(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }();
+    return sheet;
 }
 
 } // namespace CardStyle

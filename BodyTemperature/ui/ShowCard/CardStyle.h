@@ -17,6 +17,8 @@ QString LevelColour(uint32_t alarmType);
 // Applies the style sheet again, for a widget whose object name changed.
 void Repolish(QWidget* w);
 void SetBold(QWidget* w);
+// The module's style sheet, read from its resource once.
+const QString& ModuleStyleSheet();
 
 // Gives `w` the object name and, when the name changed, polishes it again so
 // the style sheet's rules for the new name apply.

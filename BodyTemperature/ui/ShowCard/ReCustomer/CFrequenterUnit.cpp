@@ -13,6 +13,7 @@
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CBottomWidget.h"
 #include "ui/ShowCard/CCardHold.h"
+#include "ui/ShowCard/CardStyle.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
 #include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
@@ -24,15 +25,6 @@ namespace BodyTemperature {
 namespace {
 
 const QSize kPicture(120, 160);
-
-const QString& ModuleStyleSheet()
-{
-    static const QString sheet = [] {
-        QFile file(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }();
-    return sheet;
-}
 
 } // namespace
 
@@ -68,7 +60,7 @@ CFrequenterUnit::CFrequenterUnit(QWidget* parent) : CRightUnitBase(parent)
     m_pDetailBtn->setFont(bold);
     m_pReCustomer->setFont(bold);
 
-    setStyleSheet(ModuleStyleSheet());
+    setStyleSheet(CardStyle::ModuleStyleSheet());
 }
 
 CFrequenterUnit::~CFrequenterUnit()
