@@ -116,9 +116,13 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
             m_pNameLabel->setText(tr("FaceTemperatureCaptureJLMWvg"));
             // Temperature captures stand out on their own card background (a
             // rule of the module style sheet on this property). A style sheet
-            // of the card's own would re-polish every label of the card.
-            setProperty("temperatureCapture", true);
-            CardStyle::Repolish(this);
+            // of the card's own would re-polish every label of the card. The
+            // background is drawn for the list card's size: the pop-up keeps
+            // its own alarm frame whatever event it shows.
+            if (!bLarge) {
+                setProperty("temperatureCapture", true);
+                CardStyle::Repolish(this);
+            }
             break;
         default:
             m_pNameLabel->setText(QStringLiteral("/"));

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSpacerItem>
-#include <QVariant>
 
 #include "ui/ShowCard/CardStyle.h"
 
@@ -42,12 +41,6 @@ CPopUpUnit::~CPopUpUnit() = default;
 void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
-    // The list cards' temperature-capture background is drawn for their size;
-    // the pop-up keeps its own alarm frame whatever event it shows.
-    if (property("temperatureCapture").toBool()) {
-        setProperty("temperatureCapture", false);
-        CardStyle::Repolish(this);
-    }
 
     if (m_info.popType == 1 || m_info.popType == 2) {
         const bool red = m_info.popType == 1;
@@ -61,7 +54,6 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
         m_pMaskTextLabel->setObjectName(QStringLiteral("m_pFacelibName%1Big").arg(colour));
         m_pCameraLabel->setObjectName(QStringLiteral("m_pCamera%1Big").arg(colour));
         m_pTimeLabel->setObjectName(QStringLiteral("m_pTime%1Big").arg(colour));
-        CardStyle::Repolish(this);
         CardStyle::Repolish(m_pDetailBtn);
         setFixedSize(630, 468);
         // The card is refilled for every pop-up: one title label at a time.

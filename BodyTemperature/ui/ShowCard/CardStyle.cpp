@@ -22,6 +22,10 @@ QString LevelColour(uint32_t alarmType)
 
 void Repolish(QWidget* w)
 {
+    // A widget not polished yet takes the rules for its current name and
+    // properties when it is first shown; polishing it now would be done twice.
+    if (!w->testAttribute(Qt::WA_WState_Polished))
+        return;
     w->style()->unpolish(w);
     w->style()->polish(w);
 }
@@ -67,6 +71,14 @@ const char* const kBigBadge[] = {":/icons/Images/BodyTemperature/icons/R-temp1.p
                                  ":/icons/Images/BodyTemperature/icons/Y-temp1.png",
                                  ":/icons/Images/BodyTemperature/icons/G-temp1.png"};
 
+// The pop-up is refilled for every event, mostly with the same badge and icon:
+// setting an equal style sheet again would still parse it and re-polish.
+void SetSheet(QWidget* w, const QString& sheet)
+{
+    if (w->styleSheet() != sheet)
+        w->setStyleSheet(sheet);
+}
+
 QString ByState(const char* const (&pictures)[3], uint32_t state)
 {
     return state < 3 ? QString::fromLatin1(pictures[state]) : QString();
@@ -97,7 +109,7 @@ void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
         icon->hide();
         return;
     }
-    icon->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture + QStringLiteral(");}"));
+    SetSheet(icon, QStringLiteral("QLabel{border-image: url(") + picture + QStringLiteral(");}"));
     icon->show();
 }
 
@@ -110,7 +122,7 @@ void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState)
         icon->hide();
         return;
     }
-    icon->setStyleSheet(QStringLiteral("border-image: url(") + picture + QStringLiteral(");"));
+    SetSheet(icon, QStringLiteral("border-image: url(") + picture + QStringLiteral(");"));
     icon->show();
 }
 
@@ -121,11 +133,11 @@ void ApplyTemperatureBadge(QLabel* badge, uint32_t temperatureState, const QStri
         return;
     const QString picture = ByState(big ? kBigBadge : kBadge, temperatureState);
     if (big)
-        badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
+        SetSheet(badge, QStringLiteral("QLabel{border-image: url(") + picture
                              + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:32px;color: #FFFFFF;"
                                               "letter-spacing: 1.78px;}"));
     else
-        badge->setStyleSheet(QStringLiteral("QLabel{border-image: url(") + picture
+        SetSheet(badge, QStringLiteral("QLabel{border-image: url(") + picture
                              + QStringLiteral(");font-family: Helvetica;font-weight:bold;font-size:18px;color: #FFFFFF;"
                                               "letter-spacing: 0.89px;}"));
     const double value = LeadingNumber(temperatureText);

@@ -14,7 +14,9 @@ namespace CardStyle {
 // "Red", "Yellow", "Blue", "Green" for the colour levels 0..3; empty otherwise.
 QString LevelColour(uint32_t alarmType);
 
-// Applies the style sheet again, for a widget whose object name changed.
+// Applies the style sheet again, for a widget whose object name or styled
+// property changed; nothing for a widget not polished yet (never shown), which
+// gets the rules when it is.
 void Repolish(QWidget* w);
 void SetBold(QWidget* w);
 // The module's style sheet, read from its resource once.
