@@ -113,7 +113,28 @@ QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
     const QImage image = Image(source);
     if (image.isNull())
         return QPixmap();
-    const QPixmap pixmap = QPixmap::fromImage(image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    const auto smooth = [](const QImage& from, const QSize& to) {
+        return from.scaled(to, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const bool big = image.width() > kLargestCard.width() && image.height() > kLargestCard.height();
+    const bool smaller = size.width() < kLargestCard.width() && size.height() < kLargestCard.height();
+    QImage scaled;
+    if (big && (smaller || size == kLargestCard)) {
+        QImage largest;
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            largest = EntryFor(source).largestCard;
+        }
+        if (largest.isNull()) {
+            largest = smooth(image, kLargestCard);
+            std::lock_guard<std::mutex> lock(m_mutex);
+            EntryFor(source).largestCard = largest;
+        }
+        scaled = size == kLargestCard ? largest : smooth(largest, size);
+    } else {
+        scaled = smooth(image, size);
+    }
+    const QPixmap pixmap = QPixmap::fromImage(std::move(scaled));
     std::lock_guard<std::mutex> lock(m_mutex);
     EntryFor(source).scaled.emplace_back(size, pixmap);
     return pixmap;
@@ -128,8 +149,10 @@ int CEventPictures::DecodeCount() const
 void CEventPictures::ReleaseImages()
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    for (Entry& e : m_entries)
+    for (Entry& e : m_entries) {
         e.image = QImage();
+        e.largestCard = QImage();
+    }
 }
 
 void CEventPictures::NoteRecentlyDecoded()

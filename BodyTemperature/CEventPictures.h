@@ -35,6 +35,8 @@ struct PictureSource {
 class CEventPictures final : public std::enable_shared_from_this<CEventPictures> {
 public:
     static constexpr int kKeptEvents = 4;
+    // The face picture of the pop-up card, the largest an event shows.
+    static constexpr QSize kLargestCard{182, 242};
 
     CEventPictures() = default;
     CEventPictures(const CEventPictures&) = delete;
@@ -51,7 +53,10 @@ public:
     QImage Image(const PictureSource& source);
     // The picture if it was decoded already and is still kept; never decodes.
     QImage CachedImage(const PictureSource& source);
-    // Image() scaled to exactly `size`, aspect ratio ignored, smooth.
+    // Image() scaled to exactly `size`, aspect ratio ignored, smooth. When the
+    // picture is larger than kLargestCard both ways, a smaller card's picture
+    // is scaled from the kLargestCard one, scaled once per picture: the big
+    // decode is then scaled once per event, not once per card.
     QPixmap Scaled(const PictureSource& source, const QSize& size);
 
     // Number of decodes done so far (diagnostics and tests).
@@ -66,6 +71,7 @@ private:
         bool decoded = false;
         bool failed = false;
         QImage image;
+        QImage largestCard;  // image scaled to kLargestCard, the base of smaller cards
         std::vector<std::pair<QSize, QPixmap>> scaled;
     };
 
