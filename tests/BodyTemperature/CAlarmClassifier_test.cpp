@@ -4,36 +4,19 @@
 #include <gtest/gtest.h>
 
 #include "CAlarmClassifier.h"
+#include "ui/DashboardRecords.h"
 
 using namespace BodyTemperature;
 using Action = AlarmDecision::Action;
 
 namespace {
 
-constexpr uint32_t kTemperatureCapture = 100119;
-
-AlarmDisplayConfig voiceConfig()
-{
-    AlarmDisplayConfig c;
-    c.strNoMaskVoice = QStringLiteral("/voice/no_mask.wav");
-    c.strNormalVoice = QStringLiteral("/voice/normal.wav");
-    c.strAbnormalVoice = QStringLiteral("/voice/abnormal.wav");
-    return c;
-}
+using dashtest::kTemperatureCapture;
+using dashtest::voiceConfig;
 
 publicdatacontroller::IntelAlarmEventInfo record(uint32_t eventType, uint32_t enabled, uint32_t anomaly, uint32_t mask)
 {
-    protocol::IntelAlarmFaceInfo f;
-    f.TemperatureEnabled = enabled;
-    f.TemperatureAnomaly = anomaly;
-    f.Mask = mask;
-    publicdatacontroller::IntelAlarmEventInfo r;
-    r.eventType = eventType;
-    if (eventType == 100101 || eventType == kTemperatureCapture)
-        r.faceInfoList.push_back(f);
-    else
-        r.faceInfo = f;
-    return r;
+    return dashtest::record(eventType, dashtest::face(enabled, anomaly, mask, false));
 }
 
 enum Voice { None, NoMask, Normal, Abnormal };

@@ -51,13 +51,14 @@ JournalEvent numbered(int64_t time, int n)
     return e;
 }
 
-int userVersion(const QString& path)
+// One PRAGMA read outside the code under test.
+QString pragma(const QString& path, const char* sql)
 {
     sqlite3* db = nullptr;
     sqlite3_open(QFile::encodeName(path).constData(), &db);
     sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(db, "PRAGMA user_version", -1, &st, nullptr);
-    const int v = sqlite3_step(st) == SQLITE_ROW ? sqlite3_column_int(st, 0) : -1;
+    sqlite3_prepare_v2(db, sql, -1, &st, nullptr);
+    const QString v = sqlite3_step(st) == SQLITE_ROW ? QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))) : QString();
     sqlite3_finalize(st);
     sqlite3_close(db);
     return v;
@@ -150,7 +151,7 @@ TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
             journal.Append(numbered(now, run * 3 + i));
         ASSERT_TRUE(journal.Flush());
     }
-    EXPECT_EQ(userVersion(path), CJournalDatabase::kSchemaVersion);
+    EXPECT_EQ(pragma(path, "PRAGMA user_version").toInt(), CJournalDatabase::kSchemaVersion);
     const std::vector<JournalEvent> rows = readAll(path);
     ASSERT_EQ(rows.size(), 7u);
     EXPECT_EQ(rows[0].personName, "old");
@@ -318,12 +319,10 @@ TEST_F(JournalTest, KillNineLosesAtMostTheLastBatch)
             handedOver = child.readLine().trimmed().toInt();
         return handedOver >= 1500;
     }, 20000));
-    const qint64 killedAt = QDateTime::currentMSecsSinceEpoch();
     child.kill();  // SIGKILL
     ASSERT_TRUE(child.waitForFinished());
     while (child.canReadLine())
         handedOver = std::max(handedOver, child.readLine().trimmed().toInt());
-    (void)killedAt;
 
     const std::vector<JournalEvent> rows = readAll(path);
     // A prefix without holes, and no more than about a second of rows missing.
@@ -331,14 +330,7 @@ TEST_F(JournalTest, KillNineLosesAtMostTheLastBatch)
         ASSERT_EQ(rows[i].personName, std::to_string(i));
     EXPECT_GE(int(rows.size()), handedOver - 1000);
     EXPECT_GT(rows.size(), 0u);
-    sqlite3* db = nullptr;
-    sqlite3_open(QFile::encodeName(path).constData(), &db);
-    sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &st, nullptr);
-    ASSERT_EQ(sqlite3_step(st), SQLITE_ROW);
-    EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(st, 0)), "ok");
-    sqlite3_finalize(st);
-    sqlite3_close(db);
+    EXPECT_EQ(pragma(path, "PRAGMA integrity_check"), QStringLiteral("ok"));
 }
 
 } // namespace

@@ -51,20 +51,6 @@ protected:
     CameraModel* model = nullptr;
 };
 
-TEST_F(CameraTreeTest, ModelHoldsAreasWithTheirCameras)
-{
-    ASSERT_EQ(model->rowCount(), 2);
-    EXPECT_EQ(model->index(0, 0).data(RoleNodeType).toInt(), 1);
-    EXPECT_EQ(model->rowCount(model->index(0, 0)), 2);
-    EXPECT_EQ(model->rowCount(model->index(1, 0)), 1);
-    const QModelIndex cam = Camera("DEV1-CH3");
-    EXPECT_EQ(cam.data(RoleNodeType).toInt(), 2);
-    EXPECT_EQ(cam.data(UiDataController::RoleCameraID).toString(), QStringLiteral("DEV1-CH3"));
-    EXPECT_EQ(cam.parent(), model->index(1, 0));
-    EXPECT_EQ(model->headerData(0, Qt::Horizontal, Qt::TextAlignmentRole).toInt(), 129);
-    EXPECT_FALSE(Camera("nope").isValid());
-}
-
 TEST_F(CameraTreeTest, LaterRowsCarryTheGroupTooltipOnlyTheFirstIsDecorated)
 {
     // Cameras present at construction: "Preview"; cameras that arrive later

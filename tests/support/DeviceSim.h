@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <arpa/inet.h>
 #include <csignal>
+#include <memory>
 #include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -15,6 +16,7 @@
 
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CDataStatisticsComm.h"
+#include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 
 namespace testsupport {
@@ -56,7 +58,7 @@ public:
     // port 0: a free one; otherwise that port (a restart of the same device, same database).
     bool start(int port = 0)
     {
-        m_port = port != 0 ? port : freePort();
+        m_port = port != 0 ? port : FreePort();
         QStringList args = QStringLiteral("--listen 127.0.0.1 --channels 4 --rate 0 --seed 11 --serial TEST0001")
                                .split(QLatin1Char(' '));
         args << QStringLiteral("--port") << QString::number(m_port)
@@ -140,23 +142,27 @@ private:
         return ok;
     }
 
-    static int freePort()
-    {
-        sockaddr_in addr;
-        const int fd = loopbackSocket(0, addr);
-        socklen_t len = sizeof addr;
-        int port = 0;
-        if (::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0
-            && ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0)
-            port = ntohs(addr.sin_port);
-        ::close(fd);
-        return port;
-    }
-
     QTemporaryDir m_dir;
     QStringList m_extra;
     QProcess m_proc;
     int m_port = 0;
+};
+
+// One emulator shared by the tests of a suite, the host's only device; faults a
+// test injects are cleared after it. A suite that needs emulator options
+// defines its own SetUpTestSuite calling startSim with them.
+class SimTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { startSim(); }
+    static void TearDownTestSuite() { s_sim.reset(); }
+    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
+    static void startSim(const QStringList& extra = QStringList())
+    {
+        s_sim = std::make_unique<DeviceSim>(extra);
+        ASSERT_TRUE(s_sim->start());
+        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
+    }
+    static inline std::unique_ptr<DeviceSim> s_sim;
 };
 
 } // namespace testsupport

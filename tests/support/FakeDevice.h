@@ -4,17 +4,17 @@
 // request and writes whatever it likes (endless bodies, nothing at all).
 // Scripts must return once stopping() turns true; the destructor closes the
 // socket, waits for every connection thread and closes their sockets.
-#include <arpa/inet.h>
 #include <atomic>
 #include <cerrno>
 #include <functional>
 #include <mutex>
-#include <netinet/in.h>
 #include <string>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
+
+#include "support/LoopbackStream.h"
 
 namespace testsupport {
 
@@ -24,22 +24,12 @@ public:
 
     explicit FakeDevice(Script script) : m_script(std::move(script))
     {
-        m_fd = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof a);
-        socklen_t len = sizeof a;
-        ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
-        m_port = ntohs(a.sin_port);
-        ::listen(m_fd, 16);
-        m_accept = std::thread([this] { acceptLoop(); });
+        m_accept = std::thread([this, fd = m_socket.fd()] { acceptLoop(fd); });
     }
     ~FakeDevice()
     {
         m_stop = true;
-        ::shutdown(m_fd, SHUT_RDWR);
-        ::close(m_fd);
+        m_socket.Close();
         m_accept.join();
         std::lock_guard<std::mutex> lock(m_mutex);
         for (auto& t : m_threads)
@@ -48,7 +38,7 @@ public:
     FakeDevice(const FakeDevice&) = delete;
     FakeDevice& operator=(const FakeDevice&) = delete;
 
-    int port() const { return m_port; }
+    int port() const { return m_socket.port(); }
     bool stopping() const { return m_stop; }
     int connections() const { return m_connections; }
 
@@ -88,10 +78,10 @@ public:
     }
 
 private:
-    void acceptLoop()
+    void acceptLoop(int listening)
     {
         while (!m_stop) {
-            const int fd = ::accept(m_fd, nullptr, nullptr);
+            const int fd = ::accept(listening, nullptr, nullptr);
             if (fd < 0)
                 return;
             ++m_connections;
@@ -109,8 +99,7 @@ private:
     }
 
     Script m_script;
-    int m_fd = -1;
-    int m_port = 0;
+    ListeningSocket m_socket;
     std::atomic<bool> m_stop{false};
     std::atomic<int> m_connections{0};
     std::thread m_accept;

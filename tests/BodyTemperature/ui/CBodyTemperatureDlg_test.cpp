@@ -1,6 +1,6 @@
 // The dashboard page as the host builds it: tree proxy, folding the left
-// panel, the statistics title fed from the host's alarm source, the camera tree.
-#include <QLabel>
+// panel, the right-hand list, the camera tree, the module's scroll bars
+// (the statistics title fed from the host is covered by AlarmBurst_test).
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -8,7 +8,6 @@
 #include <memory>
 #include <gtest/gtest.h>
 
-#include "AlarmListener.h"
 #include "Base/CSingleton.h"
 #include "CAppRscManager.h"
 #include "CameraModel.h"
@@ -16,9 +15,7 @@
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CDeviceStateNotifier.h"
-#include "publicdatacontroller/AlarmTransfer.h"
 #include "support/LoopbackStream.h"
-#include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/ShowCard/CRightUnitBase.h"
@@ -44,12 +41,6 @@ protected:
         ASSERT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
         CVoicePlayer::SetSink({});
     }
-    QString label(const char* name) const
-    {
-        const auto* l = m_dlg->findChild<BodyTemperature::BTShowTitle*>()->findChild<QLabel*>(QString::fromLatin1(name));
-        return l != nullptr ? l->text() : QString();
-    }
-
     std::unique_ptr<CBodyTemperatureDlg> m_dlg;
 };
 
@@ -81,38 +72,6 @@ TEST_F(DashboardDlgTest, ShrinkButtonStaysBesideTheLeftPanel)
     expectAt("m_pShrinkPushButtonrTol", false);
 }
 
-TEST_F(DashboardDlgTest, AlarmsFromTheHostReachTheTitle)
-{
-    m_dlg->SetAlarmListening(true);
-    ASSERT_TRUE(m_dlg->findChild<BodyTemperature::AlarmListener*>()->isListening());
-    const auto publish = [](const publicdatacontroller::IntelAlarmEventInfo& r) {
-        Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(
-            std::make_shared<publicdatacontroller::CIntelAlarmObject>(r));
-    };
-    // Each capture has its own picture id: the listener drops repeats.
-    publicdatacontroller::IntelAlarmEventInfo abnormalNoMask = record(kTemperatureCapture, face(1, 1, 1), "A");
-    abnormalNoMask.faceInfoList.front().facePicID = 101;
-    publish(abnormalNoMask);
-    ASSERT_TRUE(testsupport::waitUntil([&] { return label("labelAllNum") == QStringLiteral("1"); }));
-    EXPECT_EQ(label("labelAbnormal"), QStringLiteral("1"));
-    EXPECT_EQ(label("labelNoMask"), QStringLiteral("1"));
-    EXPECT_EQ(label("labelNormal"), QStringLiteral("0"));
-
-    // A returning person raises only the total.
-    m_dlg->RestorePlayingCameras({QStringLiteral("CAM1")});
-    publish(record(kReturning, face(1, 1, 1), "R"));
-    ASSERT_TRUE(testsupport::waitUntil([&] { return label("labelAllNum") == QStringLiteral("2"); }));
-    EXPECT_EQ(label("labelAbnormal"), QStringLiteral("1"));
-    EXPECT_EQ(label("labelNoMask"), QStringLiteral("1"));
-
-    // Leaving the page stops the intake.
-    m_dlg->SetAlarmListening(false);
-    abnormalNoMask.faceInfoList.front().facePicID = 102;
-    publish(abnormalNoMask);
-    testsupport::pump(50);
-    EXPECT_EQ(label("labelAllNum"), QStringLiteral("2"));
-}
-
 // On the full page every card of the right-hand list has its own fixed size
 // and lies wholly inside the list, whose horizontal scroll bar is off.
 TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
@@ -127,14 +86,17 @@ TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
     noFace.faceInfoList.clear();
     m_dlg->onNewAlarmComing(noFace);
     m_dlg->onNewAlarmComing(record(kReturning, face(1, 0, 2), "R"));
-    testsupport::pump();
 
     auto* area = m_dlg->findChild<QScrollArea*>(QStringLiteral("m_pRightScrollArea"));
     ASSERT_NE(area, nullptr);
     QWidget* list = area->widget();
-    const QList<BodyTemperature::CRightUnitBase*> cards =
-        list->findChildren<BodyTemperature::CRightUnitBase*>(QString(), Qt::FindDirectChildrenOnly);
-    ASSERT_EQ(cards.size(), 4);
+    const auto cardsOf = [list] {
+        return list->findChildren<BodyTemperature::CRightUnitBase*>(QString(), Qt::FindDirectChildrenOnly);
+    };
+    // On a busy machine the cards of a burst are built a few event-loop turns later.
+    ASSERT_TRUE(testsupport::waitUntil([&] { return cardsOf().size() == 4; })) << cardsOf().size();
+    testsupport::pump();
+    const QList<BodyTemperature::CRightUnitBase*> cards = cardsOf();
     EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
     for (const BodyTemperature::CRightUnitBase* card : cards) {
         SCOPED_TRACE(qPrintable(card->objectName()));

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QToolButton>
+#include <QValidator>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -62,6 +63,11 @@ TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZero)
         QTest::keyClicks(edit, QString::fromLatin1(r.typed));
         EXPECT_EQ(edit->text(), QString::fromLatin1(r.expected)) << r.start << " + " << r.typed;
     }
+    // An Arabic-Indic five is a digit, but not one the settings store.
+    ASSERT_NE(edit->validator(), nullptr);
+    QString otherDigit = QString::fromUtf8("\xd9\xa5");
+    int pos = 1;
+    EXPECT_EQ(edit->validator()->validate(otherDigit, pos), QValidator::Invalid);
 }
 
 TEST_F(PopConfigPageTest, NothingCanBePasted)

@@ -52,7 +52,7 @@ TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtO
     const int language = CConfigMgr::Instance()->GetLanguage();
     for (auto [lang, suffix] : {std::pair{1, ""}, std::pair{2, "_en"}, std::pair{0, "_en"}}) {
         SCOPED_TRACE(lang);
-        settingstest::recreateTable();
+        settingstest::emptyTable();
         CConfigMgr::Instance()->SetLanguage(lang);
         AlarmDisplayConfig c;  // a fresh install: no row, empty paths
         c.bSoundNormal = false;

@@ -22,17 +22,9 @@ inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdS
 namespace settingstest {
 
 // An empty settings table, as a fresh install has it.
-inline void recreateTable()
+inline void emptyTable()
 {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(BodyTemperature::CBTConfigDB::DatabasePath().c_str(), &db), SQLITE_OK);
-    const char* sql = "DROP TABLE IF EXISTS TemperatureConfigure;"
-        "CREATE TABLE TemperatureConfigure (FaceThermSnap INTEGER, FaceSnap INTEGER, FaceContrast INTEGER, "
-        "NoMask INTEGER, TemAbnormal INTEGER, Dispeared INTEGER, DispearedTime INTEGER, SaveNoMaskPath TEXT, "
-        "SaveTemNormalPath TEXT, SaveTemAbnormalPath TEXT, OpenNoMaskSound INTEGER, OpenTempNormal INTEGER, "
-        "OpenTempAbnormal INTEGER);";
-    EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-    sqlite3_close(db);
+    ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->Execute("DELETE FROM TemperatureConfigure;"));
 }
 
 // While alive, the settings connection refuses every write, as it does on a
@@ -54,7 +46,7 @@ protected:
         static QTemporaryDir shared;
         CUserDataPath::Instance()->setComponentPath((shared.path() + QStringLiteral("/component/")).toStdString());
         ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->IsOpen());
-        recreateTable();
+        emptyTable();
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
     }
 

@@ -69,7 +69,7 @@ TEST_F(SettingsLoadRetryTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceF
     const Case cases[] = {{"nobody touches the settings", false}, {"the user saves a switch", true}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        settingstest::recreateTable();
+        settingstest::emptyTable();
         ASSERT_TRUE(store(userRow()));
         const QByteArray before = fileBytes();
         lock();

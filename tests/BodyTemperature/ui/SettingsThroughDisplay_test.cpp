@@ -11,9 +11,9 @@
 #include <QTimer>
 #include <QToolButton>
 #include <functional>
-#include <mutex>
 #include <gtest/gtest.h>
 
+#include "DashboardRecords.h"
 #include "SettingsFileFixture.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/CBTShowWidget.h"
@@ -21,37 +21,22 @@
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
-#include "CVoicePlayer.h"
 
 using BodyTemperature::AlarmDisplayConfig;
 using BodyTemperature::CBTShowWidget;
 using BodyTemperature::CPopConfigPage;
 using BodyTemperature::CSoundConfigPage;
 using BodyTemperature::CTypeConfigPage;
-using BodyTemperature::CVoicePlayer;
 using clientcommonlogical::CConfigMgr;
 using publicdatacontroller::IntelAlarmEventInfo;
 
 namespace {
 
-// A measured face; abnormal temperature on request, mask worn unless told.
+// A measured face without pictures (its cards are built at once); abnormal
+// temperature on request, mask worn unless told.
 IntelAlarmEventInfo record(uint32_t code, bool abnormal = false, uint32_t mask = 2)
 {
-    static uint32_t picId = 1;
-    IntelAlarmEventInfo r;
-    r.eventType = code;
-    r.deviceID = "DEV1";
-    r.cameraID = "DEV1-CH1";
-    r.captureTime = 1700000000;
-    protocol::IntelAlarmFaceInfo face;
-    face.facePicID = picId++;
-    face.Mask = mask;
-    face.TemperatureEnabled = 1;
-    face.TemperatureAnomaly = abnormal ? 1 : 0;
-    face.Temperature = abnormal ? 38.4 : 36.5;
-    r.faceInfo = face;
-    r.faceInfoList.push_back(face);
-    return r;
+    return dashtest::record(code, dashtest::face(1, abnormal ? 1 : 0, mask, false));
 }
 
 class SettingsThroughDisplayTest : public settingstest::SettingsFileTest {
@@ -60,18 +45,9 @@ protected:
     {
         SettingsFileTest::SetUp();
         m_language = CConfigMgr::Instance()->GetLanguage();
-        // The sound device is the one thing not exercised here: it only
-        // records what it is given.
-        CVoicePlayer::SetSink([this](const std::string& localPath) {
-            std::lock_guard<std::mutex> lock(m_mutex);
-            m_played.append(QString::fromLocal8Bit(localPath.c_str()));
-            return true;
-        });
     }
     void TearDown() override
     {
-        EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
-        CVoicePlayer::SetSink({});
         CConfigMgr::Instance()->SetLanguage(m_language);
         SettingsFileTest::TearDown();
     }
@@ -122,8 +98,7 @@ protected:
         EXPECT_TRUE(acted);
     }
     int m_language = 2;
-    std::mutex m_mutex;
-    QStringList m_played;
+    dashtest::VoiceLog voices;
 };
 
 TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
@@ -202,7 +177,7 @@ TEST_F(SettingsThroughDisplayTest, ThePopUpPageChangesTheDisplayEvenWhenTheSaveF
 {
     for (bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
-        settingstest::recreateTable();
+        settingstest::emptyTable();
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         CBTShowWidget w;
         showDisplay(w);
@@ -237,11 +212,9 @@ TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
     ASSERT_FALSE(before.strNormalVoice.isEmpty());  // the display filled in the shipped files
     // The file the display plays for a normal temperature, if any.
     const auto normalPrompt = [&w, this] {
-        const int known = m_played.size();
+        const int known = voices.played().size();
         w.DealAlarmInfo(record(100119));
-        EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_played.mid(known);
+        return voices.played().mid(known);
     };
     ASSERT_EQ(normalPrompt(), QStringList{before.strNormalVoice});
 

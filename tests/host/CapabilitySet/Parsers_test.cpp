@@ -16,24 +16,16 @@ using namespace CapabilitySet;
 
 namespace {
 
-class ParsersTest : public ::testing::Test {
+class ParsersTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_sim = new testsupport::DeviceSim({QStringLiteral("--hfpd-polls"), QStringLiteral("3")});
-        ASSERT_TRUE(s_sim->start());
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    }
-    static void TearDownTestSuite() { delete s_sim; }
+    static void SetUpTestSuite() { startSim({QStringLiteral("--hfpd-polls"), QStringLiteral("3")}); }
     static std::string fetch(const std::string& requestLine)
     {
         std::string answer;
         EXPECT_TRUE(testsupport::dvapi("TEST0001", requestLine, answer)) << requestLine;
         return answer;
     }
-    static testsupport::DeviceSim* s_sim;
 };
-testsupport::DeviceSim* ParsersTest::s_sim = nullptr;
 
 TEST_F(ParsersTest, CapabilityFromTheDevice)
 {

@@ -1,11 +1,11 @@
-// The host's form pieces: integer validator, validating line edit, date
-// field, waiting dialog, device list model and the texts of device errors.
+// The host's form pieces: integer validator, waiting dialog, device list
+// model and the texts of device errors (the validating line edit and the date
+// field are checked through the add-to-library form).
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
-#include <QToolTip>
 #include <QXmlStreamReader>
 #include <QtTest>
 #include <gtest/gtest.h>
@@ -14,8 +14,6 @@
 #include "VantorGUIToolkit/CChaseDialog.h"
 #include "VantorGUIToolkit/CIntValidator.h"
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
-#include "VantorGUIToolkit/CValidateLineEdit.h"
-#include "VantorGUIToolkit/CYearMonthDayEdit.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "publicdatacontroller/CDeviceCombinationModel.h"
 #include "support/TestSupport.h"
@@ -48,36 +46,6 @@ TEST(IntValidator, RefusesPastTheTopAndClamps)
         v.fixup(s);
         EXPECT_EQ(s, QString(r.fixed)) << r.text;
     }
-}
-
-TEST(ValidateLineEdit, RuleAndTips)
-{
-    QWidget form;
-    auto* edit = new CValidateLineEdit(&form);
-    form.show();
-    edit->SetRegExp(QStringLiteral("[0-9a-zA-Z]{4}"));
-    edit->setToolTip(QStringLiteral("Letters and digits"));
-    QTest::keyClicks(edit, QStringLiteral("a-b1c2d"));
-    EXPECT_EQ(edit->text(), QStringLiteral("ab1c"));  // "-" refused, the fifth character too
-    EXPECT_TRUE(QToolTip::isVisible());
-    EXPECT_EQ(QToolTip::text(), QStringLiteral("Letters and digits"));
-    edit->ShowTip(QStringLiteral("InputName"));
-    EXPECT_EQ(QToolTip::text(), QStringLiteral("InputName"));
-    edit->SetRegExp(QString());
-    EXPECT_EQ(edit->validator(), nullptr);
-    QToolTip::hideText();
-}
-
-TEST(YearMonthDayEdit, NeverLaterThanTheLimit)
-{
-    CYearMonthDayEdit edit;
-    const QDateTime limit(QDate(2026, 11, 23), QTime(10, 0, 0));
-    edit.SetLatest(limit);
-    edit.setDateTime(QDateTime(QDate(2030, 1, 1), QTime(0, 0, 0)));
-    EXPECT_EQ(edit.dateTime(), limit);
-    edit.setDateTime(QDateTime(QDate(2000, 1, 1), QTime(0, 0, 0)));
-    EXPECT_EQ(edit.IsoText(), QStringLiteral("2000-01-01T00:00:00"));
-    EXPECT_EQ(edit.displayFormat(), QStringLiteral("yyyy-MM-dd"));
 }
 
 TEST(ChaseDialog, CancelIsAskedOnceAndTheWorkerEndsIt)

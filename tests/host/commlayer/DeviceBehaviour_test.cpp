@@ -44,22 +44,15 @@ TEST(DeviceBehaviour, GeneratedEventsFollowTheSeed)
 TEST(DeviceBehaviour, SubscriptionStopsWhileADeviceNeverAnswers)
 {
     // A port that accepts connections (the kernel does) but never answers.
-    sockaddr_in addr;
-    const int fd = testsupport::loopbackSocket(0, addr);
-    socklen_t len = sizeof addr;
-    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr), 0);
-    ASSERT_EQ(listen(fd, 8), 0);
-    ASSERT_EQ(getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len), 0);
+    testsupport::ListeningSocket silent;
     clientcommonlogical::DeviceConfig dev;
     dev.id = "SILENT";
     dev.address = "127.0.0.1";
-    dev.port = ntohs(addr.sin_port);
-    {
-        commlayer::CAlarmSubscription sub(dev, 100);
-        sub.Start();
-        testsupport::pump(300);
-    }  // must return: the open transfer is cut, not waited out
-    close(fd);
+    dev.port = silent.port();
+    // Its destructor must return: the open transfer is cut, not waited out.
+    commlayer::CAlarmSubscription sub(dev, 100);
+    sub.Start();
+    testsupport::pump(300);
 }
 
 } // namespace

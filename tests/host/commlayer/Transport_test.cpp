@@ -19,23 +19,17 @@ using Pair = std::pair<int, int>;
 
 namespace {
 
-class TransportTest : public ::testing::Test {
+class TransportTest : public testsupport::SimTest {
 protected:
     static void SetUpTestSuite()
     {
-        s_sim = new testsupport::DeviceSim();
-        ASSERT_TRUE(s_sim->start());
+        startSim();
         auto closed = s_sim->device("CLOSED");
         closed.port = 1;  // nothing listens there
         clientcommonlogical::CConfigMgr::Instance()->SetDevices(
             {s_sim->device(), s_sim->device("WRONGPW", "not-the-password"), closed});
     }
-    static void TearDownTestSuite() { delete s_sim; }
-    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
-
-    static testsupport::DeviceSim* s_sim;
 };
-testsupport::DeviceSim* TransportTest::s_sim = nullptr;
 
 TEST_F(TransportTest, FailuresLeaveTheirErrorPair)
 {

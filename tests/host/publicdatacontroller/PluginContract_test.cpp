@@ -64,11 +64,6 @@ TEST(PluginContract, ExportsExactlyTheTwoEntryPoints)
     dlclose(handle);
 }
 
-TEST(PluginContract, WidgetBeforeDescriptorIsNull)
-{
-    EXPECT_EQ(module().getWidget(&hostFrame()), nullptr);
-}
-
 TEST(PluginContract, DescriptorDescribesThePage)
 {
     std::unique_ptr<IAIInterface> d(module().getInterface());

@@ -10,19 +10,7 @@ using namespace BodyTemperature;
 
 namespace {
 
-class FaceLibRequestsTest : public ::testing::Test {
-protected:
-    static void SetUpTestSuite()
-    {
-        s_sim = new testsupport::DeviceSim();
-        ASSERT_TRUE(s_sim->start());
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    }
-    static void TearDownTestSuite() { delete s_sim; }
-    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
-    static testsupport::DeviceSim* s_sim;
-};
-testsupport::DeviceSim* FaceLibRequestsTest::s_sim = nullptr;
+using FaceLibRequestsTest = testsupport::SimTest;
 
 TEST_F(FaceLibRequestsTest, AnswersAreParsed)
 {

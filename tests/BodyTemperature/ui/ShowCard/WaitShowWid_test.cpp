@@ -1,7 +1,5 @@
 // The waiting dialog closes only at its timer tick after the owner reports
 // the end of the request, and reports a cancel through SignalCancel.
-#include <QLabel>
-#include <QMovie>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -14,19 +12,6 @@ using namespace BodyTemperature;
 namespace {
 
 const QString kLoading = QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif");
-
-TEST(WaitShowWid, FormAndAnimation)
-{
-    CWaitShowWid dlg(nullptr, kLoading);
-    EXPECT_EQ(dlg.objectName(), QStringLiteral("WaitShowWid"));
-    EXPECT_EQ(dlg.size(), QSize(300, 210));
-    EXPECT_EQ(static_cast<int>(dlg.windowFlags()) & 0x0803, 0x0803);
-    EXPECT_EQ(dlg.captionLabel()->text(), QStringLiteral("Processing"));
-    ASSERT_TRUE(dlg.movie()->isValid());
-    EXPECT_GT(dlg.movie()->frameCount(), 1);
-    EXPECT_EQ(dlg.movie()->state(), QMovie::Running);
-    EXPECT_EQ(dlg.movie()->scaledSize(), QSize(54, 54));
-}
 
 TEST(WaitShowWid, ModalRunClosesAtTheTickAfterTheOwnerReportsTheEnd)
 {

@@ -30,17 +30,10 @@ using namespace BodyTemperature;
 
 namespace {
 
-class FrequenterDetailsTest : public ::testing::Test {
+class FrequenterDetailsTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_sim = new testsupport::DeviceSim({"--hfpd-polls", "2"});
-        ASSERT_TRUE(s_sim->start());
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    }
-    static void TearDownTestSuite() { delete s_sim; }
+    static void SetUpTestSuite() { startSim({"--hfpd-polls", "2"}); }
     void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
-    void TearDown() override { s_sim->control("DELETE", "/control/fault"); }
 
     static void Script(const std::string& task, int polls, int count)
     {
@@ -81,10 +74,7 @@ protected:
                 return t;
         return nullptr;
     }
-
-    static testsupport::DeviceSim* s_sim;
 };
-testsupport::DeviceSim* FrequenterDetailsTest::s_sim = nullptr;
 
 TEST_F(FrequenterDetailsTest, EachClickSearchesAndOpensAFreshDetailView)
 {
@@ -136,72 +126,49 @@ TEST_F(FrequenterDetailsTest, NoRecordsAndFailedSearchAreReported)
     }
 }
 
-TEST_F(FrequenterDetailsTest, CancelEndsTheWaitAtOnceAndTheSearchAtItsNextPoll)
+// However the wait ends (Escape, the page left, the page torn down while the
+// host window stays, as when the module is unloaded), it ends at once and the
+// search polls no more.
+TEST_F(FrequenterDetailsTest, TheWaitEndsAtOnceAndTheSearchStopsPolling)
 {
-    Script("t-cancel", -1, 5);
-    QWidget page;
-    auto* card = new CFrequenterUnit(&page);
-    card->SetFrequenterInfo(Info("t-cancel"));
-    QElapsedTimer sinceCancel;
-    WhileModal(&page, [&] {
-        auto* wait = Visible<CWaitShowWid>();
-        if (wait == nullptr || Polls("t-cancel") < 2)
-            return false;
-        sinceCancel.start();
-        QTest::keyClick(wait, Qt::Key_Escape);
-        return true;
-    });
-    card->ShowDetails();
-    EXPECT_LT(sinceCancel.elapsed(), CWaitShowWid::kTickMs) << "not left to the next tick";
-    const int polls = Polls("t-cancel");
-    testsupport::pump(1500);
-    EXPECT_EQ(Polls("t-cancel"), polls) << "the search stopped";
-    EXPECT_TRUE(VantorGUIToolkit::CInformationDlg::ShownMessages().isEmpty());
-    EXPECT_TRUE(page.findChildren<CHFPDShowDetailWid*>().isEmpty());
-}
-
-TEST_F(FrequenterDetailsTest, LeavingThePageStopsTheSearchAndWaitsForIt)
-{
-    Script("t-leave", -1, 5);
-    QWidget page;
-    auto* card = new CFrequenterUnit(&page);
-    card->SetFrequenterInfo(Info("t-leave"));
-    int pollsWhenStopped = -1;
-    WhileModal(&page, [&] {
-        if (Visible<CWaitShowWid>() == nullptr || Polls("t-leave") < 1)
-            return false;
-        CFrequenterUnit::StopAllDetails(&page);
-        pollsWhenStopped = Polls("t-leave");
-        return true;
-    });
-    card->ShowDetails();
-    ASSERT_GE(pollsWhenStopped, 1);
-    testsupport::pump(1200);
-    EXPECT_EQ(Polls("t-leave"), pollsWhenStopped);
-}
-
-TEST_F(FrequenterDetailsTest, PageTornDownWhileSearchingStopsAndWaitsForTheSearch)
-{
-    Script("t-unload", -1, 5);
-    QWidget host;  // the host window outlives the page, as when the module is unloaded
-    auto* page = new QWidget(&host);
-    QPointer<CFrequenterUnit> card = new CFrequenterUnit(page);
-    card->SetFrequenterInfo(Info("t-unload"));
-    int pollsAtTeardown = -1;
-    WhileModal(&host, [&] {
-        if (Visible<CWaitShowWid>() == nullptr || Polls("t-unload") < 1)
-            return false;
-        delete page;
-        pollsAtTeardown = Polls("t-unload");
-        return true;
-    });
-    card->ShowDetails();
-    EXPECT_TRUE(card.isNull());
-    ASSERT_GE(pollsAtTeardown, 1);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_TRUE(host.findChildren<CWaitShowWid*>().isEmpty());
-    testsupport::pump(1200);
-    EXPECT_EQ(Polls("t-unload"), pollsAtTeardown);
+    enum class End { Escape, LeavePage, TearDown };
+    for (const End end : {End::Escape, End::LeavePage, End::TearDown}) {
+        const std::string task = "t-end" + std::to_string(int(end));
+        SCOPED_TRACE(task);
+        Script(task, -1, 5);
+        QWidget host;
+        auto* page = new QWidget(&host);
+        QPointer<CFrequenterUnit> card = new CFrequenterUnit(page);
+        card->SetFrequenterInfo(Info(task));
+        QElapsedTimer sinceEnd;
+        int pollsAtEnd = -1;
+        WhileModal(&host, [&] {
+            auto* wait = Visible<CWaitShowWid>();
+            if (wait == nullptr || Polls(task) < 2)
+                return false;
+            sinceEnd.start();
+            if (end == End::Escape)
+                QTest::keyClick(wait, Qt::Key_Escape);
+            else if (end == End::LeavePage)
+                CFrequenterUnit::StopAllDetails(page);
+            else
+                delete page;
+            pollsAtEnd = Polls(task);
+            return true;
+        });
+        card->ShowDetails();
+        EXPECT_LT(sinceEnd.elapsed(), CWaitShowWid::kTickMs) << "not left to the next tick";
+        EXPECT_EQ(card.isNull(), end == End::TearDown);
+        ASSERT_GE(pollsAtEnd, 2);
+        // Escape ends the search at its next poll; leaving waits for it.
+        const int polls = end == End::Escape ? Polls(task) : pollsAtEnd;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(host.findChildren<CWaitShowWid*>().isEmpty());
+        EXPECT_TRUE(host.findChildren<CHFPDShowDetailWid*>().isEmpty());
+        EXPECT_TRUE(VantorGUIToolkit::CInformationDlg::ShownMessages().isEmpty());
+        testsupport::pump(1200);
+        EXPECT_EQ(Polls(task), polls) << "the search stopped";
+    }
 }
 
 TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList)

@@ -15,15 +15,9 @@ using namespace BodyTemperature;
 
 namespace {
 
-class HFPDSearchTest : public ::testing::Test {
+class HFPDSearchTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_sim = new testsupport::DeviceSim({"--hfpd-polls", "3"});
-        ASSERT_TRUE(s_sim->start());
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    }
-    static void TearDownTestSuite() { delete s_sim; }
+    static void SetUpTestSuite() { startSim({"--hfpd-polls", "3"}); }
 
     static void Script(const nlohmann::json& script)
     {
@@ -34,10 +28,7 @@ protected:
         const std::string path = "/control/hfpd/" + task;
         return nlohmann::json::parse(s_sim->control("GET", path.c_str()).toStdString()).value("polls", -1);
     }
-
-    static testsupport::DeviceSim* s_sim;
 };
-testsupport::DeviceSim* HFPDSearchTest::s_sim = nullptr;
 
 TEST(HFPDRecordBuilderTest, CaptureTimeTextLosesItsZone)
 {

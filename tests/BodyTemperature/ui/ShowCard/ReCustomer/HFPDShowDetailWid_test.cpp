@@ -47,15 +47,8 @@ HFPDRecordList Records(int count, int brokenFace = 0)
     return list;
 }
 
-class HFPDShowDetailWidTest : public ::testing::Test {
+class HFPDShowDetailWidTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite()
-    {
-        s_sim = new testsupport::DeviceSim();
-        ASSERT_TRUE(s_sim->start());
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    }
-    static void TearDownTestSuite() { delete s_sim; }
     void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
 
     template <typename T = QWidget>
@@ -85,10 +78,7 @@ protected:
         return {child<QPushButton>(w, "pHomePageBtn")->isEnabled(), child<QPushButton>(w, "pPreviousBtn")->isEnabled(),
             child<QPushButton>(w, "pNextBtn")->isEnabled(), child<QPushButton>(w, "pLastPageBtn")->isEnabled()};
     }
-
-    static testsupport::DeviceSim* s_sim;
 };
-testsupport::DeviceSim* HFPDShowDetailWidTest::s_sim = nullptr;
 
 TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
 {
