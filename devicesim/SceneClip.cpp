@@ -82,8 +82,21 @@ void SceneClip::Encode()
                 publish(sample);
         }
         gst_app_src_end_of_stream(GST_APP_SRC(src));
-        while (GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(sink)))
-            publish(sample);
+        // The rest, until the end of the clip or an encoder error.
+        GstBus* bus = gst_element_get_bus(pipeline);
+        while (!m_stop) {
+            if (GstSample* sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 100 * GST_MSECOND)) {
+                publish(sample);
+                continue;
+            }
+            if (gst_app_sink_is_eos(GST_APP_SINK(sink)))
+                break;
+            if (GstMessage* message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR)) {
+                gst_message_unref(message);
+                break;
+            }
+        }
+        gst_object_unref(bus);
     }
     if (pipeline != nullptr)
         gst_element_set_state(pipeline, GST_STATE_NULL);
