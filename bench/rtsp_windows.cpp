@@ -1,14 +1,17 @@
 // Prints what RTSP live view costs, against the emulator's RTSP server
 // (a child process; its own CPU is reported apart):
 //  - for H.264 and H.265: `ffmpeg -f null` decoding one sub stream (640x360)
-//    and one main stream (1920x1080) for the same time;
-//  - nine sub-stream windows of a 1920x1080 grid: CPU per window and its
-//    ratio to ffmpeg, decoded and painted frames per second per window;
-//  - one main-stream window at 1920x1080: the same;
+//    and one main stream (1920x1080), as CPU per frame once started (its
+//    start-up, a fixed cost, is measured by a one-frame run and printed apart);
+//  - nine sub-stream windows of a 1920x1080 grid: CPU per frame and window
+//    and its ratio to ffmpeg's, decoded and painted frames per second;
+//  - one main-stream window at 1920x1080: the same, and the emulator's CPU
+//    while it serves that stream;
 //  - time from start to first frame, and from maximising a grid window to
 //    the first picture of its main stream;
 //  - the emulator's CPU while it serves four different sub streams.
-// Usage: rtsp_windows [seconds per phase, default 8]
+// The windows' CPU is taken once they play, so both sides are steady state.
+// Usage: rtsp_windows [seconds per phase, default 8] [h264|h265: that codec only]
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -31,6 +34,7 @@ namespace {
 
 const char* kUser = "admin";
 const char* kPassword = "bench-pw";
+constexpr int kFps = 25;  // the emulator's
 
 double CpuSeconds(int who)
 {
@@ -77,13 +81,15 @@ private:
 
 struct Phase {
     double cpu;
+    double perFrame;     // CPU per decoded frame and window
     double decoded;      // per window and second
     double painted;
     double minPainted;
+    double simCpu;       // the emulator's share of one core
 };
 
 // count windows playing urls[i % urls.size()] for the given time.
-Phase Play(const QStringList& urls, int count, QSize cell, int seconds)
+Phase Play(const QStringList& urls, int count, QSize cell, int seconds, qint64 simPid)
 {
     QWidget top;
     top.resize(cell.width() * std::min(count, 3), cell.height() * ((count + 2) / 3));
@@ -109,29 +115,47 @@ Phase Play(const QStringList& urls, int count, QSize cell, int seconds)
         paint0.push_back(w->PaintedFrames());
     }
     const double cpu0 = CpuSeconds(RUSAGE_SELF);
+    const double sim0 = ProcessCpu(simPid);
     QElapsedTimer t;
     t.start();
     Spin(seconds * 1000);
     const double wall = t.elapsed() / 1000.0;
-    Phase r{CpuSeconds(RUSAGE_SELF) - cpu0, 0, 0, 1e9};
+    Phase r{CpuSeconds(RUSAGE_SELF) - cpu0, 0, 0, 0, 1e9, (ProcessCpu(simPid) - sim0) / wall};
+    uint64_t frames = 0;
     for (size_t i = 0; i < windows.size(); ++i) {
+        frames += windows[i]->DecodedFrames() - dec0[i];
         r.decoded += double(windows[i]->DecodedFrames() - dec0[i]) / wall / count;
         const double p = double(windows[i]->PaintedFrames() - paint0[i]) / wall;
         r.painted += p / count;
         r.minPainted = std::min(r.minPainted, p);
     }
+    r.perFrame = frames > 0 ? r.cpu / double(frames) : 0;
     for (auto* w : windows)
         w->StopPreview();
     return r;
 }
 
-double FfmpegCpu(const QString& url, int seconds)
+double FfmpegRun(const QString& url, int frames)
 {
     const double before = CpuSeconds(RUSAGE_CHILDREN);
     QProcess::execute(QStringLiteral("ffmpeg"), {QStringLiteral("-hide_banner"), QStringLiteral("-loglevel"),
         QStringLiteral("error"), QStringLiteral("-rtsp_transport"), QStringLiteral("tcp"), QStringLiteral("-i"), url,
-        QStringLiteral("-t"), QString::number(seconds), QStringLiteral("-f"), QStringLiteral("null"), QStringLiteral("-")});
+        QStringLiteral("-frames:v"), QString::number(frames), QStringLiteral("-f"), QStringLiteral("null"),
+        QStringLiteral("-")});
     return CpuSeconds(RUSAGE_CHILDREN) - before;
+}
+
+struct FfmpegCost {
+    double startup;   // loading, connecting, probing, the first frame
+    double perFrame;  // each further frame
+};
+
+FfmpegCost Ffmpeg(const QString& url, int seconds)
+{
+    const int frames = seconds * kFps;
+    const double one = FfmpegRun(url, 1);
+    const double all = FfmpegRun(url, frames);
+    return {one, std::max(0.0, all - one) / (frames - 1)};
 }
 
 } // namespace
@@ -141,6 +165,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const int seconds = argc > 1 ? std::max(2, atoi(argv[1])) : 8;
+    const QString only = argc > 2 ? QString::fromLatin1(argv[2]) : QString();
     QApplication app(argc, argv);
 
     QTemporaryDir tmp;
@@ -187,19 +212,24 @@ int main(int argc, char** argv)
     }
 
     for (const char* codec : {"h264", "h265"}) {
-        const double ffSub = FfmpegCpu(url(1, codec, "sub"), seconds);
-        const double ffMain = FfmpegCpu(url(1, codec, "main"), seconds);
+        if (!only.isEmpty() && only != QLatin1String(codec))
+            continue;
+        const FfmpegCost ffSub = Ffmpeg(url(1, codec, "sub"), seconds);
+        const FfmpegCost ffMain = Ffmpeg(url(1, codec, "main"), seconds);
         QStringList subs;
         for (int ch = 1; ch <= 4; ++ch)
             subs << url(ch, codec, "sub");
-        const Phase nine = Play(subs, 9, QSize(640, 360), seconds);
-        const Phase main = Play({url(1, codec, "main")}, 1, QSize(1920, 1080), seconds);
-        printf("%s sub 640x360:  ffmpeg %.3f s | nine windows %.3f s, per window %.3f s, ratio %.2f; decoded %.1f/s "
-               "painted %.1f/s (slowest %.1f/s)\n",
-            codec, ffSub, nine.cpu, nine.cpu / 9, ffSub > 0 ? nine.cpu / 9 / ffSub : 0.0, nine.decoded, nine.painted,
-            nine.minPainted);
-        printf("%s main 1920x1080: ffmpeg %.3f s | one window %.3f s, ratio %.2f; decoded %.1f/s painted %.1f/s\n", codec,
-            ffMain, main.cpu, ffMain > 0 ? main.cpu / ffMain : 0.0, main.decoded, main.painted);
+        const Phase nine = Play(subs, 9, QSize(640, 360), seconds, sim.processId());
+        const Phase main = Play({url(1, codec, "main")}, 1, QSize(1920, 1080), seconds, sim.processId());
+        const auto ratio = [](double ours, double ff) { return ff > 0 ? ours / ff : 0.0; };
+        printf("%s sub 640x360:   ffmpeg %.2f ms/frame (start-up %.2f s) | nine windows %.2f ms/frame each, "
+               "ratio %.2f; decoded %.1f/s painted %.1f/s (slowest %.1f/s)\n",
+            codec, 1000 * ffSub.perFrame, ffSub.startup, 1000 * nine.perFrame, ratio(nine.perFrame, ffSub.perFrame),
+            nine.decoded, nine.painted, nine.minPainted);
+        printf("%s main 1920x1080: ffmpeg %.2f ms/frame (start-up %.2f s) | one window %.2f ms/frame, ratio %.2f; "
+               "decoded %.1f/s painted %.1f/s; emulator %.0f%% of one core\n",
+            codec, 1000 * ffMain.perFrame, ffMain.startup, 1000 * main.perFrame, ratio(main.perFrame, ffMain.perFrame),
+            main.decoded, main.painted, 100 * main.simCpu);
     }
 
     // Start to first frame, and maximise (double click) to the main stream's first picture.

@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "PictureFactory.h"
+#include "SceneClip.h"
 
 namespace devicesim {
 
@@ -22,6 +23,7 @@ struct StreamSpec {
     int width;
     int height;
     int fps;
+    std::shared_ptr<SceneClip> clip;  // set: the stream loops this clip instead of encoding live
 };
 
 // One playing media: its own frame clock.
@@ -31,9 +33,36 @@ struct Playing {
     long long frameNo = 0;
 };
 
+// The next access unit of the clip. Late frames (while the clip is still being
+// encoded) move the clock instead of coming in a burst afterwards.
+void pushClipFrame(GstElement* appsrc, Playing* p)
+{
+    const int fps = std::max(1, p->format.fps);
+    const auto frame = std::chrono::microseconds(1000000LL / fps);
+    const auto now = std::chrono::steady_clock::now();
+    if (now > p->start + p->frameNo * frame + frame)
+        p->start = now - p->frameNo * frame;
+    std::this_thread::sleep_until(p->start + p->frameNo * frame);
+    std::vector<uint8_t> unit;
+    if (!p->format.clip->Frame(p->frameNo, unit)) {
+        gst_app_src_end_of_stream(GST_APP_SRC(appsrc));
+        return;
+    }
+    const GstClockTime duration = GST_SECOND / guint64(fps);
+    GstBuffer* buffer = gst_buffer_new_memdup(unit.data(), unit.size());
+    GST_BUFFER_PTS(buffer) = GstClockTime(p->frameNo) * duration;
+    GST_BUFFER_DURATION(buffer) = duration;
+    ++p->frameNo;
+    gst_app_src_push_buffer(GST_APP_SRC(appsrc), buffer);
+}
+
 void onNeedData(GstElement* appsrc, guint, gpointer user)
 {
     auto* p = static_cast<Playing*>(user);
+    if (p->format.clip) {
+        pushClipFrame(appsrc, p);
+        return;
+    }
     const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->format.fps));
     std::this_thread::sleep_until(due);
     // Time stamps from the frame count: a late frame keeps its place instead of
@@ -69,6 +98,9 @@ std::string Launch(const StreamSpec& s, bool h265)
     const std::string caps = "video/x-raw,format=BGRx,width=" + std::to_string(s.width) + ",height="
         + std::to_string(s.height) + ",framerate=" + std::to_string(s.fps) + "/1";
     const std::string gop = std::to_string(2 * s.fps);
+    if (s.clip)
+        return "( appsrc name=src is-live=true format=time caps=video/x-h265,stream-format=byte-stream,alignment=au"
+               " ! h265parse ! rtph265pay name=pay0 pt=96 config-interval=-1 )";
     const std::string encoder = h265
         ? "x265enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + std::to_string(kbps)
             + " ! video/x-h265,profile=main ! rtph265pay name=pay0 pt=96 config-interval=-1"
@@ -140,8 +172,10 @@ bool RtspServer::start(std::string& error)
     for (int ch = 1; ch <= m_opts.channels; ++ch) {
         for (const bool main : {true, false}) {
             for (const bool h265 : {false, true}) {
-                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, main ? kMainWidth : kSubWidth,
-                    main ? kMainHeight : kSubHeight, m_opts.videoFps}));
+                const int width = main ? kMainWidth : kSubWidth, height = main ? kMainHeight : kSubHeight;
+                // Live 1080p H.265 costs the emulator about a core: that one is looped.
+                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, width, height, m_opts.videoFps,
+                    main && h265 ? std::make_shared<SceneClip>(ch, width, height, m_opts.videoFps) : nullptr}));
                 GstRTSPMediaFactory* factory = gst_rtsp_media_factory_new();
                 gst_rtsp_media_factory_set_launch(factory, Launch(*m_gst->formats.back(), h265).c_str());
                 // One encoder for every client of a stream; gone when the last one leaves.

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "playwindow/CStreamDecoder.h"
+
 namespace playwindow {
 
 CVideoSurface::CVideoSurface(QWidget* parent) : QWidget(parent)
@@ -32,9 +34,9 @@ void CVideoSurface::paintEvent(QPaintEvent*)
         p.fillRect(rect(), Qt::black);
         return;
     }
-    // The decoder already scaled the picture for this size; after a resize
+    // The decoder already converted the picture for this size; after a resize
     // the old picture is stretched until the next one arrives.
-    QRect target(QPoint(0, 0), m_frame.size().scaled(size(), Qt::KeepAspectRatio));
+    QRect target(QPoint(0, 0), CStreamDecoder::ShownSize(m_frame.size(), size()));
     target.moveCenter(rect().center());
     const QRegion bars = QRegion(rect()).subtracted(target);
     for (const QRect& r : bars)

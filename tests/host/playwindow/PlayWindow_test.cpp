@@ -74,6 +74,43 @@ TEST_F(PlayWindowTest, ResolutionChangeKeepsPlaying)
     w.StopPreview();
 }
 
+// A window within a hair of the stream's size shows it unscaled, centred
+// (a grid cell a pixel short loses that pixel, a slightly larger one gets
+// thin bars); others get the picture scaled to fit.
+TEST_F(PlayWindowTest, PictureSizeFollowsTheWindow)
+{
+    testsupport::PartServer server({testsupport::makeJpeg(640, 360)});
+    CStreamPlayWindowWithTask w(0);
+    w.resize(640, 360);
+    w.show();
+    ASSERT_TRUE(w.StartPreviewUrl(server.url, "cam-fit"));
+    const struct {
+        QSize window;
+        QSize picture;
+        bool leftBar;
+    } rows[] = {
+        {{639, 359}, {640, 360}, false},
+        {{646, 363}, {640, 360}, true},
+        {{600, 400}, {600, 337}, false},
+        {{1280, 720}, {1280, 720}, false},
+        {{480, 360}, {480, 270}, false},
+    };
+    auto* surface = w.findChild<QWidget*>(QStringLiteral("m_pVideoSurface"));
+    ASSERT_NE(surface, nullptr);
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.window.width());
+        w.resize(r.window);
+        EXPECT_TRUE(testsupport::waitUntil([&] { return w.CurrentFrame().size() == r.picture; }, 3000))
+            << w.CurrentFrame().width() << "x" << w.CurrentFrame().height();
+        const QImage shown = surface->grab().toImage();
+        ASSERT_EQ(shown.size(), r.window);
+        // The test picture's left column is green to cyan; the bars are black.
+        EXPECT_EQ(qGray(shown.pixel(0, shown.height() / 2)) < 8, r.leftBar);
+        EXPECT_GT(qGray(shown.pixel(shown.width() / 2, shown.height() / 2)), 8);
+    }
+    w.StopPreview();
+}
+
 TEST_F(PlayWindowTest, CorruptFramesAreSkippedOthersPlayOn)
 {
     const QByteArray good = testsupport::makeJpeg(320, 240);
