@@ -219,7 +219,7 @@ TEST_F(RtspStreamTest, BadSourcesShowTheirState)
         {"asks for Basic", QStringLiteral("rtsp://admin:%1@127.0.0.1:%2/ch1/h264/sub").arg(pw).arg(basicAsker.port()),
             "Password not sent", 5000, -1},
         // Sound alone: said at once, and not asked again and again.
-        {"audio only", rtspUrl("/ch1/audio", s_rtspPort), "no video", 5000, 1},
+        {"audio only", rtspUrl("/ch1/audio", s_rtspPort), "has no video", 5000, 1},
     };
     for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
