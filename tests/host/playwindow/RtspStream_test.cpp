@@ -143,7 +143,9 @@ TEST_F(RtspStreamTest, LayoutChoosesSubOrMainStreamWithoutBlackFlash)
                 layout.MaximizeWindow(&w);
             else
                 layout.RestoreNormal();
-            EXPECT_TRUE(testsupport::waitUntil([&] { return w.PlayingUrl().endsWith(QLatin1String(profile)); }, 5000))
+            // The switch waits for the new stream's first picture; an emulator
+            // built for the sanitizers takes seconds to draw its first 1080p one.
+            EXPECT_TRUE(testsupport::waitUntil([&] { return w.PlayingUrl().endsWith(QLatin1String(profile)); }, 12000))
                 << profile;
             EXPECT_TRUE(plays(w, 2000));
         }
