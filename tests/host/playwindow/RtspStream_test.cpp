@@ -36,11 +36,12 @@ bool plays(CStreamPlayWindowWithTask& w, int ms)
     return testsupport::waitUntil([&w] { return testsupport::NonBlack(w.CurrentFrame()); }, ms);
 }
 
-// Pictures keep coming, with no message over them.
+// Pictures keep coming, with no message over them (an emulator built for the
+// thread sanitizer on a busy machine sends only a few a second).
 bool playsOn(CStreamPlayWindowWithTask& w, int ms)
 {
     const uint64_t before = w.DecodedFrames();
-    return testsupport::waitUntil([&] { return w.MessageText().isEmpty() && w.DecodedFrames() > before + 25; }, ms);
+    return testsupport::waitUntil([&] { return w.MessageText().isEmpty() && w.DecodedFrames() > before + 10; }, ms);
 }
 
 QString rtspUrl(const char* path, int port)
@@ -281,7 +282,7 @@ TEST_F(RtspStreamTest, KeyFramesWithheldAreWaitedForAndRecovered)
         if (!r.fromStart) {
             ASSERT_TRUE(plays(w, 3000));
             // Two key frames seen: the stream's interval is known.
-            ASSERT_TRUE(testsupport::waitUntil([&w] { return w.DecodedFrames() > 75; }, 6000));
+            ASSERT_TRUE(testsupport::waitUntil([&w] { return w.DecodedFrames() > 75; }, 15000));
             rtspFault(fault);
         }
         EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText().contains(QLatin1String("key frame")); }, 9000))
@@ -293,7 +294,7 @@ TEST_F(RtspStreamTest, KeyFramesWithheldAreWaitedForAndRecovered)
         EXPECT_TRUE(w.MessageText().contains(QLatin1String("key frame"))) << w.MessageText().toStdString();
 
         s_sim->control("DELETE", "/control/rtsp");
-        EXPECT_TRUE(playsOn(w, 6000)) << w.MessageText().toStdString();
+        EXPECT_TRUE(playsOn(w, 10000)) << w.MessageText().toStdString();
         EXPECT_TRUE(testsupport::NonBlack(w.CurrentFrame()));
         EXPECT_EQ(rtspConnections() - connectionsBefore, 1) << "reconnected instead of waiting";
         w.StopPreview();
@@ -324,7 +325,7 @@ TEST_F(RtspStreamTest, ResolutionChangeKeepsPlayingAtTheNewSize)
         rtspFault({{"path", r.path}, {"width", r.width}, {"height", r.height}});
         EXPECT_TRUE(testsupport::waitUntil([&w] { return w.CurrentFrame().size() == QSize(480, 360); }, 5000))
             << w.CurrentFrame().width() << "x" << w.CurrentFrame().height();
-        EXPECT_TRUE(playsOn(w, 4000)) << w.MessageText().toStdString();
+        EXPECT_TRUE(playsOn(w, 8000)) << w.MessageText().toStdString();
         EXPECT_TRUE(testsupport::NonBlack(w.CurrentFrame()));
         EXPECT_EQ(w.BadPackets(), 0u);
         EXPECT_EQ(rtspConnections() - connectionsBefore, 1);
@@ -375,7 +376,7 @@ TEST_F(RtspStreamTest, UdpMediaPlaysThroughLoss)
             EXPECT_GT(w.BadPackets(), 0u) << "no loss seen";
         }
         s_sim->control("DELETE", "/control/rtsp");
-        EXPECT_TRUE(playsOn(w, 6000)) << w.MessageText().toStdString();
+        EXPECT_TRUE(playsOn(w, 10000)) << w.MessageText().toStdString();
         const uint64_t bad = w.BadPackets();
         EXPECT_TRUE(playsOn(w, 3000)) << w.MessageText().toStdString();
         EXPECT_LE(w.BadPackets(), bad + 1) << "still damaged after the loss ended";
