@@ -10,9 +10,11 @@
 #include <QString>
 #include <chrono>
 #include <cstring>
+#include <random>
 
 #include "PictureFactory.h"
 #include "SceneClip.h"
+#include "RtspControl.h"
 
 namespace devicesim {
 
@@ -24,13 +26,18 @@ struct StreamSpec {
     int height;
     int fps;
     std::shared_ptr<SceneClip> clip;  // set: the stream loops this clip instead of encoding live
+    std::string path;       // the mount, which names the stream's faults
+    RtspControl* control;
 };
 
-// One playing media: its own frame clock.
+// One playing media: its own frame clock, and the size it sends now.
 struct Playing {
     StreamSpec format;
+    int width = format.width;
+    int height = format.height;
     std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     long long frameNo = 0;
+    std::minstd_rand lossDice{std::minstd_rand::default_seed};  // pay0's streaming thread only
 };
 
 // The next access unit of the clip. Late frames (while the clip is still being
@@ -56,6 +63,56 @@ void pushClipFrame(GstElement* appsrc, Playing* p)
     gst_app_src_push_buffer(GST_APP_SRC(appsrc), buffer);
 }
 
+std::string rawCaps(int width, int height, int fps)
+{
+    return "video/x-raw,format=BGRx,width=" + std::to_string(width) + ",height=" + std::to_string(height)
+        + ",framerate=" + std::to_string(fps) + "/1";
+}
+
+// A switched size goes out as new caps: the encoder starts over with new
+// parameter sets and a key frame, as a camera does when its resolution is changed.
+void followSize(GstElement* appsrc, Playing& p)
+{
+    const RtspFault f = p.format.control->fault(p.format.path);
+    const int w = f.width > 0 ? f.width : p.format.width;
+    const int h = f.height > 0 ? f.height : p.format.height;
+    if (w == p.width && h == p.height)
+        return;
+    p.width = w;
+    p.height = h;
+    GstCaps* caps = gst_caps_from_string(rawCaps(w, h, p.format.fps).c_str());
+    gst_app_src_set_caps(GST_APP_SRC(appsrc), caps);
+    gst_caps_unref(caps);
+}
+
+GstPadProbeReturn onEncodedFrame(GstPad*, GstPadProbeInfo* info, gpointer user)
+{
+    const auto* p = static_cast<const Playing*>(user);
+    GstBuffer* buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+    if (buffer != nullptr && !GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DELTA_UNIT)
+        && p->format.control->fault(p->format.path).dropKeyFrames)
+        return GST_PAD_PROBE_DROP;
+    return GST_PAD_PROBE_OK;
+}
+
+GstPadProbeReturn onRtpPackets(GstPad*, GstPadProbeInfo* info, gpointer user)
+{
+    auto* p = static_cast<Playing*>(user);
+    const double loss = p->format.control->fault(p->format.path).loss;
+    if (loss <= 0)
+        return GST_PAD_PROBE_OK;
+    std::uniform_real_distribution<double> dice(0.0, 1.0);
+    if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER) != 0)
+        return dice(p->lossDice) < loss ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+    GstBufferList* list = gst_buffer_list_make_writable(GST_PAD_PROBE_INFO_BUFFER_LIST(info));
+    for (guint i = gst_buffer_list_length(list); i-- > 0;) {
+        if (dice(p->lossDice) < loss)
+            gst_buffer_list_remove(list, i, 1);
+    }
+    GST_PAD_PROBE_INFO_DATA(info) = list;
+    return gst_buffer_list_length(list) == 0 ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
 void onNeedData(GstElement* appsrc, guint, gpointer user)
 {
     auto* p = static_cast<Playing*>(user);
@@ -63,6 +120,7 @@ void onNeedData(GstElement* appsrc, guint, gpointer user)
         pushClipFrame(appsrc, p);
         return;
     }
+    followSize(appsrc, *p);
     const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->format.fps));
     std::this_thread::sleep_until(due);
     // Time stamps from the frame count: a late frame keeps its place instead of
@@ -71,7 +129,7 @@ void onNeedData(GstElement* appsrc, guint, gpointer user)
     const GstClockTime pts = GstClockTime(p->frameNo) * duration;
     ++p->frameNo;
     const QImage img = PictureFactory::frameImage(p->format.channel, QStringLiteral("Channel %1").arg(p->format.channel),
-        QDateTime::currentMSecsSinceEpoch(), p->format.width, p->format.height);
+        QDateTime::currentMSecsSinceEpoch(), p->width, p->height);
     const gsize size = gsize(img.sizeInBytes());
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, size, nullptr);
     gst_buffer_fill(buffer, 0, img.constBits(), size);
@@ -89,20 +147,31 @@ void onMediaConfigure(GstRTSPMediaFactory*, GstRTSPMedia* media, gpointer user)
     g_object_set_data_full(G_OBJECT(media), "bt-playing", playing, [](gpointer p) { delete static_cast<Playing*>(p); });
     g_signal_connect(appsrc, "need-data", G_CALLBACK(onNeedData), playing);
     gst_object_unref(appsrc);
+    GstElement* pay = gst_bin_get_by_name_recurse_up(GST_BIN(element), "pay0");
+    GstPad* in = gst_element_get_static_pad(pay, "sink");
+    gst_pad_add_probe(in, GST_PAD_PROBE_TYPE_BUFFER, onEncodedFrame, playing, nullptr);
+    gst_object_unref(in);
+    GstPad* out = gst_element_get_static_pad(pay, "src");
+    gst_pad_add_probe(out, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST), onRtpPackets,
+        playing, nullptr);
+    gst_object_unref(out);
+    gst_object_unref(pay);
     gst_object_unref(element);
 }
 
 std::string Launch(const StreamSpec& s, bool h265)
 {
     const int kbps = s.width >= 1280 ? 4000 : 600;
-    const std::string caps = "video/x-raw,format=BGRx,width=" + std::to_string(s.width) + ",height="
-        + std::to_string(s.height) + ",framerate=" + std::to_string(s.fps) + "/1";
+    const std::string caps = rawCaps(s.width, s.height, s.fps);
     const std::string gop = std::to_string(2 * s.fps);
     if (s.clip)
         return "( appsrc name=src is-live=true format=time caps=video/x-h265,stream-format=byte-stream,alignment=au"
                " ! h265parse ! rtph265pay name=pay0 pt=96 config-interval=-1 )";
+    // Parameter sets with every key frame, as cameras send them: a client that
+    // missed the first key frame still decodes from the next one.
     const std::string encoder = h265
-        ? "x265enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + std::to_string(kbps)
+        ? "x265enc tune=zerolatency speed-preset=ultrafast option-string=repeat-headers=1 key-int-max=" + gop
+            + " bitrate=" + std::to_string(kbps)
             + " ! video/x-h265,profile=main ! rtph265pay name=pay0 pt=96 config-interval=-1"
         : "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + std::to_string(kbps)
             + " threads=1 ! video/x-h264,profile=baseline ! rtph264pay name=pay0 pt=96 config-interval=-1";
@@ -143,7 +212,7 @@ struct RtspServer::Gst {
     }
 };
 
-RtspServer::RtspServer(SimOptions opts) : m_opts(std::move(opts)) {}
+RtspServer::RtspServer(SimOptions opts, RtspControl& control) : m_opts(std::move(opts)), m_control(control) {}
 
 RtspServer::~RtspServer()
 {
@@ -168,25 +237,37 @@ bool RtspServer::start(std::string& error)
     gst_rtsp_server_set_auth(m_gst->server, auth);
     g_object_unref(auth);
 
+    g_signal_connect(m_gst->server, "client-connected", G_CALLBACK(+[](GstRTSPServer*, GstRTSPClient*, gpointer c) {
+        static_cast<RtspControl*>(c)->countConnection();
+    }), &m_control);
+
     GstRTSPMountPoints* mounts = gst_rtsp_server_get_mount_points(m_gst->server);
+    const auto mount = [&](const std::string& path, const std::string& launch) {
+        GstRTSPMediaFactory* factory = gst_rtsp_media_factory_new();
+        gst_rtsp_media_factory_set_launch(factory, launch.c_str());
+        // One encoder for every client of a stream; gone when the last one leaves.
+        gst_rtsp_media_factory_set_shared(factory, TRUE);
+        gst_rtsp_media_factory_add_role(factory, "viewer", GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN,
+            TRUE, GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
+        gst_rtsp_mount_points_add_factory(mounts, path.c_str(), factory);
+        return factory;
+    };
     for (int ch = 1; ch <= m_opts.channels; ++ch) {
         for (const bool main : {true, false}) {
             for (const bool h265 : {false, true}) {
-                const int width = main ? kMainWidth : kSubWidth, height = main ? kMainHeight : kSubHeight;
-                // Live 1080p H.265 costs the emulator about a core: that one is looped.
-                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, width, height, m_opts.videoFps,
-                    main && h265 ? std::make_shared<SceneClip>(ch, width, height, m_opts.videoFps) : nullptr}));
-                GstRTSPMediaFactory* factory = gst_rtsp_media_factory_new();
-                gst_rtsp_media_factory_set_launch(factory, Launch(*m_gst->formats.back(), h265).c_str());
-                // One encoder for every client of a stream; gone when the last one leaves.
-                gst_rtsp_media_factory_set_shared(factory, TRUE);
-                gst_rtsp_media_factory_add_role(factory, "viewer", GST_RTSP_PERM_MEDIA_FACTORY_ACCESS, G_TYPE_BOOLEAN,
-                    TRUE, GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT, G_TYPE_BOOLEAN, TRUE, nullptr);
-                g_signal_connect(factory, "media-configure", G_CALLBACK(onMediaConfigure), m_gst->formats.back().get());
                 const std::string path = "/ch" + std::to_string(ch) + (h265 ? "/h265/" : "/h264/") + (main ? "main" : "sub");
-                gst_rtsp_mount_points_add_factory(mounts, path.c_str(), factory);
+                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, main ? kMainWidth : kSubWidth,
+                    main ? kMainHeight : kSubHeight, m_opts.videoFps,
+                    // Live 1080p H.265 costs the emulator about a core: that one is looped.
+                    main && h265 ? std::make_shared<SceneClip>(ch, kMainWidth, kMainHeight, m_opts.videoFps) : nullptr,
+                    path, &m_control}));
+                GstRTSPMediaFactory* factory = mount(path, Launch(*m_gst->formats.back(), h265));
+                g_signal_connect(factory, "media-configure", G_CALLBACK(onMediaConfigure), m_gst->formats.back().get());
             }
         }
+        // The channel's microphone alone: a stream without any video.
+        mount("/ch" + std::to_string(ch) + "/audio",
+            "( audiotestsrc is-live=true wave=sine ! audio/x-raw,rate=8000,channels=1 ! alawenc ! rtppcmapay name=pay0 pt=8 )");
     }
     g_object_unref(mounts);
     if (gst_rtsp_server_attach(m_gst->server, m_gst->context) == 0) {

@@ -2,10 +2,13 @@
 // The emulator's camera streams over RTSP: every channel in H.264 and H.265,
 // a main stream (1920x1080) and a sub stream (640x360) at 25 frames per
 // second, showing the same scene, channel name and time as the MJPEG stream,
-// at rtsp://ADDR:PORT/ch<N>/<h264|h265>/<main|sub>. Digest authentication
-// with the device's user and password. A stream is encoded only while a
-// client plays it, by one encoder shared by all its clients. Owned by main();
-// start() and stop() on the main thread; GStreamer's own threads serve.
+// at rtsp://ADDR:PORT/ch<N>/<h264|h265>/<main|sub>, and the channel's sound
+// alone at rtsp://ADDR:PORT/ch<N>/audio. Digest authentication with the
+// device's user and password. A stream is encoded only while a client plays
+// it, by one encoder shared by all its clients. Faults set through the
+// RtspControl (owned by main(), outlives the server) apply to the next frame.
+// Owned by main(); start() and stop() on the main thread; GStreamer's own
+// threads serve.
 #include <memory>
 #include <string>
 #include <thread>
@@ -15,9 +18,11 @@
 
 namespace devicesim {
 
+class RtspControl;
+
 class RtspServer final {
 public:
-    explicit RtspServer(SimOptions opts);
+    RtspServer(SimOptions opts, RtspControl& control);
     ~RtspServer();
     RtspServer(const RtspServer&) = delete;
     RtspServer& operator=(const RtspServer&) = delete;
@@ -38,6 +43,7 @@ public:
 private:
     struct Gst;
     SimOptions m_opts;
+    RtspControl& m_control;
     std::unique_ptr<Gst> m_gst;
     std::thread m_loop;
     int m_port = 0;

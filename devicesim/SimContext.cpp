@@ -6,9 +6,10 @@
 
 namespace devicesim {
 
-SimContext::SimContext(const SimOptions& options)
+SimContext::SimContext(const SimOptions& options, RtspControl& rtspControl)
     : opts(options),
       pictures(opts.sceneWidth, opts.sceneHeight),
+      rtsp(rtspControl),
       keepAliveMs(opts.keepAliveMs),
       events(opts, pictures),
       rng(opts.seed),

@@ -15,6 +15,7 @@
 #include "EventFactory.h"
 #include "HfpdScripts.h"
 #include "PictureFactory.h"
+#include "RtspControl.h"
 #include "SimCapabilities.h"
 #include "SimOptions.h"
 #include "SimStore.h"
@@ -33,7 +34,8 @@ struct Fault {
 
 class SimContext final {
 public:
-    explicit SimContext(const SimOptions& options);
+    // rtsp: the RTSP streams' faults and counters, owned by main() (outlives the context).
+    SimContext(const SimOptions& options, RtspControl& rtsp);
     ~SimContext();
     SimContext(const SimContext&) = delete;
     SimContext& operator=(const SimContext&) = delete;
@@ -58,6 +60,7 @@ public:
     AlertHub hub;            // thread-safe itself
     SimCapabilities capabilities;  // thread-safe itself
     HfpdScripts hfpd;        // thread-safe itself; also counts each task's polls
+    RtspControl& rtsp;       // thread-safe itself
     std::atomic<bool> stopping{false};
     std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
     std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)

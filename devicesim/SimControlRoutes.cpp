@@ -101,6 +101,30 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
         sendOk(res);
     });
 
+    // A misbehaving RTSP stream: {"path":"/ch1/h264/sub", "keyFrames":false,
+    // "width":N, "height":N, "loss":SHARE}; DELETE puts every stream right.
+    http.Post("/control/rtsp", [&sim](const Request& req, Response& res) {
+        nlohmann::json d;
+        if (!readJsonBody(req, res, d))
+            return;
+        RtspFault f;
+        f.dropKeyFrames = !d.value("keyFrames", true);
+        f.width = d.value("width", 0);
+        f.height = d.value("height", 0);
+        f.loss = d.value("loss", 0.0);
+        if (f.width < 0 || f.height < 0 || f.width % 2 != 0 || f.height % 2 != 0 || (f.width == 0) != (f.height == 0)
+            || f.loss < 0 || f.loss > 1) {
+            sendJsonError(res, 400, "width and height: both even or both 0; loss: 0 to 1");
+            return;
+        }
+        sim.rtsp.setFault(d.value("path", std::string("/")), f);
+        sendOk(res);
+    });
+    http.Delete("/control/rtsp", [&sim](const Request&, Response& res) {
+        sim.rtsp.clearFaults();
+        sendOk(res);
+    });
+
     http.Post("/control/channel", [&sim](const Request& req, Response& res) {
         nlohmann::json d;
         if (!readJsonBody(req, res, d))
@@ -159,7 +183,7 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
 
     http.Get("/control/stats", [&sim](const Request&, Response& res) {
         res.set_content(nlohmann::json{{"clients", sim.hub.subscribers()}, {"published", sim.hub.published()},
-                                       {"rate", sim.hub.rate()}}.dump(),
+                                       {"rate", sim.hub.rate()}, {"rtspConnections", sim.rtsp.connections()}}.dump(),
             "application/json");
     });
 }

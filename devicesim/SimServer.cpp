@@ -53,7 +53,7 @@ std::unique_ptr<httplib::Server> makeServer(const SimOptions& opts)
 
 } // namespace
 
-SimServer::SimServer(const SimOptions& opts) : m_sim(opts), m_http(makeServer(opts))
+SimServer::SimServer(const SimOptions& opts, RtspControl& rtsp) : m_sim(opts, rtsp), m_http(makeServer(opts))
 {
     unsigned char raw[16];
     RAND_bytes(raw, sizeof raw);

@@ -20,7 +20,7 @@ namespace devicesim {
 
 class SimServer final {
 public:
-    explicit SimServer(const SimOptions& opts);
+    SimServer(const SimOptions& opts, RtspControl& rtsp);
     ~SimServer();
 
     bool start(std::string& error);  // opens the store and binds the port

@@ -9,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include "RtspControl.h"
 #include "RtspServer.h"
 #include "SimServer.h"
 
@@ -82,7 +83,8 @@ int main(int argc, char** argv)
     QGuiApplication app(argc, argv);
 
     std::string error;
-    devicesim::RtspServer rtsp(opts);
+    devicesim::RtspControl rtspControl;
+    devicesim::RtspServer rtsp(opts, rtspControl);
     if (opts.rtspPort >= 0) {
         if (!rtsp.start(error)) {
             fprintf(stderr, "devicesim: %s\n", error.c_str());
@@ -91,7 +93,7 @@ int main(int argc, char** argv)
         opts.rtspPort = rtsp.port();
         fprintf(stderr, "devicesim: RTSP on port %d\n", opts.rtspPort);
     }
-    devicesim::SimServer server(opts);
+    devicesim::SimServer server(opts, rtspControl);
     if (!server.start(error)) {
         fprintf(stderr, "devicesim: %s\n", error.c_str());
         return 1;

@@ -13,6 +13,7 @@ extern "C" {
 
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
+#include "playwindow/CKeyFrameGate.h"
 #include "commlayer/CommErrors.h"
 #include "playwindow/CRtspAuthGuard.h"
 #include "playwindow/CTransportInput.h"
@@ -22,6 +23,8 @@ namespace {
 
 constexpr int kOpenTimeoutMs = 6000;
 constexpr int kReadTimeoutMs = 5000;
+// A stream without video gives the same answer for a while.
+constexpr int kNoVideoRetryMs = 30000;
 std::atomic<int> g_liveDecoders{0};
 
 int64_t NowMs()
@@ -228,6 +231,13 @@ void CStreamDecoder::Run()
         const bool played = RunOnce(failure, final);
         if (m_stop)
             break;
+        if (final == State::NoVideo) {
+            if (m_cb.status)
+                m_cb.status(State::NoVideo, failure);
+            if (!WaitBackoff(kNoVideoRetryMs))
+                break;
+            continue;
+        }
         if (final != State::Stopped) {
             BASE_LOG_ERROR("stream %s refused: %s", qUtf8Printable(m_source.url), qUtf8Printable(failure));
             if (m_cb.status)
@@ -346,6 +356,7 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     s.videoIndex = av_find_best_stream(s.fmt, AVMEDIA_TYPE_VIDEO, -1, -1, &vcodec, 0);
     if (s.videoIndex < 0 || vcodec == nullptr) {
         failure = QStringLiteral("no video in the stream");
+        final = State::NoVideo;
         return false;
     }
     s.video = avcodec_alloc_context3(vcodec);
@@ -384,6 +395,7 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
 
     bool playing = false;
     int badInARow = 0;
+    CKeyFrameGate gate(s.video->codec_id == AV_CODEC_ID_H264, NowMs());
     while (!m_stop) {
         ArmDeadline(kReadTimeoutMs);
         ret = av_read_frame(s.fmt, s.pkt);
@@ -392,10 +404,16 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
             return playing;
         }
         if (s.pkt->stream_index == s.videoIndex) {
+            if (gate.SayWaiting(NowMs()) && m_cb.status)
+                m_cb.status(State::WaitingForKeyFrame, QString());
             ret = avcodec_send_packet(s.video, s.pkt);
             av_packet_unref(s.pkt);
             if (ret < 0 && ret != AVERROR(EAGAIN)) {
                 ++m_badPackets;
+                // Before its first picture a stream joined between key frames
+                // fails until one comes (parameter sets ride with it): that is waiting.
+                if (!playing)
+                    continue;
                 if (++badInARow == 1 && m_cb.status)
                     m_cb.status(State::Playing, QStringLiteral("damaged frame skipped"));
                 if (badInARow > 50) {
@@ -405,6 +423,11 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
                 continue;
             }
             while (avcodec_receive_frame(s.video, s.frame) == 0) {
+                // A damaged key frame still came: what follows builds on it.
+                if (!gate.Admit(s.frame->key_frame != 0, NowMs())) {
+                    av_frame_unref(s.frame);
+                    continue;
+                }
                 if (s.frame->decode_error_flags != 0 || s.frame->width <= 0 || s.frame->height <= 0) {
                     ++m_badPackets;
                     av_frame_unref(s.frame);

@@ -8,7 +8,11 @@
 // HTTP(S) sources are fetched by the device transport and fed to FFmpeg
 // (CTransportInput). A certificate that is not trusted, or a device asking
 // for the password in clear, ends the stream for good: retrying would only
-// knock on the same door.
+// knock on the same door. A stream without video is looked at again only
+// now and then. Pictures are shown from a key frame on; when the stream's key
+// frames stop coming (well past their usual interval) the pictures built on
+// the missing ones are held back until the next key frame, and the window is
+// told it waits for one.
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -29,7 +33,10 @@ class CAudioOutput;
 class CStreamDecoder final {
 public:
     // CertificateNotTrusted and PasswordRefused are final (Stopped follows).
-    enum class State { Connecting, Playing, Retrying, CertificateNotTrusted, PasswordRefused, Stopped };
+    // NoVideo: the stream carries no picture; tried again after a long pause.
+    // WaitingForKeyFrame: connected, packets come, no picture can be shown yet.
+    enum class State { Connecting, Playing, Retrying, CertificateNotTrusted, PasswordRefused, Stopped, NoVideo,
+        WaitingForKeyFrame };
     struct Callbacks {
         std::function<void()> frameReady;  // a new picture waits in TakeFrame()
         std::function<void(State, QString)> status;

@@ -389,6 +389,15 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
         m_pVideo->Clear();
         ShowMessage(tr("Password not sent: the device asked for it without encryption."), 0, true);
         break;
+    case playwindow::CStreamDecoder::State::NoVideo:
+        m_pVideo->Clear();
+        ShowMessage(tr("This stream has no video."));
+        break;
+    case playwindow::CStreamDecoder::State::WaitingForKeyFrame:
+        // The last good picture stays; the next one shown clears the message.
+        m_bStalled = true;
+        ShowMessage(tr("Waiting for a key frame..."));
+        break;
     case playwindow::CStreamDecoder::State::Stopped:
         break;
     }

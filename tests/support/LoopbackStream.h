@@ -35,20 +35,20 @@ public:
     }
     ~ListeningSocket() { Close(); }
     ListeningSocket(const ListeningSocket&) = delete;
-    // Also wakes a thread blocked in accept().
+    // Also wakes a thread blocked in accept(); that thread reads fd() meanwhile.
     void Close()
     {
-        if (m_fd >= 0) {
-            ::shutdown(m_fd, SHUT_RDWR);
-            ::close(m_fd);
+        const int fd = m_fd.exchange(-1);
+        if (fd >= 0) {
+            ::shutdown(fd, SHUT_RDWR);
+            ::close(fd);
         }
-        m_fd = -1;
     }
     int port() const { return m_port; }
     int fd() const { return m_fd; }
 
 private:
-    int m_fd = -1;
+    std::atomic<int> m_fd{-1};
     int m_port = 0;
 };
 

@@ -16,8 +16,9 @@ protected:
     void TearDown() override { EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0); }
 };
 
-// Each shows a message in its window and keeps retrying without blocking the
-// GUI thread; stopping interrupts even a connection that never answers.
+// Each shows a message in its window and keeps retrying (sound alone: now and
+// then) without blocking the GUI thread; stopping interrupts even a
+// connection that never answers.
 TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
 {
     enum Kind { Refused, Silent, AudioOnly };
@@ -25,7 +26,7 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
         Kind kind;
         const char* message;
         int timeoutMs;
-    } cases[] = {{Refused, "Retrying", 3000}, {Silent, "Retrying", 9000}, {AudioOnly, "no video in the stream", 5000}};
+    } cases[] = {{Refused, "Retrying", 3000}, {Silent, "Retrying", 9000}, {AudioOnly, "has no video", 5000}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.kind);
         testsupport::ListeningSocket silent;
