@@ -5,14 +5,9 @@
 
 #include "RtspServer.h"
 
-#include <QDateTime>
-#include <QImage>
-#include <QString>
 #include <chrono>
-#include <cstring>
 #include <random>
 
-#include "PictureFactory.h"
 #include "SceneClip.h"
 #include "RtspControl.h"
 
@@ -25,25 +20,43 @@ struct StreamSpec {
     int width;
     int height;
     int fps;
-    std::shared_ptr<SceneClip> clip;  // set: the stream loops this clip instead of encoding live
+    std::shared_ptr<SceneClip> clip;  // the scene at the stream's own size, looped
     std::string path;       // the mount, which names the stream's faults
     RtspControl* control;
+    bool h265;
 };
 
 // One playing media: its own frame clock, and the size it sends now.
 struct Playing {
     StreamSpec format;
-    int width = format.width;
-    int height = format.height;
+    std::shared_ptr<SceneClip> clip = format.clip;  // the one sent now (another size after a switch)
+    long long clipStart = 0;                        // frame number at which it started
     std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     long long frameNo = 0;
     std::minstd_rand lossDice{std::minstd_rand::default_seed};  // pay0's streaming thread only
 };
 
+// A switched size: a clip of the new size from its key frame on, with its own
+// parameter sets, as a camera starts over when its resolution is changed.
+void followSize(Playing& p)
+{
+    const RtspFault f = p.format.control->fault(p.format.path);
+    const int w = f.width > 0 ? f.width : p.format.width;
+    const int h = f.height > 0 ? f.height : p.format.height;
+    if (w == p.clip->width() && h == p.clip->height())
+        return;
+    p.clip = w == p.format.width && h == p.format.height
+        ? p.format.clip
+        : std::make_shared<SceneClip>(p.format.channel, w, h, p.format.fps, p.format.h265);
+    p.clipStart = p.frameNo;
+}
+
 // The next access unit of the clip. Late frames (while the clip is still being
 // encoded) move the clock instead of coming in a burst afterwards.
-void pushClipFrame(GstElement* appsrc, Playing* p)
+void onNeedData(GstElement* appsrc, guint, gpointer user)
 {
+    auto* p = static_cast<Playing*>(user);
+    followSize(*p);
     const int fps = std::max(1, p->format.fps);
     const auto frame = std::chrono::microseconds(1000000LL / fps);
     const auto now = std::chrono::steady_clock::now();
@@ -51,7 +64,7 @@ void pushClipFrame(GstElement* appsrc, Playing* p)
         p->start = now - p->frameNo * frame;
     std::this_thread::sleep_until(p->start + p->frameNo * frame);
     std::vector<uint8_t> unit;
-    if (!p->format.clip->Frame(p->frameNo, unit)) {
+    if (!p->clip->Frame(p->frameNo - p->clipStart, unit)) {
         gst_app_src_end_of_stream(GST_APP_SRC(appsrc));
         return;
     }
@@ -61,28 +74,6 @@ void pushClipFrame(GstElement* appsrc, Playing* p)
     GST_BUFFER_DURATION(buffer) = duration;
     ++p->frameNo;
     gst_app_src_push_buffer(GST_APP_SRC(appsrc), buffer);
-}
-
-std::string rawCaps(int width, int height, int fps)
-{
-    return "video/x-raw,format=BGRx,width=" + std::to_string(width) + ",height=" + std::to_string(height)
-        + ",framerate=" + std::to_string(fps) + "/1";
-}
-
-// A switched size goes out as new caps: the encoder starts over with new
-// parameter sets and a key frame, as a camera does when its resolution is changed.
-void followSize(GstElement* appsrc, Playing& p)
-{
-    const RtspFault f = p.format.control->fault(p.format.path);
-    const int w = f.width > 0 ? f.width : p.format.width;
-    const int h = f.height > 0 ? f.height : p.format.height;
-    if (w == p.width && h == p.height)
-        return;
-    p.width = w;
-    p.height = h;
-    GstCaps* caps = gst_caps_from_string(rawCaps(w, h, p.format.fps).c_str());
-    gst_app_src_set_caps(GST_APP_SRC(appsrc), caps);
-    gst_caps_unref(caps);
 }
 
 GstPadProbeReturn onEncodedFrame(GstPad*, GstPadProbeInfo* info, gpointer user)
@@ -113,31 +104,6 @@ GstPadProbeReturn onRtpPackets(GstPad*, GstPadProbeInfo* info, gpointer user)
     return gst_buffer_list_length(list) == 0 ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
 }
 
-void onNeedData(GstElement* appsrc, guint, gpointer user)
-{
-    auto* p = static_cast<Playing*>(user);
-    if (p->format.clip) {
-        pushClipFrame(appsrc, p);
-        return;
-    }
-    followSize(appsrc, *p);
-    const auto due = p->start + std::chrono::microseconds(1000000LL * p->frameNo / std::max(1, p->format.fps));
-    std::this_thread::sleep_until(due);
-    // Time stamps from the frame count: a late frame keeps its place instead of
-    // sharing a stamp with the next one.
-    const GstClockTime duration = GST_SECOND / guint64(std::max(1, p->format.fps));
-    const GstClockTime pts = GstClockTime(p->frameNo) * duration;
-    ++p->frameNo;
-    const QImage img = PictureFactory::frameImage(p->format.channel, QStringLiteral("Channel %1").arg(p->format.channel),
-        QDateTime::currentMSecsSinceEpoch(), p->width, p->height);
-    const gsize size = gsize(img.sizeInBytes());
-    GstBuffer* buffer = gst_buffer_new_allocate(nullptr, size, nullptr);
-    gst_buffer_fill(buffer, 0, img.constBits(), size);
-    GST_BUFFER_PTS(buffer) = pts;
-    GST_BUFFER_DURATION(buffer) = duration;
-    gst_app_src_push_buffer(GST_APP_SRC(appsrc), buffer);
-}
-
 void onMediaConfigure(GstRTSPMediaFactory*, GstRTSPMedia* media, gpointer user)
 {
     const auto* format = static_cast<const StreamSpec*>(user);
@@ -159,24 +125,12 @@ void onMediaConfigure(GstRTSPMediaFactory*, GstRTSPMedia* media, gpointer user)
     gst_object_unref(element);
 }
 
-std::string Launch(const StreamSpec& s, bool h265)
+std::string Launch(bool h265)
 {
-    const int kbps = s.width >= 1280 ? 4000 : 600;
-    const std::string caps = rawCaps(s.width, s.height, s.fps);
-    const std::string gop = std::to_string(2 * s.fps);
-    if (s.clip)
-        return "( appsrc name=src is-live=true format=time caps=video/x-h265,stream-format=byte-stream,alignment=au"
-               " ! h265parse ! rtph265pay name=pay0 pt=96 config-interval=-1 )";
-    // Parameter sets with every key frame, as cameras send them: a client that
-    // missed the first key frame still decodes from the next one.
-    const std::string encoder = h265
-        ? "x265enc tune=zerolatency speed-preset=ultrafast option-string=repeat-headers=1 key-int-max=" + gop
-            + " bitrate=" + std::to_string(kbps)
-            + " ! video/x-h265,profile=main ! rtph265pay name=pay0 pt=96 config-interval=-1"
-        : "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + std::to_string(kbps)
-            + " threads=1 ! video/x-h264,profile=baseline ! rtph264pay name=pay0 pt=96 config-interval=-1";
-    return "( appsrc name=src is-live=true format=time caps=" + caps
-        + " ! videoconvert ! video/x-raw,format=I420 ! " + encoder + " )";
+    const std::string codec = h265 ? "h265" : "h264";
+    return "( appsrc name=src is-live=true format=time caps=video/x-" + codec
+        + ",stream-format=byte-stream,alignment=au ! " + codec + "parse ! rtp" + codec
+        + "pay name=pay0 pt=96 config-interval=-1 )";
 }
 
 } // namespace
@@ -256,12 +210,10 @@ bool RtspServer::start(std::string& error)
         for (const bool main : {true, false}) {
             for (const bool h265 : {false, true}) {
                 const std::string path = "/ch" + std::to_string(ch) + (h265 ? "/h265/" : "/h264/") + (main ? "main" : "sub");
-                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, main ? kMainWidth : kSubWidth,
-                    main ? kMainHeight : kSubHeight, m_opts.videoFps,
-                    // Live 1080p H.265 costs the emulator about a core: that one is looped.
-                    main && h265 ? std::make_shared<SceneClip>(ch, kMainWidth, kMainHeight, m_opts.videoFps) : nullptr,
-                    path, &m_control}));
-                GstRTSPMediaFactory* factory = mount(path, Launch(*m_gst->formats.back(), h265));
+                const int width = main ? kMainWidth : kSubWidth, height = main ? kMainHeight : kSubHeight;
+                m_gst->formats.push_back(std::make_unique<StreamSpec>(StreamSpec{ch, width, height, m_opts.videoFps,
+                    std::make_shared<SceneClip>(ch, width, height, m_opts.videoFps, h265), path, &m_control, h265}));
+                GstRTSPMediaFactory* factory = mount(path, Launch(h265));
                 g_signal_connect(factory, "media-configure", G_CALLBACK(onMediaConfigure), m_gst->formats.back().get());
             }
         }

@@ -14,8 +14,8 @@
 
 namespace devicesim {
 
-SceneClip::SceneClip(int channel, int width, int height, int fps)
-    : m_channel(channel), m_width(width), m_height(height), m_fps(std::max(1, fps))
+SceneClip::SceneClip(int channel, int width, int height, int fps, bool h265)
+    : m_channel(channel), m_width(width), m_height(height), m_fps(std::max(1, fps)), m_h265(h265)
 {
 }
 
@@ -43,12 +43,17 @@ void SceneClip::Encode()
     const int count = 2 * m_fps;
     // The live streams' encoder and rate; one group of pictures per loop, so
     // that each loop starts on a key frame.
+    const std::string gop = std::to_string(count);
+    const std::string kbps = std::to_string(m_width >= 1280 ? 4000 : 600);
+    // Parameter sets with every key frame, as cameras send them.
+    const std::string encoder = m_h265
+        ? "x265enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + kbps
+            + " option-string=repeat-headers=1 ! video/x-h265,profile=main,stream-format=byte-stream,alignment=au"
+        : "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=" + gop + " bitrate=" + kbps
+            + " threads=1 ! video/x-h264,profile=baseline,stream-format=byte-stream,alignment=au";
     const std::string launch = "appsrc name=src format=time block=true caps=video/x-raw,format=BGRx,width="
         + std::to_string(m_width) + ",height=" + std::to_string(m_height) + ",framerate=" + std::to_string(m_fps)
-        + "/1 ! videoconvert ! video/x-raw,format=I420 ! x265enc tune=zerolatency speed-preset=ultrafast key-int-max="
-        + std::to_string(count) + " bitrate=" + std::to_string(m_width >= 1280 ? 4000 : 600)
-        + " option-string=repeat-headers=1 ! video/x-h265,profile=main,stream-format=byte-stream,alignment=au"
-          " ! appsink name=sink sync=false";
+        + "/1 ! videoconvert ! video/x-raw,format=I420 ! " + encoder + " ! appsink name=sink sync=false";
     GError* error = nullptr;
     GstElement* pipeline = gst_parse_launch(launch.c_str(), &error);
     g_clear_error(&error);

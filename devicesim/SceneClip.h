@@ -1,9 +1,10 @@
 #pragma once
-// A channel's scene encoded once as a short H.265 clip (two seconds, one group
-// of pictures) that the RTSP server loops for the channel's main H.265 stream:
-// encoding 1080p H.265 live takes about a core, more than the emulator may
-// take from the client it serves on a small machine. The walker and the clock
-// jump back at each loop; the rest of the scene is the live one.
+// A channel's scene encoded once as a short clip (two seconds, one group of
+// pictures, H.264 or H.265) that the RTSP server loops for one of the
+// channel's streams: encoding live costs the emulator a core for 1080p H.265
+// and a tenth of one per sub stream, more than it may take from the client it
+// serves on a small machine. The walker and the clock jump back at each loop;
+// the rest of the scene is the live one.
 // The first Frame() call starts the encoder on the clip's own thread; frames
 // are handed out as they come, so the first client waits one frame, not the
 // clip. Frame() is called from GStreamer's streaming threads; the server's
@@ -20,7 +21,10 @@ namespace devicesim {
 
 class SceneClip final {
 public:
-    SceneClip(int channel, int width, int height, int fps);
+    SceneClip(int channel, int width, int height, int fps, bool h265);
+
+    int width() const { return m_width; }
+    int height() const { return m_height; }
     ~SceneClip();
     SceneClip(const SceneClip&) = delete;
     SceneClip& operator=(const SceneClip&) = delete;
@@ -37,6 +41,7 @@ private:
     const int m_width;
     const int m_height;
     const int m_fps;
+    const bool m_h265;
     std::mutex m_mutex;
     std::condition_variable m_cv;
     std::vector<std::vector<uint8_t>> m_units;
