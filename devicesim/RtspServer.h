@@ -5,8 +5,8 @@
 // at rtsp://ADDR:PORT/ch<N>/<h264|h265>/<main|sub>, and the channel's sound
 // alone at rtsp://ADDR:PORT/ch<N>/audio. Digest authentication with the
 // device's user and password. Each stream loops a two-second clip of the
-// scene (the walker and the clock jump back at each loop), encoded once when
-// the stream is first played: encoding live cost a tenth of a core per sub
+// scene encoded once when the stream is first played (its clock shows those
+// two seconds): encoding live cost a tenth of a core per sub
 // stream and a core for 1080p H.265. Faults set through the
 // RtspControl (owned by main(), outlives the server) apply to the next frame.
 // Owned by main(); start() and stop() on the main thread; GStreamer's own
