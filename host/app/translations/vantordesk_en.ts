@@ -53,6 +53,14 @@
         <source>Password not sent: the device asked for it without encryption.</source>
         <translation>Password not sent: the device asked for it without encryption.</translation>
     </message>
+    <message>
+        <source>This stream has no video.</source>
+        <translation>This stream has no video.</translation>
+    </message>
+    <message>
+        <source>Waiting for a key frame...</source>
+        <translation>Waiting for a key frame...</translation>
+    </message>
 </context>
 <context>
     <name>UiDataController::CErrorInfoMgr</name>

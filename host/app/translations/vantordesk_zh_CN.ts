@@ -53,6 +53,14 @@
         <source>Password not sent: the device asked for it without encryption.</source>
         <translation>密码未发送：设备要求以不加密的方式发送密码。</translation>
     </message>
+    <message>
+        <source>This stream has no video.</source>
+        <translation>此码流没有视频。</translation>
+    </message>
+    <message>
+        <source>Waiting for a key frame...</source>
+        <translation>正在等待关键帧...</translation>
+    </message>
 </context>
 <context>
     <name>UiDataController::CErrorInfoMgr</name>
