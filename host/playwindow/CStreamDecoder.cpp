@@ -366,14 +366,19 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     }
     g_liveDecoders.fetch_add(1);
     avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
-    // One thread per window up to 1080p, the windows spread over the cores:
-    // a core decodes 1080p at 25 fps several times over, and frame threads
-    // cost a quarter more CPU (H.264) to a third more (H.265) in hand-offs,
-    // plus a frame of latency each. Larger streams get the cores.
+    // Sub streams: one thread per window, the windows spread over the cores.
+    // Main streams up to 1080p: slice threads, which cost nothing when a
+    // camera sends one slice per picture and add no latency; frame threads
+    // would cost a quarter more CPU (H.264) to a third more (H.265) in
+    // hand-offs, plus a frame of latency each. Larger streams get frame threads.
     const AVCodecParameters* par = s.fmt->streams[s.videoIndex]->codecpar;
+    const int cores = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
     if (par->width * par->height > 1920 * 1088) {
-        s.video->thread_count = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
+        s.video->thread_count = cores;
         s.video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    } else if (par->width * par->height >= 1280 * 720) {
+        s.video->thread_count = cores;
+        s.video->thread_type = FF_THREAD_SLICE;
     } else {
         s.video->thread_count = 1;
     }
