@@ -26,7 +26,7 @@ struct StreamSpec {
     bool h265;
 };
 
-// One playing media: its own frame clock, and the size it sends now.
+// One playing media: its own frame clock, and the clip (of the size) it sends now.
 struct Playing {
     StreamSpec format;
     std::shared_ptr<SceneClip> clip = format.clip;  // the one sent now (another size after a switch)

@@ -41,7 +41,7 @@ bool SceneClip::Frame(long long n, std::vector<uint8_t>& unit)
 void SceneClip::Encode()
 {
     const int count = 2 * m_fps;
-    // The live streams' encoder and rate; one group of pictures per loop, so
+    // A camera's encoder and rate; one group of pictures per loop, so
     // that each loop starts on a key frame.
     const std::string gop = std::to_string(count);
     const std::string kbps = std::to_string(m_width >= 1280 ? 4000 : 600);

@@ -3,8 +3,8 @@
 // pictures, H.264 or H.265) that the RTSP server loops for one of the
 // channel's streams: encoding live costs the emulator a core for 1080p H.265
 // and a tenth of one per sub stream, more than it may take from the client it
-// serves on a small machine. The walker and the clock jump back at each loop;
-// the rest of the scene is the live one.
+// serves on a small machine. The clock shows the two seconds after the first
+// play, the walker walks them again at each loop.
 // The first Frame() call starts the encoder on the clip's own thread; frames
 // are handed out as they come, so the first client waits one frame, not the
 // clip. Frame() is called from GStreamer's streaming threads; the server's
