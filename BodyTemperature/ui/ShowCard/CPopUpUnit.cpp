@@ -45,16 +45,17 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
     if (m_info.popType == 1 || m_info.popType == 2) {
         const bool red = m_info.popType == 1;
         const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
-        setObjectName(QStringLiteral("Cmp_PopUp_") + colour);
-        m_pDetailBtn->setObjectName(QStringLiteral("DetailBtn_Cmp_PopUp_") + colour);
         const QString title = QLatin1Char('[')
             + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
-        m_pNameLabel->setObjectName(QStringLiteral("m_pName%1Big").arg(colour));
-        m_pSimilarityLabel->setObjectName(QStringLiteral("m_pSimilarity%1Big").arg(colour));
-        m_pMaskTextLabel->setObjectName(QStringLiteral("m_pFacelibName%1Big").arg(colour));
-        m_pCameraLabel->setObjectName(QStringLiteral("m_pCamera%1Big").arg(colour));
-        m_pTimeLabel->setObjectName(QStringLiteral("m_pTime%1Big").arg(colour));
-        CardStyle::Repolish(m_pDetailBtn);
+        // A pop-up that stays open takes the next record: a renamed widget
+        // takes its rules again when its colour changes.
+        CardStyle::Rename(this, QStringLiteral("Cmp_PopUp_") + colour);
+        CardStyle::Rename(m_pDetailBtn, QStringLiteral("DetailBtn_Cmp_PopUp_") + colour);
+        CardStyle::Rename(m_pNameLabel, QStringLiteral("m_pName%1Big").arg(colour));
+        CardStyle::Rename(m_pSimilarityLabel, QStringLiteral("m_pSimilarity%1Big").arg(colour));
+        CardStyle::Rename(m_pMaskTextLabel, QStringLiteral("m_pFacelibName%1Big").arg(colour));
+        CardStyle::Rename(m_pCameraLabel, QStringLiteral("m_pCamera%1Big").arg(colour));
+        CardStyle::Rename(m_pTimeLabel, QStringLiteral("m_pTime%1Big").arg(colour));
         setFixedSize(630, 468);
         // The card is refilled for every pop-up: one title label at a time.
         delete m_pTitleLabel;
