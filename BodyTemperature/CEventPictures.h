@@ -4,7 +4,7 @@
 // The information display builds one AlarmShowInfo per alarm; each card keeps
 // a copy, and all copies point to the same CEventPictures. So the capture
 // card, the alarm card and the pop-up of one event decode its pictures once:
-// the first card decodes (only the face rectangle's region of a JPEG scene),
+// the first card decodes (only the face rectangle of a scene, cut while decoding),
 // the others take the cached picture and scale it to their own size.
 //
 // Decoded pictures are released process-wide beyond the few most recent

@@ -32,15 +32,10 @@ QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect);
 QImage Decode(const QByteArray& bytes);
 
 // The rectangle `crop` (pixels of the whole picture) of the picture, equal
-// pixel for pixel to Decode(bytes).copy(crop). For a JPEG only the rows and
-// columns around the rectangle are decoded. A null image on failure or refusal.
-// A baseline JPEG whose restart intervals line up with MCU rows is entered at
-// the last suitable restart marker above the rectangle, so the rows above are
-// not decoded at all; otherwise the rows above are skipped by the decoder.
+// pixel for pixel to Decode(bytes).copy(crop): pixels outside the picture are
+// 0. The image reader cuts the rectangle while it decodes, so no picture of
+// the whole scene is ever held. A null image on failure or refusal.
 QImage DecodeRegion(const QByteArray& bytes, const QRect& crop);
-
-// How many region decodes entered a picture at a restart marker (diagnostics, tests).
-int RestartEntryCount();
 
 } // namespace PictureDecoder
 } // namespace BodyTemperature

@@ -2,8 +2,10 @@
 // pop-up 182 x 242) from a 1920 x 1080 scene JPEG without a separate face
 // picture, three ways in the same run:
 //   (a) naive: decode the whole scene once per card, cut the face, scale;
-//   (b) ours:  one shared decode per event of only the face region, scaled per card;
-//   (c) qt:    QImageReader with a clip rectangle and a scaled size, once per event.
+//   (b) ours:  the event's shared picture cache (one clipped decode per event,
+//              the large card's picture scaled once, the smaller ones from it);
+//   (c) qt:    QImageReader with a clip rectangle and a scaled size, once per event,
+//              the smaller cards scaled from it: the bare cost of the same work.
 // Then the full card cycle per event (create, fill, insert, trim the oldest,
 // paint) with the module style sheet, on a shown 1920 x 1080 page: the paint is
 // the repaint of what the event made dirty, as a screen gets it, through the
@@ -45,7 +47,7 @@ const protocol::PictureRect kFace{0.42, 0.25, 0.12, 0.30};
 
 // A camera-like scene: smooth shading, pixel noise and a person. The noise
 // sets how much entropy-coded data the JPEG carries, which is what the
-// region decode cannot skip: noiseShift 29 gives about 150 KB (a typical
+// decoder cannot skip: noiseShift 29 gives about 150 KB (a typical
 // device scene picture), 28 about 280 KB, 27 about 500 KB (very noisy).
 QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
 {
@@ -350,7 +352,7 @@ int main(int argc, char** argv)
         }
         const double a = Median(naive), b = Median(ours), c = Median(qt);
         std::printf("  pictures of 3 cards per event, %d events, median: (a) full decode per card %.2f ms,"
-                    " (b) shared region decode %.2f ms, (c) Qt clipped decode %.2f ms; (b)/(c) %.2fx%s\n",
+                    " (b) shared picture cache %.2f ms, (c) bare Qt clipped decode %.2f ms; (b)/(c) %.2fx%s\n",
                     events, a, b, c, b / c, (sink & 1) ? " " : "");
     }
     // Refusing an oversized picture: the header is read, nothing decoded.
