@@ -33,6 +33,21 @@ PictureSource CEventPictures::FaceSourceOf(const protocol::IntelAlarmFaceInfo& b
     return source;
 }
 
+PictureSource CEventPictures::ReturningFaceSourceOf(const protocol::IntelAlarmFaceInfo& block)
+{
+    PictureSource source;
+    if (!block.SubPic.isEmpty()) {
+        source.bytes = block.SubPic;
+    } else if (!block.bkPic.isEmpty() && !block.faceRects.empty()) {
+        source.bytes = block.bkPic;
+        if (!block.faceRects.front().isWhole()) {
+            source.crop = block.faceRects.front();
+            source.cropped = true;
+        }
+    }
+    return source;
+}
+
 CEventPictures::Entry& CEventPictures::EntryFor(const PictureSource& source)
 {
     for (Entry& e : m_entries) {
@@ -88,7 +103,10 @@ QImage CEventPictures::CachedImage(const PictureSource& source)
 {
     if (source.isEmpty())
         return QImage();
-    std::lock_guard<std::mutex> lock(m_mutex);
+    // The GUI thread asks while a worker may be decoding this very picture.
+    std::unique_lock<std::mutex> lock(m_mutex, std::try_to_lock);
+    if (!lock.owns_lock())
+        return QImage();
     for (const Entry& e : m_entries) {
         if (e.bytes.constData() == source.bytes.constData() && e.bytes.size() == source.bytes.size()
             && e.cropped == source.cropped && (!e.cropped || SameRect(e.crop, source.crop)))
@@ -97,10 +115,38 @@ QImage CEventPictures::CachedImage(const PictureSource& source)
     return QImage();
 }
 
+QImage CEventPictures::LargestCard(const PictureSource& source, const QImage& image)
+{
+    if (image.width() <= kLargestCard.width() || image.height() <= kLargestCard.height())
+        return QImage();
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        const QImage made = EntryFor(source).largestCard;
+        if (!made.isNull())
+            return made;
+    }
+    const QImage largest = image.scaled(kLargestCard, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    std::lock_guard<std::mutex> lock(m_mutex);
+    EntryFor(source).largestCard = largest;
+    return largest;
+}
+
+void CEventPictures::Prepare(const PictureSource& source)
+{
+    if (source.isEmpty())
+        return;
+    const QImage image = Image(source);
+    if (!image.isNull())
+        LargestCard(source, image);
+}
+
 QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
 {
     if (source.isEmpty())
         return QPixmap();
+    const bool fromLargest = size == kLargestCard
+        || (size.width() < kLargestCard.width() && size.height() < kLargestCard.height());
+    QImage largest;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         Entry& entry = EntryFor(source);
@@ -109,30 +155,25 @@ QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
         for (const auto& s : entry.scaled)
             if (s.first == size)
                 return s.second;
+        if (fromLargest)
+            largest = entry.largestCard;
     }
-    const QImage image = Image(source);
-    if (image.isNull())
-        return QPixmap();
     const auto smooth = [](const QImage& from, const QSize& to) {
         return from.scaled(to, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     };
-    const bool big = image.width() > kLargestCard.width() && image.height() > kLargestCard.height();
-    const bool smaller = size.width() < kLargestCard.width() && size.height() < kLargestCard.height();
     QImage scaled;
-    if (big && (smaller || size == kLargestCard)) {
-        QImage largest;
-        {
-            std::lock_guard<std::mutex> lock(m_mutex);
-            largest = EntryFor(source).largestCard;
-        }
-        if (largest.isNull()) {
-            largest = smooth(image, kLargestCard);
-            std::lock_guard<std::mutex> lock(m_mutex);
-            EntryFor(source).largestCard = largest;
-        }
+    if (!largest.isNull()) {
+        // Prepared: the decode itself may have been released already.
         scaled = size == kLargestCard ? largest : smooth(largest, size);
     } else {
-        scaled = smooth(image, size);
+        const QImage image = Image(source);
+        if (image.isNull())
+            return QPixmap();
+        largest = fromLargest ? LargestCard(source, image) : QImage();
+        if (largest.isNull())
+            scaled = smooth(image, size);
+        else
+            scaled = size == kLargestCard ? largest : smooth(largest, size);
     }
     const QPixmap pixmap = QPixmap::fromImage(std::move(scaled));
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -149,10 +190,8 @@ int CEventPictures::DecodeCount() const
 void CEventPictures::ReleaseImages()
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    for (Entry& e : m_entries) {
+    for (Entry& e : m_entries)
         e.image = QImage();
-        e.largestCard = QImage();
-    }
 }
 
 void CEventPictures::NoteRecentlyDecoded()

@@ -4,12 +4,14 @@
 // The information display builds one AlarmShowInfo per alarm; each card keeps
 // a copy, and all copies point to the same CEventPictures. So the capture
 // card, the alarm card and the pop-up of one event decode its pictures once:
-// the first card decodes (only the face rectangle of a scene, cut while decoding),
-// the others take the cached picture and scale it to their own size.
+// a worker prepares them (decodes only the face rectangle of a scene, cut
+// while decoding, and scales it to the largest card) before the cards are
+// built; the cards take that picture and scale it to their own size.
 //
 // Decoded pictures are released process-wide beyond the few most recent
-// events (kKeptEvents); the scaled pixmaps stay as long as the cards, which
-// show them anyway. Image() may be called from any thread; Scaled() makes
+// events (kKeptEvents); the picture of the largest card and the scaled
+// pixmaps stay as long as the cards, which show them anyway. Image(),
+// CachedImage() and Prepare() may be called from any thread; Scaled() makes
 // QPixmaps and so belongs to the GUI thread.
 #include <QByteArray>
 #include <QImage>
@@ -47,12 +49,19 @@ public:
     // picture cut to the first face rectangle (not cut when that rectangle is
     // the whole picture or there is none).
     static PictureSource FaceSourceOf(const protocol::IntelAlarmFaceInfo& block);
+    // The face of a returning person's card: the face picture, else the scene
+    // cut to the first face rectangle; empty when there is neither.
+    static PictureSource ReturningFaceSourceOf(const protocol::IntelAlarmFaceInfo& block);
 
     // The decoded (and cut) picture; a null image when it cannot be decoded
     // or is refused for its size.
     QImage Image(const PictureSource& source);
-    // The picture if it was decoded already and is still kept; never decodes.
+    // The picture if it was decoded already and is still kept; never decodes
+    // and never waits for a decode in progress (a null image then).
     QImage CachedImage(const PictureSource& source);
+    // What Scaled() needs before it can scale: the decode, and the picture
+    // of kLargestCard for a big one. For a worker, ahead of the cards.
+    void Prepare(const PictureSource& source);
     // Image() scaled to exactly `size`, aspect ratio ignored, smooth. When the
     // picture is larger than kLargestCard both ways, a smaller card's picture
     // is scaled from the kLargestCard one, scaled once per picture: the big
@@ -77,6 +86,8 @@ private:
 
     Entry& EntryFor(const PictureSource& source);  // lock held
     void DecodeInto(Entry& entry);                  // lock held
+    // The kLargestCard picture of a big image, made once; null for a small one.
+    QImage LargestCard(const PictureSource& source, const QImage& image);
     void NoteRecentlyDecoded();
 
     mutable std::mutex m_mutex;

@@ -17,6 +17,7 @@
 #include "CAlarmClassifier.h"
 #include "CBTConfigDB.h"
 #include "CCardBacklog.h"
+#include "CPicturePreparer.h"
 #include "CScreeningRecord.h"
 #include "CSettingsLoader.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
@@ -71,6 +72,10 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_pCardBacklog = new CCardBacklog(kMaxRightCards, CBottomWidget::kMaxCards,
         [this](const AlarmShowInfo& info, int copies, bool list, bool strip) { buildCards(info, copies, list, strip); },
         this);
+    // Pictures are decoded off the GUI thread first; only the newest records
+    // the page can still show are worth it.
+    m_pPicturePreparer = new CPicturePreparer(std::max(kMaxRightCards, CBottomWidget::kMaxCards),
+        [this](const AlarmShowInfo& info, int copies) { m_pCardBacklog->Add(info, copies); }, this);
     m_pRecord = new CScreeningRecord(this);
     new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
 
@@ -166,7 +171,8 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
     AlarmShowInfo info = AlarmShowInfo::FromRecord(struAlarmInfo);
     decision.applyTo(info);
     const int allBefore = m_iAllNum;
-    // Counted (and journaled) at once; the cards follow as the page can draw them.
+    // Counted (and journaled) at once; the cards follow when their pictures
+    // are decoded and as the page can draw them.
     if (decision.action == AlarmDecision::Action::ShowReturning) {
         // One card per open view of the camera: a camera shown twice counts twice.
         const QVector<std::string> views = m_ui->m_pLiveView->openViewCameraIds();
@@ -174,12 +180,12 @@ void CBTShowWidget::DealAlarmInfo(const publicdatacontroller::IntelAlarmEventInf
         info.strSecondID = struAlarmInfo.secondID;
         m_iAllNum += copies;
         if (copies > 0)
-            m_pCardBacklog->Add(info, copies);
+            m_pPicturePreparer->Submit(info, copies);
     } else if (decision.action == AlarmDecision::Action::ShowFace) {
         playVoice(decision.voicePath);
         countFace(decision);
         ++m_iAllNum;
-        m_pCardBacklog->Add(info);
+        m_pPicturePreparer->Submit(info);
     }
     if (decision.action != AlarmDecision::Action::CountOnly)
         m_pRecord->Append(info, m_iAllNum - allBefore);

@@ -29,6 +29,7 @@ struct AlarmDecision;
 class BTShowLiveView;
 class CBottomWidget;
 class CCardBacklog;
+class CPicturePreparer;
 
 class CPopConfigPage;
 class CPopUpUnit;
@@ -111,6 +112,7 @@ private:
 
     CSettingsLoader* m_pSettingsLoader = nullptr;
     CCardBacklog* m_pCardBacklog = nullptr;
+    CPicturePreparer* m_pPicturePreparer = nullptr;
     CPopUpUnit* m_pPopUpUnit = nullptr;
     QTimer* m_pPopTimer = nullptr;
     CTypeConfigPage* m_pTypeConfigPage = nullptr;

@@ -61,7 +61,7 @@ protected:
     static Nums counters(CBTShowWidget& w)
     {
         QSignalSpy nums(&w, &CBTShowWidget::signalNum);
-        w.DealAlarmInfo(record(100999, face(1, 1, 1)));
+        deal(w, record(100999, face(1, 1, 1)));
         return nums.count() == 1 ? nums.at(0) : Nums();
     }
 
@@ -103,7 +103,7 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
         QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
         const int before = voices.played().size();
 
-        w->DealAlarmInfo(record(kTemperatureCapture, face(row.enabled, row.anomaly, row.mask)));
+        deal(*w, record(kTemperatureCapture, face(row.enabled, row.anomaly, row.mask)));
 
         // At most one file per record, and the player plays it.
         const QStringList played = voices.played().mid(before);
@@ -125,10 +125,10 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
 TEST_F(ShowWidgetTest, UnknownCodesAndTheDisplaySwitch)
 {
     auto w = makeWidget();
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
     const int played = voices.played().size();
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
-    w->DealAlarmInfo(record(100999, face(1, 1, 1)));
+    deal(*w, record(100999, face(1, 1, 1)));
     ASSERT_EQ(nums.count(), 1);
     EXPECT_EQ(nums.at(0), (Nums{1, 0, 1, 1}));
     EXPECT_EQ(rightCards(*w), 1);
@@ -137,13 +137,13 @@ TEST_F(ShowWidgetTest, UnknownCodesAndTheDisplaySwitch)
     auto* enable = testsupport::child<QToolButton>(w.get(), "m_pEnableAlarmBtn");
     enable->click();
     ASSERT_FALSE(enable->isChecked());
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
     EXPECT_EQ(nums.count(), 1);
     EXPECT_EQ(voices.played().size(), played);
     EXPECT_EQ(rightCards(*w), 1);
 
     enable->click();
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 1)));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
     EXPECT_EQ(nums.count(), 2);
 }
 
@@ -155,7 +155,7 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
     w->restorePlayingCameras({QStringLiteral("CAM1"), QStringLiteral("CAM2"), QStringLiteral("CAM1")});
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
 
-    w->DealAlarmInfo(record(kReturning, face(1, 1, 1), "R1", "CAM1"));
+    deal(*w, record(kReturning, face(1, 1, 1), "R1", "CAM1"));
     EXPECT_EQ(rightCards(*w), 2);
     const auto* card = newestCard<CFrequenterUnit>(*w);
     ASSERT_NE(card, nullptr);
@@ -167,7 +167,7 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
     EXPECT_TRUE(voices.played().isEmpty());
     EXPECT_EQ(popUp(*w), nullptr);
 
-    w->DealAlarmInfo(record(kReturning, face(1, 1, 1), "R2", "CAM9"));
+    deal(*w, record(kReturning, face(1, 1, 1), "R2", "CAM9"));
     EXPECT_TRUE(testsupport::waitUntil([&w] { return rightCards(*w) == 2; }));
     ASSERT_EQ(nums.count(), 2);
     EXPECT_EQ(nums.at(1), (Nums{2, 0, 0, 0}));
@@ -176,7 +176,7 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
 TEST_F(ShowWidgetTest, AutoClosingPopUpKeepsItsContentUntilTheTimerFires)
 {
     auto w = makeWidget();
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "A"));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 2), "A"));
     CPopUpUnit* card = popUp(*w);
     QTimer* timer = popTimer(*w);
     ASSERT_NE(card, nullptr);
@@ -184,7 +184,7 @@ TEST_F(ShowWidgetTest, AutoClosingPopUpKeepsItsContentUntilTheTimerFires)
     EXPECT_TRUE(timer->isActive());
     EXPECT_EQ(timer->interval(), 5000);
 
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "B"));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 2), "B"));
     EXPECT_TRUE(testsupport::waitUntil([&w] { return rightCards(*w) == 2; })) << "the list still gets every card";
     EXPECT_EQ(card->info().eventID, "A");
 
@@ -194,12 +194,12 @@ TEST_F(ShowWidgetTest, AutoClosingPopUpKeepsItsContentUntilTheTimerFires)
     EXPECT_FALSE(card->isVisibleTo(w.get()));
     EXPECT_FALSE(timer->isActive());
 
-    w->DealAlarmInfo(record(kTemperatureCapture, face(0, 0, 1), "C"));
+    deal(*w, record(kTemperatureCapture, face(0, 0, 1), "C"));
     EXPECT_EQ(card->info().eventID, "C");
     EXPECT_TRUE(card->isVisibleTo(w.get()));
     // Closing it by hand frees it for the next record at once.
     card->onClose();
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "D"));
+    deal(*w, record(kTemperatureCapture, face(1, 1, 2), "D"));
     EXPECT_EQ(card->info().eventID, "D");
 }
 
@@ -210,9 +210,9 @@ TEST_F(ShowWidgetTest, PopUpThatNeverClosesByItselfTakesEveryNewRecord)
         AlarmDisplayConfig config = voiceConfig();
         std::tie(config.bPopAutoClose, config.iPopDuration) = c;
         auto w = makeWidget(config);
-        w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "A"));
+        deal(*w, record(kTemperatureCapture, face(1, 1, 2), "A"));
         EXPECT_EQ(popTimer(*w), nullptr);
-        w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2), "B"));
+        deal(*w, record(kTemperatureCapture, face(1, 1, 2), "B"));
         ASSERT_NE(popUp(*w), nullptr);
         // On a loaded machine the second card may wait for the next event-loop turn.
         EXPECT_TRUE(testsupport::waitUntil([&w] { return popUp(*w)->info().eventID == "B"; }));
@@ -233,7 +233,7 @@ TEST_F(ShowWidgetTest, EmptyVoicePathsAreReplacedByTheDefaultsAndSaved)
         EXPECT_FALSE(stored.strAbnormalVoice.isEmpty());
         EXPECT_EQ(stored.iPopDuration, 9);
         // The display uses what it stored.
-        w->DealAlarmInfo(record(kTemperatureCapture, face(1, 1, 2)));
+        deal(*w, record(kTemperatureCapture, face(1, 1, 2)));
         EXPECT_EQ(voices.played().value(voices.played().size() - 1), stored.strAbnormalVoice);
     }
 
@@ -320,7 +320,7 @@ TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
     // A capture with no face at all: listed on the right, nothing to show below.
     publicdatacontroller::IntelAlarmEventInfo noFace = record(kTemperatureCapture, face(1, 1, 1));
     noFace.faceInfoList.clear();
-    w->DealAlarmInfo(noFace);
+    deal(*w, noFace);
     EXPECT_EQ(counters(*w).value(0), 1);
     EXPECT_EQ(rightCards(*w), 1);
     EXPECT_EQ(bottomCards(*w), 0);
@@ -331,13 +331,13 @@ TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
     protocol::IntelAlarmFaceInfo garbled = face(1, 0, 2, false);
     garbled.bkPic = QByteArray("not a picture");
     garbled.SubPic = QByteArray(7, '\xff');
-    w->DealAlarmInfo(record(kTemperatureCapture, garbled, "G"));
-    w->DealAlarmInfo(record(kComparison, garbled, "G2"));
+    deal(*w, record(kTemperatureCapture, garbled, "G"));
+    deal(*w, record(kComparison, garbled, "G2"));
     EXPECT_EQ(counters(*w).mid(0, 2), (Nums{3, 2}));
     EXPECT_EQ(bottomCards(*w), 2);
 
     // A face without pictures is counted but adds no capture card.
-    w->DealAlarmInfo(record(kTemperatureCapture, face(1, 0, 2, false)));
+    deal(*w, record(kTemperatureCapture, face(1, 0, 2, false)));
     EXPECT_EQ(counters(*w).value(0), 4);
     EXPECT_EQ(bottomCards(*w), 2);
 }

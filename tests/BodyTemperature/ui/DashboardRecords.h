@@ -1,15 +1,19 @@
 #pragma once
 // Alarm records and settings shared by the dashboard tests.
 #include <QStringList>
+#include <QTest>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 #include <mutex>
 #include <string>
 
 #include "AlarmDisplayConfig.h"
 #include "CBTConfigDB.h"
+#include "CPicturePreparer.h"
 #include "CVoicePlayer.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
+#include "ui/CBTShowWidget.h"
 #include "support/TestSupport.h"
 
 namespace dashtest {
@@ -101,5 +105,19 @@ private:
     std::mutex m_mutex;
     QStringList m_played;
 };
+
+// Cards follow a record once its pictures are decoded off the GUI thread:
+// deals it and waits until every record dealt so far has reached the lists.
+inline bool cardsBuilt(BodyTemperature::CBTShowWidget& display)
+{
+    auto* preparer = display.findChild<BodyTemperature::CPicturePreparer*>();
+    return preparer == nullptr || QTest::qWaitFor([preparer] { return preparer->Pending() == 0; }, 5000);
+}
+
+inline void deal(BodyTemperature::CBTShowWidget& display, const publicdatacontroller::IntelAlarmEventInfo& r)
+{
+    display.DealAlarmInfo(r);
+    EXPECT_TRUE(cardsBuilt(display));
+}
 
 } // namespace dashtest

@@ -69,6 +69,7 @@ TEST_F(DetailLifetimeTest, BurstTrimsTheCardWhoseDialogIsOpen)
     w.show();
     for (int i = 0; i < CBTShowWidget::kMaxRightCards; ++i)
         w.DealAlarmInfo(Alarm(i));
+    ASSERT_TRUE(cardsBuilt(w));
     QPointer<QWidget> oldest = rightList(w)->itemAt(1)->widget();
 
     QString shown;
@@ -104,7 +105,7 @@ TEST_F(DetailLifetimeTest, PopUpKeepsItsTimerWhileItsDialogIsOpen)
     CBTShowWidget w;
     w.resize(1642, 1080);
     w.show();
-    w.DealAlarmInfo(Alarm(0, 1));
+    deal(w, Alarm(0, 1));
     QPointer<CPopUpUnit> pop = w.findChild<CPopUpUnit*>();
     ASSERT_TRUE(pop && pop->isVisible());
 
@@ -119,6 +120,7 @@ TEST_F(DetailLifetimeTest, PopUpKeepsItsTimerWhileItsDialogIsOpen)
         closedByTimer = testsupport::waitUntil([&] { return pop && !pop->isVisible(); }, 4000) && dialog->isVisible();
         for (int i = 1; i <= 50; ++i)
             w.DealAlarmInfo(Alarm(i, 1));
+        cardsBuilt(w);
         refilled = pop && pop->isVisible() && CameraShown(dialog) == QStringLiteral("Camera 0");
         dialog->reject();
     });
@@ -141,7 +143,7 @@ TEST_F(DetailLifetimeTest, LeavingOrTearingDownThePageClosesTheDialog)
         auto frame = std::make_unique<QWidget>();
         QPointer<BodyTemperatureWid> page = new BodyTemperatureWid(frame.get());
         auto* display = page->findChild<CBTShowWidget*>();
-        display->DealAlarmInfo(Alarm(0));
+        deal(*display, Alarm(0));
         QPointer<QWidget> card = rightList(*display)->itemAt(1)->widget();
 
         QPointer<CComparisonDetail> dialog;

@@ -76,24 +76,11 @@ void CFrequenterUnit::SetAlarmInfo(const AlarmShowInfo&, bool) {}
 void CFrequenterUnit::SetFrequenterInfo(const AlarmShowInfo& info)
 {
     m_info = info;
-    const protocol::IntelAlarmFaceInfo& block = m_info.faceInfo;
-    QPixmap face;
-    if (!block.SubPic.isEmpty()) {
-        PictureSource source;
-        source.bytes = block.SubPic;
-        face = m_info.Pictures().Scaled(source, kPicture);
-    } else if (!block.bkPic.isEmpty() && !block.faceRects.empty()) {
-        PictureSource source;
-        source.bytes = block.bkPic;
-        if (!block.faceRects.front().isWhole()) {
-            source.crop = block.faceRects.front();
-            source.cropped = true;
-        }
-        face = m_info.Pictures().Scaled(source, kPicture);
-    } else {
-        face = QPixmap(QStringLiteral(":/rightBottom/Images/BodyTemperature/rightBottom/DefaultFace.png"))
-                   .scaled(kPicture, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    }
+    const PictureSource source = CEventPictures::ReturningFaceSourceOf(m_info.faceInfo);
+    const QPixmap face = source.isEmpty()
+        ? QPixmap(QStringLiteral(":/rightBottom/Images/BodyTemperature/rightBottom/DefaultFace.png"))
+              .scaled(kPicture, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        : m_info.Pictures().Scaled(source, kPicture);
     if (face.isNull())
         return;
     m_pFacePicLabel->setPixmap(face);
