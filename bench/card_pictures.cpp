@@ -24,10 +24,10 @@
 #include <QBuffer>
 #include <QImageReader>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QPainter>
 #include <QPaintEvent>
 #include <QPixmap>
+#include <QScrollArea>
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
@@ -41,7 +41,9 @@
 #include "support/JpegEncoder.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
-#include "ui/ShowCard/CSnapUnit.h"
+#include "ui/CBottomWidget.h"
+#include "ui/ShowCard/CardShift.h"
+#include "ui/ShowCard/CardStyle.h"
 
 using namespace BodyTemperature;
 
@@ -185,27 +187,40 @@ protected:
     }
 };
 
-void CardCycle(const QByteArray& scene, int events)
+// copyShift false: the lists' cards are moved by their layouts and painted
+// again, the baseline of the same run.
+void CardCycle(const QByteArray& scene, int events, bool copyShift)
 {
+    // The page's frame as the information display builds it: the right-hand
+    // column and the bottom strip in scroll areas, the pop-up over the page.
     QWidget page;
     page.setObjectName(QStringLiteral("BTShowWidget"));
-    QFile qss(QStringLiteral(":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss"));
-    qss.open(QIODevice::ReadOnly);
-    page.setStyleSheet(QString::fromUtf8(qss.readAll()));
+    page.setStyleSheet(CardStyle::ModuleStyleSheet());
     page.resize(1920, 1080);
-    auto* list = new QWidget(&page);
-    list->setGeometry(1500, 0, 400, 5000);
+    auto* listArea = new QScrollArea(&page);
+    listArea->setFrameShape(QFrame::NoFrame);
+    listArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    listArea->setWidgetResizable(true);
+    listArea->setGeometry(1497, 60, 423, 1020);
+    auto* list = new QWidget();
+    list->setObjectName(QStringLiteral("m_pRightListWidget"));
+    listArea->setWidget(list);
+    listArea->viewport()->setAutoFillBackground(false);
     auto* listLayout = new QBoxLayout(QBoxLayout::BottomToTop, list);
     listLayout->setContentsMargins(0, 0, 0, 0);
     listLayout->setSpacing(12);
     listLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding));
-    auto* strip = new QWidget(&page);
-    strip->setObjectName(QStringLiteral("m_pBottomWidget"));
-    strip->setGeometry(0, 900, 1500, 158);
-    auto* stripLayout = new QHBoxLayout(strip);
-    stripLayout->setDirection(QBoxLayout::RightToLeft);
-    stripLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Expanding, QSizePolicy::Minimum));
+    CardShift::SetSolidBackdrop(list, copyShift);
+    auto* stripArea = new QScrollArea(&page);
+    stripArea->setFrameShape(QFrame::NoFrame);
+    stripArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    stripArea->setWidgetResizable(true);
+    stripArea->setGeometry(0, 900, 1497, 170);
+    auto* strip = new CBottomWidget();
+    stripArea->setWidget(strip);
+    stripArea->viewport()->setAutoFillBackground(false);
     auto* pop = new CPopUpUnit(&page);
+    pop->move(400, 200);
     page.show();
     for (int i = 0; i < 200 && !(page.windowHandle() && page.windowHandle()->isExposed()); ++i)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
@@ -220,7 +235,7 @@ void CardCycle(const QByteArray& scene, int events)
     // changed. Before them the record waits for the worker's decode; the GUI
     // thread is free meanwhile.
     enum Phase { kScale, kSnap, kAlarm, kPopUp, kTrim, kPosted, kPaint, kPhases };
-    const char* const names[kPhases] = {"scaling", "capture card", "alarm card", "pop-up", "trim",
+    const char* const names[kPhases] = {"scaling", "capture card (with its trim)", "alarm card", "pop-up", "list trim",
                                         "show/polish/layout", "paint"};
     std::vector<double> perEvent, guiCpu, workerWait;
     std::vector<std::vector<double>> phases(kPhases);
@@ -249,20 +264,17 @@ void CardCycle(const QByteArray& scene, int events)
         for (const QSize& size : kSizes)
             info.Pictures().Scaled(source, size);
         lap(kScale);
-        auto* snap = new CSnapUnit(strip);
-        snap->SetAlarmInfo(info);
-        stripLayout->addWidget(snap);
+        strip->AddSnapInfo(info);  // with its trim: the strip keeps kMaxCards
+        if (!copyShift)
+            CardShift::SetSolidBackdrop(strip, false);
         lap(kSnap);
-        if (stripLayout->count() > 11) {  // the strip keeps what fits its width
-            QLayoutItem* oldest = stripLayout->takeAt(1);
-            delete oldest->widget();
-            delete oldest;
-        }
-        lap(kTrim);
-        auto* card = new CAlarmUnit(list);
+        auto* card = new CAlarmUnit(&page);
         card->SetIsSnap(true);
         card->SetAlarmInfo(info, false);
-        listLayout->addWidget(card);
+        if (copyShift)
+            CardShift::InsertNewest(listLayout, card);
+        else
+            listLayout->addWidget(card);
         lap(kAlarm);
         if (listLayout->count() > 21) {
             QLayoutItem* oldest = listLayout->takeAt(1);
@@ -296,11 +308,12 @@ void CardCycle(const QByteArray& scene, int events)
     qApp->removeEventFilter(&painted);
     std::vector<double> steady(perEvent.begin() + skip, perEvent.end());
     std::printf("card cycle on the GUI thread (capture card + alarm card + pop-up, insert, trim, repaint of a"
-                " 1920x1080 page), %d events:\n"
+                " 1920x1080 page), %d events, %s:\n"
                 "  median %.2f ms/event (GUI thread CPU %.2f ms), max %.2f ms (after the list is full)\n"
                 "  before it, on the picture worker: decode and scaling to the largest card, median %.2f ms"
                 " from submission to hand-over\n  median per phase:",
-                events, Median(steady), Median(std::vector<double>(guiCpu.begin() + skip, guiCpu.end())),
+                events, copyShift ? "cards shifted by copying pixels" : "baseline: cards moved and painted again",
+                Median(steady), Median(std::vector<double>(guiCpu.begin() + skip, guiCpu.end())),
                 *std::max_element(steady.begin(), steady.end()),
                 Median(std::vector<double>(workerWait.begin() + skip, workerWait.end())));
     for (int ph = 0; ph < kPhases; ++ph)
@@ -332,7 +345,9 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
 
     if (argc >= 3 && std::strcmp(argv[1], "--cycle") == 0) {
-        CardCycle(MakeScene(29), std::max(30, std::atoi(argv[2])));
+        const int n = std::max(30, std::atoi(argv[2]));
+        CardCycle(MakeScene(29), n, false);
+        CardCycle(MakeScene(29), n, true);
         return 0;
     }
     if (argc >= 4 && std::strcmp(argv[1], "--only") == 0) {
@@ -399,6 +414,7 @@ int main(int argc, char** argv)
     }
     std::printf("30000x30000 header refused: median %.3f ms\n", Median(refuse));
 
-    CardCycle(MakeScene(29), events);
+    CardCycle(MakeScene(29), events, false);
+    CardCycle(MakeScene(29), events, true);
     return 0;
 }

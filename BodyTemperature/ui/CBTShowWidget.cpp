@@ -35,6 +35,7 @@
 #include "ui/Report/CShiftReportDialog.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
+#include "ui/ShowCard/CardShift.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
@@ -139,6 +140,7 @@ void CBTShowWidget::buildLists()
     m_pRightListLayout->setSpacing(12);
     // Cards follow the spacer: the newest stands at the top.
     m_pRightListLayout->addItem(new QSpacerItem(1, 1, QSizePolicy::Minimum, QSizePolicy::Expanding));
+    CardShift::SetSolidBackdrop(m_ui->m_pRightListWidget, true);
 
     // Placeholder and its corner mark float over the empty list.
     m_pNoData = new CRightNoData(m_ui->m_pRightListWidget);
@@ -249,7 +251,7 @@ void CBTShowWidget::addFrequenterCards(const AlarmShowInfo& info, int copies, bo
 
 void CBTShowWidget::appendRightCard(QWidget* card)
 {
-    m_pRightListLayout->addWidget(card);
+    CardShift::InsertNewest(m_pRightListLayout, card);
     if (m_pRightListLayout->count() > kMaxRightCards + 1) {
         QLayoutItem* oldest = m_pRightListLayout->takeAt(1);
         RetireCard(oldest->widget());
@@ -320,6 +322,8 @@ void CBTShowWidget::OnFullScreenChanged(bool bFull)
 {
     QWidget* panel = m_ui->m_pRightPanel;
     const uint32_t flags = static_cast<uint32_t>(panel->windowFlags());
+    // Floating over the video, the panel is translucent: the list lets it show through.
+    CardShift::SetSolidBackdrop(m_ui->m_pRightListWidget, !bFull);
     if (bFull) {
         panel->setAttribute(Qt::WA_TranslucentBackground, true);
         m_uWindowTypeBits = flags & kTypeMask;

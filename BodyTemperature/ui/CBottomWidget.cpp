@@ -14,6 +14,7 @@
 #include "ui/CRightNoData.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CSnapUnit.h"
+#include "ui/ShowCard/CardShift.h"
 
 namespace BodyTemperature {
 
@@ -72,7 +73,7 @@ void CBottomWidget::AddSnapInfo(const AlarmShowInfo& info)
         m_bEmpty = false;
         RefreshAppearance();
     }
-    m_pLayout->addWidget(card);
+    CardShift::InsertNewest(m_pLayout, card);
     if (m_pLayout->count() > kMaxCards + 1) {
         QLayoutItem* oldest = m_pLayout->takeAt(1);
         RetireCard(oldest->widget());
@@ -102,6 +103,8 @@ void CBottomWidget::RefreshAppearance()
     if (objectName() != name) {
         setObjectName(name);
         repolish(this);
+        // The placeholder's backdrop is translucent; a strip of cards paints its own.
+        CardShift::SetSolidBackdrop(this, !m_bEmpty);
     }
     if (m_bEmpty) {
         m_pNoData->resize(width() - 1, height() - 1);

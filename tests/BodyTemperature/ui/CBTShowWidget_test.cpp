@@ -4,6 +4,8 @@
 // broken records. Only the sound device is replaced, by one that plays nothing.
 #include <QLayout>
 #include <QPointer>
+#include <QScreen>
+#include <QTest>
 #include <QSignalSpy>
 #include <QTimer>
 #include <QToolButton>
@@ -19,6 +21,8 @@
 #include "ui/CTypeConfigPage.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
+#include "ui/ShowCard/CardShift.h"
+#include "ui/ShowCard/CardStyle.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 using namespace BodyTemperature;
@@ -298,7 +302,10 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
 {
     auto w = makeWidget(voiceConfig(), true);
     auto* panel = testsupport::child<QWidget>(w.get(), "m_pRightPanel");
+    auto* list = testsupport::child<QWidget>(w.get(), "m_pRightListWidget");
+    EXPECT_TRUE(list->testAttribute(Qt::WA_OpaquePaintEvent));
     w->OnFullScreenChanged(true);
+    EXPECT_FALSE(list->testAttribute(Qt::WA_OpaquePaintEvent)) << "over the video the list lets the panel show through";
     EXPECT_TRUE(panel->isWindow());
     EXPECT_TRUE(panel->windowFlags() & Qt::FramelessWindowHint);
     EXPECT_TRUE(panel->windowFlags() & Qt::WindowStaysOnTopHint);
@@ -311,6 +318,43 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
     EXPECT_FALSE(panel->testAttribute(Qt::WA_TranslucentBackground));
     EXPECT_TRUE(panel->isVisible());
     EXPECT_EQ(panel->parentWidget(), w.get());
+    EXPECT_TRUE(list->testAttribute(Qt::WA_OpaquePaintEvent));
+}
+
+TEST_F(ShowWidgetTest, CardsShiftedByCopyingLookAsIfPaintedAfresh)
+{
+    // Both lists shift their cards by copying pixels: what the window shows
+    // must be what a fresh paint of the page gives, with the module style
+    // sheet, from the first card through a full list that trims.
+    auto w = makeWidget();
+    w->setStyleSheet(CardStyle::ModuleStyleSheet());
+    w->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(w.get()));
+    const auto settled = [&w] {
+        testsupport::pump(20);
+        QCoreApplication::sendPostedEvents();
+    };
+    const auto onScreen = [&w] {
+        return w->screen()->grabWindow(w->winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const auto fresh = [&w] { return w->grab().toImage().convertToFormat(QImage::Format_RGB32); };
+    int dealt = 0;
+    for (int upTo : {1, 2, 7, CBTShowWidget::kMaxRightCards + 3}) {
+        for (; dealt < upTo; ++dealt) {
+            // Normal temperature, mask worn: no pop-up that could close between the pictures.
+            deal(*w, record(kTemperatureCapture, face(1, 0, 2), "S" + std::to_string(dealt)));
+            settled();
+        }
+        EXPECT_TRUE(onScreen() == fresh()) << upTo << " cards";
+    }
+    // Each backdrop is the colour that showed through its list.
+    auto* list = testsupport::child<QWidget>(w.get(), "m_pRightListWidget");
+    auto* strip = w->findChild<CBottomWidget*>();
+    ASSERT_TRUE(list->testAttribute(Qt::WA_OpaquePaintEvent) && strip->testAttribute(Qt::WA_OpaquePaintEvent));
+    const QImage solid = fresh();
+    CardShift::SetSolidBackdrop(list, false);
+    CardShift::SetSolidBackdrop(strip, false);
+    EXPECT_TRUE(fresh() == solid);
 }
 
 TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
