@@ -17,8 +17,9 @@
 //   card_pictures [events]                 timings of (a), (b) and the card cycle
 //   card_pictures --only naive|ours|qt N [noiseShift [rst]]   one path, for instruction counts:
 //   valgrind --tool=callgrind --collect-atstart=no card_pictures --only ours 5 29
-//   card_pictures --cycle N                 just the card cycle (instructions of its N events: under
-//                                           callgrind as above)
+//   card_pictures --cycle N [moved|shifted] just the card cycle, cards moved by the layout and shifted
+//                                           by copying pixels, or one of them (instructions of its N
+//                                           events: under callgrind as above)
 #include <QApplication>
 #include <QBoxLayout>
 #include <QBuffer>
@@ -346,8 +347,11 @@ int main(int argc, char** argv)
 
     if (argc >= 3 && std::strcmp(argv[1], "--cycle") == 0) {
         const int n = std::max(30, std::atoi(argv[2]));
-        CardCycle(MakeScene(29), n, false);
-        CardCycle(MakeScene(29), n, true);
+        const bool only = argc >= 4;
+        if (!only || std::strcmp(argv[3], "moved") == 0)
+            CardCycle(MakeScene(29), n, false);
+        if (!only || std::strcmp(argv[3], "shifted") == 0)
+            CardCycle(MakeScene(29), n, true);
         return 0;
     }
     if (argc >= 4 && std::strcmp(argv[1], "--only") == 0) {
