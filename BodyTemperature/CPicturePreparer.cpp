@@ -1,35 +1,26 @@
 #include "CPicturePreparer.h"
 
-#include <QFutureWatcher>
-#include <QThreadPool>
-#include <QtConcurrent/QtConcurrentRun>
-#include <atomic>
-
 namespace BodyTemperature {
 
-struct CPicturePreparer::Item {
-    AlarmShowInfo info;
-    int copies = 1;
-    // Set when the record is no longer worth decoding ahead (too old, or the
-    // page goes); the worker checks it before each picture.
-    std::shared_ptr<std::atomic<bool>> skip = std::make_shared<std::atomic<bool>>(false);
-    QFutureWatcher<void>* watcher = nullptr;  // null: nothing to decode
-};
-
 CPicturePreparer::CPicturePreparer(int keeps, Ready ready, QObject* parent)
-    : QObject(parent), m_iKeeps(keeps), m_ready(std::move(ready)), m_pool(std::make_unique<QThreadPool>())
+    : QObject(parent), m_iKeeps(keeps), m_ready(std::move(ready))
 {
     // One worker: a face decodes in a few milliseconds, and the other core
     // stays with the GUI thread and the video windows.
-    m_pool->setMaxThreadCount(1);
+    m_worker = std::thread([this] { work(); });
 }
 
 CPicturePreparer::~CPicturePreparer()
 {
-    for (const auto& item : m_items)
-        item->skip->store(true);
-    m_pool->clear();
-    m_pool->waitForDone();
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_bStopping = true;
+        m_jobs.clear();
+    }
+    for (const Item& item : m_items)
+        item.skip->store(true);  // the decode in progress stops at its next picture
+    m_wake.notify_all();
+    m_worker.join();
 }
 
 std::vector<PictureSource> CPicturePreparer::CardSources(const AlarmShowInfo& info)
@@ -58,25 +49,57 @@ void CPicturePreparer::Submit(const AlarmShowInfo& info, int copies)
         m_ready(info, copies);
         return;
     }
-    auto item = std::make_unique<Item>();
-    item->info = info;
-    item->copies = copies;
+    Item item;
+    item.id = m_uNextId++;
+    item.info = info;
+    item.copies = copies;
+    item.skip = std::make_shared<std::atomic<bool>>(false);
+    item.ready = sources.empty();
     if (!sources.empty()) {
-        item->info.Pictures();  // the worker and the cards must share one cache
-        item->watcher = new QFutureWatcher<void>(this);
-        connect(item->watcher, &QFutureWatcherBase::finished, this, &CPicturePreparer::deliver);
-        item->watcher->setFuture(QtConcurrent::run(m_pool.get(),
-            [pictures = item->info.pictures, sources = std::move(sources), skip = item->skip] {
-                for (const PictureSource& source : sources) {
-                    if (skip->load())
-                        return;
-                    pictures->Prepare(source);
-                }
-            }));
+        item.info.Pictures();  // the worker and the cards must share one cache
+        Job job{item.id, item.info.pictures, std::move(sources), item.skip};
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_jobs.push_back(std::move(job));
+        }
+        m_wake.notify_one();
     }
     m_items.push_back(std::move(item));
     for (int i = 0, older = Pending() - m_iKeeps; i < older; ++i)
-        m_items[static_cast<size_t>(i)]->skip->store(true);
+        m_items[static_cast<size_t>(i)].skip->store(true);
+}
+
+void CPicturePreparer::work()
+{
+    for (;;) {
+        Job job;
+        {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            m_wake.wait(lock, [this] { return m_bStopping || !m_jobs.empty(); });
+            if (m_bStopping)
+                return;
+            job = std::move(m_jobs.front());
+            m_jobs.pop_front();
+        }
+        for (const PictureSource& source : job.sources) {
+            if (job.skip->load())
+                break;
+            job.pictures->Prepare(source);
+        }
+        // Queued to this object: dropped if it is gone by then.
+        QMetaObject::invokeMethod(this, [this, id = job.id] { onPrepared(id); }, Qt::QueuedConnection);
+    }
+}
+
+void CPicturePreparer::onPrepared(uint64_t id)
+{
+    for (Item& item : m_items) {
+        if (item.id == id) {
+            item.ready = true;
+            break;
+        }
+    }
+    deliver();
 }
 
 void CPicturePreparer::deliver()
@@ -84,15 +107,10 @@ void CPicturePreparer::deliver()
     if (m_bDelivering)
         return;  // the loop below hands on whatever became ready meanwhile
     m_bDelivering = true;
-    while (!m_items.empty()) {
-        const Item& front = *m_items.front();
-        if (front.watcher != nullptr && !front.watcher->isFinished())
-            break;
-        std::unique_ptr<Item> item = std::move(m_items.front());
+    while (!m_items.empty() && m_items.front().ready) {
+        Item item = std::move(m_items.front());
         m_items.pop_front();
-        if (item->watcher != nullptr)
-            item->watcher->deleteLater();  // this may be its own finished signal
-        m_ready(item->info, item->copies);
+        m_ready(item.info, item.copies);
     }
     m_bDelivering = false;
 }

@@ -8,18 +8,21 @@
 // and a card that is built from one anyway decodes it itself.
 //
 // GUI thread: Submit() and the Ready callback. Owned by the information
-// display (QObject child). The worker pool is owned here: the destructor
-// drops the work not started and waits for the decode in progress, so the
-// page can go (and the module be unloaded) with records in flight.
+// display (QObject child). The worker thread is owned here: the destructor
+// drops the work not started and joins it after the decode in progress, so
+// the page can go (and the module be unloaded) with records in flight.
 #include <QObject>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <vector>
 
 #include "AlarmShowInfo.h"
-
-class QThreadPool;
 
 namespace BodyTemperature {
 
@@ -40,15 +43,36 @@ public:
     static std::vector<PictureSource> CardSources(const AlarmShowInfo& info);
 
 private:
-    struct Item;
+    // What the worker needs of a record: its own share of the pictures.
+    struct Job {
+        uint64_t id = 0;
+        std::shared_ptr<CEventPictures> pictures;
+        std::vector<PictureSource> sources;
+        std::shared_ptr<std::atomic<bool>> skip;
+    };
+    struct Item {
+        uint64_t id = 0;
+        AlarmShowInfo info;
+        int copies = 1;
+        bool ready = false;
+        std::shared_ptr<std::atomic<bool>> skip;  // shared with the job
+    };
 
+    void work();                  // worker thread
+    void onPrepared(uint64_t id); // GUI thread, posted by the worker
     void deliver();
 
     const int m_iKeeps;
     Ready m_ready;
-    std::unique_ptr<QThreadPool> m_pool;
-    std::deque<std::unique_ptr<Item>> m_items;
+    std::deque<Item> m_items;  // GUI thread only
+    uint64_t m_uNextId = 1;
     bool m_bDelivering = false;
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::deque<Job> m_jobs;  // guarded by m_mutex
+    bool m_bStopping = false;  // guarded by m_mutex
+    std::thread m_worker;
 };
 
 } // namespace BodyTemperature
