@@ -161,20 +161,15 @@ QPixmap CEventPictures::Scaled(const PictureSource& source, const QSize& size)
     const auto smooth = [](const QImage& from, const QSize& to) {
         return from.scaled(to, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     };
-    QImage scaled;
-    if (!largest.isNull()) {
-        // Prepared: the decode itself may have been released already.
-        scaled = size == kLargestCard ? largest : smooth(largest, size);
-    } else {
-        const QImage image = Image(source);
+    QImage image;
+    if (largest.isNull()) {  // not prepared; once prepared the decode may be released already
+        image = Image(source);
         if (image.isNull())
             return QPixmap();
-        largest = fromLargest ? LargestCard(source, image) : QImage();
-        if (largest.isNull())
-            scaled = smooth(image, size);
-        else
-            scaled = size == kLargestCard ? largest : smooth(largest, size);
+        if (fromLargest)
+            largest = LargestCard(source, image);
     }
+    QImage scaled = largest.isNull() ? smooth(image, size) : size == kLargestCard ? largest : smooth(largest, size);
     const QPixmap pixmap = QPixmap::fromImage(std::move(scaled));
     std::lock_guard<std::mutex> lock(m_mutex);
     EntryFor(source).scaled.emplace_back(size, pixmap);

@@ -104,15 +104,11 @@ void CPicturePreparer::onPrepared(uint64_t id)
 
 void CPicturePreparer::deliver()
 {
-    if (m_bDelivering)
-        return;  // the loop below hands on whatever became ready meanwhile
-    m_bDelivering = true;
     while (!m_items.empty() && m_items.front().ready) {
         Item item = std::move(m_items.front());
         m_items.pop_front();
         m_ready(item.info, item.copies);
     }
-    m_bDelivering = false;
 }
 
 } // namespace BodyTemperature

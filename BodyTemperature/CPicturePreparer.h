@@ -66,7 +66,6 @@ private:
     Ready m_ready;
     std::deque<Item> m_items;  // GUI thread only
     uint64_t m_uNextId = 1;
-    bool m_bDelivering = false;
 
     std::mutex m_mutex;
     std::condition_variable m_wake;

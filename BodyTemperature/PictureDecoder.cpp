@@ -12,35 +12,51 @@ namespace PictureDecoder {
 
 namespace {
 
-// The header was read and the size is acceptable; logs why not otherwise.
-bool CheckHeader(const QByteArray& bytes, QSize* declared)
-{
-    *declared = DeclaredSize(bytes);
-    if (!declared->isValid()) {
-        BASE_LOG_WARN("Picture of %d bytes has no readable header.", static_cast<int>(bytes.size()));
-        return false;
+// One reader per picture: the header it reads for the size check is the one
+// the decode goes on from.
+class PictureReader final {
+public:
+    explicit PictureReader(const QByteArray& bytes) : m_bytes(bytes), m_buffer(&m_bytes)
+    {
+        m_buffer.open(QIODevice::ReadOnly);
+        m_reader.setDevice(&m_buffer);
     }
-    if (!IsSizeAllowed(*declared)) {
-        BASE_LOG_WARN("Picture refused: it declares %d x %d pixels.", declared->width(), declared->height());
-        return false;
-    }
-    return true;
-}
 
-QImage ReadClipped(const QByteArray& bytes, const QRect& clip)
-{
-    QByteArray shared = bytes;  // shares the data; QBuffer needs a non-const array
-    QBuffer buffer(&shared);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setClipRect(clip);
-    QImage image = reader.read();
-    if (image.isNull() || image.size() != clip.size()) {
-        BASE_LOG_WARN("Picture of %d bytes could not be decoded.", static_cast<int>(bytes.size()));
-        return QImage();
+    QSize size() { return m_reader.size(); }
+
+    // The header was read and the size is acceptable; logs why not otherwise.
+    bool checkHeader(QSize* declared)
+    {
+        *declared = size();
+        if (!declared->isValid()) {
+            BASE_LOG_WARN("Picture of %d bytes has no readable header.", static_cast<int>(m_bytes.size()));
+            return false;
+        }
+        if (!IsSizeAllowed(*declared)) {
+            BASE_LOG_WARN("Picture refused: it declares %d x %d pixels.", declared->width(), declared->height());
+            return false;
+        }
+        return true;
     }
-    return image;
-}
+
+    // The whole picture, or only `clip` of it when given.
+    QImage read(const QRect& clip = QRect())
+    {
+        if (!clip.isNull())
+            m_reader.setClipRect(clip);
+        QImage image = m_reader.read();
+        if (image.isNull() || (!clip.isNull() && image.size() != clip.size())) {
+            BASE_LOG_WARN("Picture of %d bytes could not be decoded.", static_cast<int>(m_bytes.size()));
+            return QImage();
+        }
+        return image;
+    }
+
+private:
+    QByteArray m_bytes;  // shares the data; QBuffer needs a non-const array
+    QBuffer m_buffer;
+    QImageReader m_reader;
+};
 
 } // namespace
 
@@ -48,11 +64,7 @@ QSize DeclaredSize(const QByteArray& bytes)
 {
     if (bytes.isEmpty())
         return QSize();
-    QByteArray shared = bytes;
-    QBuffer buffer(&shared);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    return reader.size();
+    return PictureReader(bytes).size();
 }
 
 bool IsSizeAllowed(const QSize& size)
@@ -71,27 +83,28 @@ QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect)
 
 QImage Decode(const QByteArray& bytes)
 {
-    QSize size;
-    if (bytes.isEmpty() || !CheckHeader(bytes, &size))
+    if (bytes.isEmpty())
         return QImage();
-    QImage image;
-    if (!image.loadFromData(bytes))
-        BASE_LOG_WARN("Picture of %d bytes could not be decoded.", static_cast<int>(bytes.size()));
-    return image;
+    PictureReader reader(bytes);
+    QSize size;
+    return reader.checkHeader(&size) ? reader.read() : QImage();
 }
 
 QImage DecodeRegion(const QByteArray& bytes, const QRect& crop)
 {
+    if (bytes.isEmpty() || crop.isEmpty())
+        return QImage();
+    PictureReader reader(bytes);
     QSize size;
-    if (bytes.isEmpty() || crop.isEmpty() || !CheckHeader(bytes, &size))
+    if (!reader.checkHeader(&size))
         return QImage();
     const QRect inside = crop & QRect(QPoint(0, 0), size);
     if (inside == crop)
-        return ReadClipped(bytes, crop);
+        return reader.read(crop);
     // Partly or wholly outside the picture: what a copy of a full decode gives.
     QImage part;
     if (!inside.isEmpty()) {
-        part = ReadClipped(bytes, inside);
+        part = reader.read(inside);
         if (part.isNull())
             return QImage();
     }
