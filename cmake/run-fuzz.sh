@@ -10,7 +10,7 @@ set -uo pipefail
 cd "$(dirname "$0")/.."
 BUILD=${1:-build-fuzz}
 SECONDS_EACH=${FUZZ_SECONDS:-300}
-TARGETS=${FUZZ_TARGETS:-"xml_documents json_documents alarm_event alarm_stream pictures"}
+TARGETS=${FUZZ_TARGETS:-"xml_documents json_documents alarm_event alarm_stream pictures rtsp_answer"}
 JOBS=${JOBS:-$(nproc)}
 
 CC=clang CXX=clang++ cmake -S . -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBT_FUZZ=ON >/dev/null || exit 1

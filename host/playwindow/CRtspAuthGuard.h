@@ -1,24 +1,35 @@
 #pragma once
-// Holds FFmpeg's RTSP client to digest authentication. FFmpeg answers
-// whatever challenge a server sends, Basic included, which would put the
-// password on the wire in clear. The guard is a loopback relay for one RTSP
-// connection: FFmpeg connects to it, it connects to the camera, passes the
-// client's bytes on unchanged and removes every Basic challenge from the
-// camera's answers, so FFmpeg only ever sees digest. A 401 that offered
-// nothing but Basic is noted (BasicRefused). Interleaved media frames pass
-// through untouched. Owned by one decode session; its thread is joined by
-// Stop() or the destructor.
+// The one place that talks RTSP to a device. FFmpeg opens a loopback URL
+// without user information (LocalUrl) and the guard relays its requests to
+// the device over TCP, or TLS for rtsps: it numbers them, points them at the
+// device, and answers the device's challenges itself with the configured
+// credentials (CRtspCredentials: digest, Basic only inside verified TLS).
+// The device's answers are read by CRtspAnswer and handed on rebuilt from
+// that form, without challenges or redirects: FFmpeg never sees a
+// credential, a challenge or another address. Redirects to the same device
+// address are followed here; to any other address they are refused.
+// Interleaved media passes through untouched; media over UDP goes straight
+// between device and FFmpeg and carries no credentials.
+// Owned by one decode session (CStreamDecoder, decode thread): Start() on
+// that thread; the relay runs on a thread of its own, joined by Stop() or the
+// destructor within a poll round.
 #include <QByteArray>
 #include <QString>
 #include <atomic>
 #include <string>
 #include <thread>
 
+#include "clientcommonlogical/CConfigMgr.h"
+
 namespace playwindow {
 
 class CRtspAuthGuard final {
 public:
-    CRtspAuthGuard(std::string host, int port);
+    // Why the guard ended a connection on its own; read once FFmpeg failed.
+    enum class Refusal { None, PasswordNotSent, CertificateNotTrusted, RedirectedElsewhere };
+
+    // The device: address, port, scheme ("rtsp" or "rtsps"), credentials and trust.
+    explicit CRtspAuthGuard(clientcommonlogical::DeviceConfig device);
     ~CRtspAuthGuard();
     CRtspAuthGuard(const CRtspAuthGuard&) = delete;
     CRtspAuthGuard& operator=(const CRtspAuthGuard&) = delete;
@@ -27,23 +38,18 @@ public:
     bool Start();
     void Stop();
     int Port() const { return m_port; }
-    bool BasicRefused() const { return m_basicRefused.load(); }
-
-    // Removes Basic challenges from one RTSP answer head (status line and
-    // headers, "\r\n\r\n" included); sets refused when a 401 is left without
-    // any challenge. Plain function, tested by tables.
-    static QByteArray FilterAnswerHead(const QByteArray& head, bool& refused);
+    // The URL FFmpeg opens for the device's resource (path and query).
+    QString LocalUrl(const std::string& pathAndQuery) const;
+    Refusal Refused() const { return m_refusal.load(); }
 
 private:
     void Run();
-    bool Relay(int client, int camera);
 
-    std::string m_host;
-    int m_cameraPort;
+    clientcommonlogical::DeviceConfig m_device;
     int m_listen = -1;
     int m_port = 0;
     int m_wake[2] = {-1, -1};
-    std::atomic<bool> m_basicRefused{false};
+    std::atomic<Refusal> m_refusal{Refusal::None};
     std::thread m_thread;
 };
 

@@ -313,7 +313,8 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     av_dict_set(&opts, "probesize", "1000000", 0);
     av_dict_set(&opts, "analyzeduration", "1500000", 0);
     QString openUrl = m_source.url;
-    const bool rtsp = m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive);
+    const bool rtsp = m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive)
+        || m_source.url.startsWith(QLatin1String("rtsps:"), Qt::CaseInsensitive);
     if (rtsp) {
         // Interleaved in the RTSP connection: no loss, and one port through firewalls.
         av_dict_set(&opts, "rtsp_transport", m_source.rtspOverUdp ? "udp" : "tcp", 0);
@@ -321,28 +322,34 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
         // The codec parameters come with the session description: little to probe.
         av_dict_set(&opts, "probesize", "200000", 0);
         av_dict_set(&opts, "analyzeduration", "400000", 0);
-        if (!m_source.device.user.empty()) {
-            s.guard = std::make_unique<CRtspAuthGuard>(m_source.device.address, m_source.device.port);
-            if (!s.guard->Start()) {
-                av_dict_free(&opts);
-                failure = QStringLiteral("no local port");
-                return false;
-            }
-            QUrl u(m_source.url);
-            u.setHost(QStringLiteral("127.0.0.1"));
-            u.setPort(s.guard->Port());
-            u.setUserName(QString::fromStdString(m_source.device.user));
-            u.setPassword(QString::fromStdString(m_source.device.password));
-            openUrl = u.toString(QUrl::FullyEncoded);
+        // FFmpeg talks to the guard on loopback, never to the device: the
+        // guard alone holds the credentials and the device's certificate.
+        s.guard = std::make_unique<CRtspAuthGuard>(m_source.device);
+        if (!s.guard->Start()) {
+            av_dict_free(&opts);
+            failure = QStringLiteral("no local port");
+            return false;
         }
+        openUrl = s.guard->LocalUrl(m_source.path);
     }
     int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : openUrl.toUtf8().constData(), format, &opts);
     av_dict_free(&opts);
     if (ret < 0) {
         failure = AvError(ret);
-        if (s.guard && s.guard->BasicRefused()) {
+        switch (s.guard ? s.guard->Refused() : CRtspAuthGuard::Refusal::None) {
+        case CRtspAuthGuard::Refusal::None:
+            break;
+        case CRtspAuthGuard::Refusal::PasswordNotSent:
             final = State::PasswordRefused;
-            failure = QStringLiteral("the device asked for the password in clear text (not sent)");
+            failure = QStringLiteral("the device asked for the password in a way it may not travel (not sent)");
+            break;
+        case CRtspAuthGuard::Refusal::CertificateNotTrusted:
+            final = State::CertificateNotTrusted;
+            failure = QStringLiteral("the device's certificate is not trusted (password not sent)");
+            break;
+        case CRtspAuthGuard::Refusal::RedirectedElsewhere:
+            failure = QStringLiteral("the device redirected the stream to another address (not followed)");
+            break;
         }
         return false;
     }

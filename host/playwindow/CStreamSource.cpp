@@ -81,7 +81,10 @@ CStreamSource CStreamSource::OfUrl(const QString& text, const clientcommonlogica
     s.device.password.clear();
     s.device.scheme = scheme.toStdString();
     s.device.address = url.host().toStdString();
-    s.device.port = url.port(scheme == QLatin1String("https") ? 443 : scheme == QLatin1String("rtsp") ? 554 : 80);
+    s.device.port = url.port(scheme == QLatin1String("https") ? 443
+            : scheme == QLatin1String("rtsp")                   ? 554
+            : scheme == QLatin1String("rtsps")                  ? 322
+                                                                : 80);
     s.rtspOverUdp = trust.rtspOverUdp;
     if (!url.userName().isEmpty()) {
         s.device.user = url.userName().toStdString();

@@ -2,9 +2,10 @@
 // Where a camera's live stream comes from and how it is fetched. HTTP(S)
 // streams, the device's own MJPEG stream included, go through the device
 // transport (commlayer::CDeviceStream), so certificate checks and password
-// rules are those of every device request; other schemes (RTSP) are opened
-// by FFmpeg. The URL a source carries never holds credentials: it is what
-// windows keep, show and log. Plain values, any thread.
+// rules are those of every device request; RTSP(S) is opened by FFmpeg
+// through CRtspAuthGuard, which alone talks to the device. The URL a source
+// carries never holds credentials: it is what windows keep, show and log.
+// Plain values, any thread.
 #include <QString>
 #include <string>
 

@@ -1,8 +1,9 @@
 // A device password reaches nobody but the device: live video and device
 // requests against impostors on loopback (a plain-HTTP device asking for
 // Basic, TLS servers with certificates nobody trusts), and the real emulator
-// over TLS trusted through the configuration. Then a whole host run: the
-// password is in no log, snapshot or saved state.
+// over TLS trusted through the configuration; RTSP challenges of every shape
+// from a scripted device. Then a whole host run: the password is in no log,
+// snapshot or saved state.
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -18,6 +19,7 @@
 #include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
+#include "playwindow/CStreamSource.h"
 #include "support/DeviceSim.h"
 #include "support/PasswordTraps.h"
 
@@ -137,6 +139,130 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
             EXPECT_FALSE(got.contains("GET ")) << got.constData();  // nothing got past the handshake
             EXPECT_FALSE(testsupport::ContainsPassword(got, kUser, kPassword));
         }
+    }
+    EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);
+}
+
+// RTSP challenges of every shape, against a scripted device over TCP and over
+// TLS with each kind of trust. The password reaches it only hashed, or in
+// Basic inside TLS whose certificate was verified; FFmpeg never holds it.
+TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
+{
+    using State = playwindow::CStreamDecoder::State;
+    QTemporaryDir dir;
+    const QString selfCert = dir.filePath(QStringLiteral("self.pem")), selfKey = dir.filePath(QStringLiteral("self.key"));
+    const QString ca = dir.filePath(QStringLiteral("ca.pem")), signedCert = dir.filePath(QStringLiteral("signed.pem")),
+                  signedKey = dir.filePath(QStringLiteral("signed.key"));
+    ASSERT_TRUE(testsupport::MakeCertificate(selfCert, selfKey));
+    ASSERT_TRUE(testsupport::MakeSignedCertificate(ca, signedCert, signedKey));
+    testsupport::BasicAskingDevice elsewhere(true);
+
+    const QByteArray basic = "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Basic realm=\"cam\"\r\n\r\n";
+    const QByteArray digest = "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest realm=\"cam\", "
+                              "nonce=\"4e6f6e6365\"\r\n\r\n";
+    enum Tls { Plain, SelfSigned, Pinned, PrivateCa, Unverified };
+    const struct Row {
+        const char* name;
+        QByteArray challenge;  // the whole 401 ("%1": the CSeq)
+        Tls tls;
+        const char* location;  // a redirect of the authorised DESCRIBE ("%1": this device's port, "%2": another's)
+        State shown;           // Retrying: the device's 404 came after the answer
+        const char* sent;      // in the authorised request; empty: no Authorization at all
+    } rows[] = {
+        {"Basic alone", basic, Plain, nullptr, State::PasswordRefused, ""},
+        {"Basic with realm Digest",
+            "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Basic realm=\"Digest\"\r\n\r\n", Plain, nullptr,
+            State::PasswordRefused, ""},
+        {"CR before the challenge line",
+            "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\n\rWWW-Authenticate: Basic realm=\"cam\"\r\n\r\n", Plain, nullptr,
+            State::PasswordRefused, ""},
+        {"Basic twice", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Basic realm=\"a\"\r\n"
+                        "WWW-Authenticate: Basic realm=\"b\"\r\n\r\n", Plain, nullptr, State::PasswordRefused, ""},
+        {"unknown digest algorithm", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest realm=\"c\", "
+                                     "nonce=\"n1\", algorithm=SHA-512-256\r\n\r\n", Plain, nullptr,
+            State::PasswordRefused, ""},
+        {"digest", digest, Plain, nullptr, State::Retrying, "Authorization: Digest username=\"admin\""},
+        {"lower case, CR-only lines", "RTSP/1.0 401 Unauthorized\rcseq: %1\rwww-authenticate: digest realm=\"c\", "
+                                      "nonce=\"n2\"\r\r", Plain, nullptr, State::Retrying, "nonce=\"n2\""},
+        {"LF-only lines, folded", "RTSP/1.0 401 Unauthorized\nCSeq: %1\nWWW-Authenticate: Digest realm=\"c\",\n"
+                                  "\t nonce=\"n3\", qop=\"auth,auth-int\"\n\n", Plain, nullptr, State::Retrying,
+            "qop=auth, nc=00000001"},
+        {"Basic then Digest in one line", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Basic "
+                                          "realm=\"c\", Digest realm=\"c\", nonce=\"n4\"\r\n\r\n", Plain, nullptr,
+            State::Retrying, "nonce=\"n4\""},
+        {"Digest then Basic, two lines", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest "
+                                         "realm=\"c\", nonce=\"n5\"\r\nWWW-Authenticate: Basic realm=\"c\"\r\n\r\n",
+            Plain, nullptr, State::Retrying, "nonce=\"n5\""},
+        {"SHA-256 preferred", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest realm=\"c\", "
+                              "nonce=\"n6\", algorithm=MD5, Digest realm=\"c\", nonce=\"n6\", algorithm=SHA-256\r\n\r\n",
+            Plain, nullptr, State::Retrying, "algorithm=SHA-256"},
+        {"redirect to another port", digest, Plain, "rtsp://127.0.0.1:%2/moved", State::Retrying, "Digest"},
+        {"redirect to another host name", digest, Plain, "rtsp://localhost:%1/moved", State::Retrying, "Digest"},
+        {"redirect to the same device", digest, Plain, "rtsp://127.0.0.1:%1/moved", State::Retrying,
+            "DESCRIBE rtsp://127.0.0.1:%1/moved RTSP/1.0"},
+        {"TLS, self-signed", basic, SelfSigned, nullptr, State::CertificateNotTrusted, ""},
+        {"TLS not verified, Basic", basic, Unverified, nullptr, State::PasswordRefused, ""},
+        {"TLS, pinned certificate, Basic", basic, Pinned, nullptr, State::Retrying, "Authorization: Basic"},
+        {"TLS, private CA, Basic", basic, PrivateCa, nullptr, State::Retrying, "Authorization: Basic"},
+    };
+    const QString logFile = QString::fromStdString(Base::Log::CurrentFile());
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        int port = 0;
+        const auto fill = [&](QByteArray text) {
+            return text.replace("%1", QByteArray::number(port)).replace("%2", QByteArray::number(elsewhere.port()));
+        };
+        const auto script = [&](const QByteArray& request, const QByteArray& cseq) -> QByteArray {
+            const QByteArray seq = "CSeq: " + cseq + "\r\n";
+            if (!request.contains("Authorization:"))
+                return QByteArray(r.challenge).replace("%1", cseq);
+            if (request.startsWith("OPTIONS"))
+                return "RTSP/1.0 200 OK\r\n" + seq + "Public: OPTIONS, DESCRIBE, SETUP, PLAY, TEARDOWN\r\n\r\n";
+            if (r.location != nullptr && !request.contains("/moved"))
+                return "RTSP/1.0 302 Moved\r\n" + seq + "Location: " + fill(r.location) + "\r\n\r\n";
+            return "RTSP/1.0 404 Not Found\r\n" + seq + "\r\n";
+        };
+        const bool tls = r.tls != Plain;
+        testsupport::FakeRtspDevice device(script, !tls ? QString() : r.tls == PrivateCa ? signedCert : selfCert,
+            r.tls == PrivateCa ? signedKey : selfKey);
+        port = device.port();
+        clientcommonlogical::DeviceConfig trust;
+        trust.verifyPeer = r.tls != Unverified;
+        trust.caFile = (r.tls == Pinned ? selfCert : r.tls == PrivateCa ? ca : QString()).toStdString();
+        const playwindow::CStreamSource source = playwindow::CStreamSource::OfUrl(
+            QStringLiteral("%1://%2:%3@127.0.0.1:%4/cam")
+                .arg(QLatin1String(tls ? "rtsps" : "rtsp"), QLatin1String(kUser), QLatin1String(kPassword))
+                .arg(port),
+            trust);
+        const qint64 logStart = readFrom(logFile).size();
+        std::mutex mutex;
+        std::vector<State> states;
+        playwindow::CStreamDecoder::Callbacks callbacks;
+        callbacks.status = [&](State state, const QString&) {
+            std::lock_guard<std::mutex> lock(mutex);
+            states.push_back(state);
+        };
+        {
+            playwindow::CStreamDecoder decoder(source, callbacks);
+            decoder.Start();
+            EXPECT_TRUE(testsupport::waitUntil([&] {
+                std::lock_guard<std::mutex> lock(mutex);
+                return std::find(states.begin(), states.end(), r.shown) != states.end();
+            }, 10000));
+        }
+        const QByteArray got = device.received();
+        if (*r.sent == '\0') {
+            EXPECT_FALSE(got.contains("Authorization")) << got.constData();
+        } else {
+            EXPECT_TRUE(got.contains(fill(r.sent))) << got.constData();
+        }
+        EXPECT_EQ(testsupport::ContainsPassword(got, kUser, kPassword), QByteArray(r.sent).contains("Basic"))
+            << got.constData();
+        EXPECT_EQ(got.contains("/moved"), r.location != nullptr && QByteArray(r.location).startsWith("rtsp://127.0.0.1:%1"));
+        EXPECT_TRUE(elsewhere.received().isEmpty()) << elsewhere.received().constData();
+        const QByteArray log = readFrom(logFile, logStart);
+        EXPECT_EQ(log.count("refused:"), r.shown == State::Retrying ? 0 : 1) << log.constData();
+        EXPECT_FALSE(testsupport::ContainsPassword(log, kUser, kPassword)) << log.constData();
     }
     EXPECT_EQ(playwindow::CStreamDecoder::LiveDecoders(), 0);
 }

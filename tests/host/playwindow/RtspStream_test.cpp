@@ -1,8 +1,9 @@
-// Play windows against the emulator's RTSP server on loopback: H.264 and
-// H.265, main and sub streams chosen by the layout, a server restart, bad
-// sources, and RTSP authentication held to digest. The emulator's RTSP faults
-// (key frames withheld, the picture size switched, packets lost) stand for
-// cameras that misbehave.
+// Play windows against the emulator's RTSP server on loopback (through the
+// guard, with digest): H.264 and H.265, main and sub streams chosen by the
+// layout, a server restart, bad sources. The emulator's RTSP faults (key
+// frames withheld, the picture size switched, packets lost) stand for
+// cameras that misbehave. Then the RTSP answer reader and the digest answers
+// on their own.
 #include <QElapsedTimer>
 #include <QFrame>
 #include <QTimer>
@@ -14,7 +15,8 @@
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CKeyFrameGate.h"
-#include "playwindow/CRtspAuthGuard.h"
+#include "playwindow/CRtspAnswer.h"
+#include "playwindow/CRtspDigest.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/DeviceSim.h"
@@ -439,26 +441,112 @@ TEST(KeyFrameGate, ShowsFromKeyFramesAndHoldsBackWhenOverdue)
     }
 }
 
-TEST(RtspAuthGuard, BasicChallengesAreRemoved)
+// Answer heads: line ends of every kind, folds, several challenges in a line
+// and in several lines, and what breaks the rules. "challenges": each one's
+// scheme and parameters, "|" between them; "!" when they are malformed.
+TEST(RtspAnswer, ReadsHeadsAndChallengesByTheRules)
 {
+    enum Length { Whole, More, Rejected };
     const struct {
-        const char* head;
-        const char* out;
-        bool refused;
+        const char* name;
+        QByteArray head;
+        QByteArray tail;  // what follows the head
+        Length length;
+        bool parsed;
+        int contentLength;
+        const char* challenges;
     } rows[] = {
-        {"RTSP/1.0 401 Unauthorized\r\nCSeq: 2\r\nWWW-Authenticate: Basic realm=\"c\"\r\n\r\n",
-            "RTSP/1.0 401 Unauthorized\r\nCSeq: 2\r\n\r\n", true},
-        {"RTSP/1.0 401 Unauthorized\r\nWWW-Authenticate: Digest realm=\"c\", nonce=\"n\"\r\n"
-         "www-authenticate: basic realm=\"c\"\r\n\r\n",
-            "RTSP/1.0 401 Unauthorized\r\nWWW-Authenticate: Digest realm=\"c\", nonce=\"n\"\r\n\r\n", false},
-        {"RTSP/1.0 200 OK\r\nCSeq: 3\r\nContent-Length: 10\r\n\r\n", "RTSP/1.0 200 OK\r\nCSeq: 3\r\nContent-Length: 10\r\n\r\n",
-            false},
+        {"CRLF, two challenge lines", "RTSP/1.0 401 Unauthorized\r\nCSeq: 2\r\nWWW-Authenticate: Digest realm=\"c\", "
+            "nonce=\"n\"\r\nwww-authenticate: basic realm=\"c\"\r\n\r\n", "$\x01\x00\x02", Whole, true, 0,
+            "digest realm=c nonce=n|basic realm=c"},
+        {"CR only", "RTSP/1.0 401 X\rCSeq: 2\rWWW-Authenticate: Basic realm=\"Digest\"\r\r", "", Whole, true, 0,
+            "basic realm=Digest"},
+        {"LF only, folded", "RTSP/1.0 401 X\nWWW-Authenticate: Digest realm=\"c\",\n nonce=\"n\",\n\talgorithm=SHA-256\n\n",
+            "RTSP/1.0", Whole, true, 0, "digest realm=c nonce=n algorithm=SHA-256"},
+        {"a bare CR ends the head", "RTSP/1.0 401 X\r\nCSeq: 2\r\n\r", "WWW-Authenticate: Basic realm=\"c\"\r\n\r\n",
+            Whole, true, 0, ""},
+        {"one line, many challenges", "RTSP/1.0 401 X\r\nWWW-Authenticate: Negotiate abc==, Basic realm=\"a\", , "
+            "Digest realm=\"b\", nonce=\"q\\\"x\"\r\nContent-Length: 3\r\n\r\n", "abc", Whole, true, 3,
+            "negotiate =abc==|basic realm=a|digest realm=b nonce=q\"x"},
+        {"unterminated quote", "RTSP/1.0 401 X\r\nWWW-Authenticate: Digest realm=\"c, nonce=n\r\n\r\n", "", Whole, true,
+            0, "!"},
+        {"parameter named twice", "RTSP/1.0 401 X\r\nWWW-Authenticate: Digest realm=a, nonce=n, realm=b\r\n\r\n", "",
+            Whole, true, 0, "!"},
+        {"lengths that differ", "RTSP/1.0 200 OK\r\nContent-Length: 4\r\ncontent-length: 5\r\n\r\n", "", Whole, true,
+            -1, ""},
+        {"not finished", "RTSP/1.0 200 OK\r\nCSeq: 1\r\n", "", More, false, 0, ""},
+        {"not RTSP", "HTTP/1.1 200 OK\r\n\r\n", "", Rejected, false, 0, ""},
+        {"space in a header name", "RTSP/1.0 200 OK\r\nBad Name: x\r\n\r\n", "", Whole, false, 0, ""},
+        {"fold without a header", "RTSP/1.0 200 OK\r\n folded\r\n\r\n", "", Whole, false, 0, ""},
+        {"control character", "RTSP/1.0 200 OK\r\nX: a\x01z\r\n\r\n", "", Whole, false, 0, ""},
+        {"short status", "RTSP/1.0 20 OK\r\n\r\n", "", Whole, false, 0, ""},
     };
     for (const auto& r : rows) {
-        SCOPED_TRACE(r.head);
-        bool refused = false;
-        EXPECT_EQ(playwindow::CRtspAuthGuard::FilterAnswerHead(r.head, refused), QByteArray(r.out));
-        EXPECT_EQ(refused, r.refused);
+        SCOPED_TRACE(r.name);
+        const QByteArray bytes = r.head + r.tail;
+        const int length = playwindow::CRtspAnswer::HeadLength(bytes.constData(), bytes.size());
+        EXPECT_EQ(length, r.length == Whole ? r.head.size() : r.length == More ? 0 : -1);
+        playwindow::CRtspAnswer answer;
+        ASSERT_EQ(playwindow::CRtspAnswer::Parse(r.head, answer), r.parsed);
+        if (!r.parsed)
+            continue;
+        EXPECT_EQ(answer.status, r.head.startsWith("RTSP/1.0 401") ? 401 : 200);
+        EXPECT_EQ(answer.ContentLength(), r.contentLength);
+        QList<playwindow::RtspChallenge> challenges;
+        QByteArray shown;
+        if (!answer.Challenges(challenges))
+            shown = "!";
+        for (const auto& c : challenges) {
+            shown += (shown.isEmpty() ? "" : "|") + c.scheme;
+            for (const auto& p : c.params)
+                shown += ' ' + p.first + '=' + p.second;
+        }
+        EXPECT_EQ(shown, QByteArray(r.challenges));
+    }
+}
+
+// Published answers for MD5 and SHA-256 with qop=auth, and the challenges
+// that are not answered at all.
+TEST(RtspDigest, AnswersPublishedExamplesAndRefusesTheRest)
+{
+    const QByteArray rfc7616 = "realm=\"http-auth@example.org\", qop=\"auth, auth-int\", "
+                               "nonce=\"7ypf/xlj9XXwfDPEoM4URrv/xwf94BcCAzFZH4GiTo0v\", "
+                               "opaque=\"FQhe/qaU925kfnzjCev0ciny7QMkPqMAFRtzCUYo5tdS\"";
+    const QByteArray cnonce7616 = "f2/wE4q74E6zIJEtWaHKaf5wv/H5QzzpXusqGemxURZJ";
+    const struct {
+        const char* name;
+        QByteArray challenge;
+        QByteArray password;
+        QByteArray cnonce;
+        const char* response;  // empty: not answered
+    } rows[] = {
+        {"MD5, qop auth", "Digest realm=\"testrealm@host.com\", qop=\"auth,auth-int\", "
+                          "nonce=\"dcd98b7102dd2f0e8b11d0f600bfb0c093\", opaque=\"5ccc069c403ebaf9f0171e9517f40e41\"",
+            "Circle Of Life", "0a4f113b", "6629fae49393a05397450978507c4ef1"},
+        {"MD5 named", "Digest algorithm=MD5, " + rfc7616, "Circle of Life", cnonce7616,
+            "8ca523f5e9506fed4657c9700eebdbec"},
+        {"SHA-256", "Digest algorithm=SHA-256, " + rfc7616, "Circle of Life", cnonce7616,
+            "753927fa0e85d155564e2e272a28d1802ca10daf4496794697cf8db5856cb6c1"},
+        {"unknown algorithm", "Digest algorithm=SHA-512-256, " + rfc7616, "x", "c", ""},
+        {"auth-int only", "Digest realm=\"r\", nonce=\"n\", qop=\"auth-int\"", "x", "c", ""},
+        {"session without qop", "Digest realm=\"r\", nonce=\"n\", algorithm=MD5-sess", "x", "c", ""},
+        {"no nonce", "Digest realm=\"r\"", "x", "c", ""},
+        {"Basic", "Basic realm=\"Digest\"", "x", "c", ""},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
+        QList<playwindow::RtspChallenge> challenges;
+        ASSERT_TRUE(playwindow::CRtspAnswer::ParseChallenges(r.challenge, challenges));
+        ASSERT_EQ(challenges.size(), 1);
+        const QByteArray header = playwindow::CRtspDigest::Authorization(challenges[0], "Mufasa", r.password, "GET",
+            "/dir/index.html", 1, r.cnonce);
+        EXPECT_EQ(playwindow::CRtspDigest::Strength(challenges[0]) > 0, *r.response != '\0');
+        if (*r.response == '\0') {
+            EXPECT_TRUE(header.isEmpty()) << header.constData();
+            continue;
+        }
+        EXPECT_TRUE(header.contains("response=\"" + QByteArray(r.response) + '"')) << header.constData();
+        EXPECT_TRUE(header.contains("qop=auth, nc=00000001, cnonce=\"" + r.cnonce + '"')) << header.constData();
     }
 }
 
