@@ -9,9 +9,10 @@ cd "$(dirname "$0")/.."
 BUILD=${1:-build}
 CORPUS=fuzz/corpus
 PORT=${SEED_PORT:-18290}
+RTSP_PORT=${SEED_RTSP_PORT:-18291}
 WORK=$(mktemp -d)
 "$BUILD/bin/devicesim" --port "$PORT" --db "$WORK/sim.db" --scene 320x180 --rate 20 --seed 11 \
-  --log "$WORK/sim.log" >/dev/null 2>&1 &
+  --log "$WORK/sim.log" --rtsp-port "$RTSP_PORT" >/dev/null 2>&1 &
 SIM=$!
 trap 'kill $SIM 2>/dev/null; wait $SIM 2>/dev/null; rm -rf "$WORK"' EXIT
 BASE="http://127.0.0.1:$PORT"
@@ -63,5 +64,54 @@ start = data.find(b'\xff\xd8')
 end = data.find(b'\xff\xd9', start)
 if start >= 0 and end > start:
     open(sys.argv[2], 'wb').write(data[start:end + 2])
+PY
+
+# The RTSP server's answers, each as it came: the digest challenge, then the
+# answers to OPTIONS, then to authorised DESCRIBE (with its session
+# description), SETUP and PLAY.
+mkdir -p $CORPUS/rtsp_answer
+python3 - 127.0.0.1 "$RTSP_PORT" $CORPUS/rtsp_answer <<'PY'
+import hashlib, re, socket, sys
+host, port, out = sys.argv[1], int(sys.argv[2]), sys.argv[3]
+s = socket.create_connection((host, port), timeout=5)
+base = 'rtsp://%s:%d/ch1/h264/sub' % (host, port)
+seq = [0]
+auth = [None]
+def answer():
+    data = b''
+    while b'\r\n\r\n' not in data:
+        data += s.recv(65536)
+    head, _, rest = data.partition(b'\r\n\r\n')
+    m = re.search(rb'(?i)content-length:\s*(\d+)', head)
+    need = int(m.group(1)) if m else 0
+    while len(rest) < need:
+        rest += s.recv(65536)
+    return head + b'\r\n\r\n' + rest[:need]
+def ask(method, uri, extra='', name=None):
+    seq[0] += 1
+    req = '%s %s RTSP/1.0\r\nCSeq: %d\r\n%s' % (method, uri, seq[0], extra)
+    if auth[0]:
+        realm, nonce = auth[0]
+        ha1 = hashlib.md5(('admin:%s:admin123' % realm).encode()).hexdigest()
+        ha2 = hashlib.md5(('%s:%s' % (method, uri)).encode()).hexdigest()
+        resp = hashlib.md5(('%s:%s:%s' % (ha1, nonce, ha2)).encode()).hexdigest()
+        req += 'Authorization: Digest username="admin", realm="%s", nonce="%s", uri="%s", response="%s"\r\n' % (
+            realm, nonce, uri, resp)
+    s.sendall((req + '\r\n').encode())
+    a = answer()
+    if name:
+        open('%s/sim-%s' % (out, name), 'wb').write(a)
+    return a
+ask('OPTIONS', base, name='options')
+challenge = ask('DESCRIBE', base, 'Accept: application/sdp\r\n', name='challenge')
+realm = re.search(rb'realm="([^"]*)"', challenge).group(1).decode()
+nonce = re.search(rb'nonce="([^"]*)"', challenge).group(1).decode()
+auth[0] = (realm, nonce)
+describe = ask('DESCRIBE', base, 'Accept: application/sdp\r\n', name='describe')
+control = re.findall(rb'a=control:(\S+)', describe.split(b'\r\n\r\n', 1)[1])[-1].decode()  # the media's
+track = control if control.startswith('rtsp:') else base + '/' + control
+setup = ask('SETUP', track, 'Transport: RTP/AVP/TCP;unicast;interleaved=0-1\r\n', name='setup')
+session = re.search(rb'(?i)session:\s*([^;\r\n]+)', setup).group(1).decode()
+ask('PLAY', base, 'Session: %s\r\nRange: npt=0.000-\r\n' % session, name='play')
 PY
 ls -l $CORPUS/*/sim-*
