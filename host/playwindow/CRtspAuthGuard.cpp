@@ -51,6 +51,7 @@ struct Request {
     QByteArray clientCseq;
     int deviceCseq = 0;
     bool authorized = false;  // sent with an answer to a challenge
+    QByteArray nonce;         // the digest nonce it answered
     int tries = 0;
     int redirects = 0;
 };
@@ -228,6 +229,7 @@ private:
         for (const auto& h : r.headers)
             out += h.first + ": " + h.second + "\r\n";
         r.authorized = m_creds.Ready();
+        r.nonce = m_creds.Nonce();
         if (r.authorized)
             out += "Authorization: " + m_creds.Authorization(r.method, r.uri) + "\r\n";
         out += "\r\n" + r.body;
@@ -296,10 +298,12 @@ private:
                 ++r.tries;
                 return Send(r);
             }
-            // Answered and turned down: a stale nonce is answered once more;
-            // otherwise the password is wrong, and FFmpeg hears a bare 401.
-            if (wellFormed && stale && ++r.tries <= 3 && m_creds.Choose(challenges))
+            // Answered and turned down: a stale or new nonce is answered again
+            // (a few times); otherwise the password is wrong, and FFmpeg hears a bare 401.
+            if (wellFormed && r.tries < 3 && m_creds.Choose(challenges) && (stale || m_creds.Nonce() != r.nonce)) {
+                ++r.tries;
                 return Send(r);
+            }
         }
         if (answer.status >= 300 && answer.status < 400)
             return Redirect(r, answer.Header("location"));

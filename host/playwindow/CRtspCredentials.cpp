@@ -14,25 +14,21 @@ CRtspCredentials::CRtspCredentials(QByteArray user, QByteArray password, bool ve
 bool CRtspCredentials::Choose(const QList<RtspChallenge>& challenges)
 {
     const QByteArray oldNonce = Nonce();
-    m_kind = Kind::None;
-    int best = 0;
+    const RtspChallenge* best = nullptr;
+    int bestStrength = 0;
     bool basic = false;
     for (const RtspChallenge& c : challenges) {
         const int strength = CRtspDigest::Strength(c);
-        if (strength > best) {
-            best = strength;
-            m_challenge = c;
+        if (strength > bestStrength) {
+            bestStrength = strength;
+            best = &c;
         }
         basic = basic || c.scheme == "basic";
     }
-    if (best > 0) {
-        m_kind = Kind::Digest;
-        if (Nonce() != oldNonce)
-            m_nc = 0;
-    } else if (basic && m_verifiedTls) {
-        m_kind = Kind::Basic;
-        m_challenge = RtspChallenge();
-    }
+    m_challenge = best != nullptr ? *best : RtspChallenge();
+    m_kind = best != nullptr ? Kind::Digest : basic && m_verifiedTls ? Kind::Basic : Kind::None;
+    if (Nonce() != oldNonce)
+        m_nc = 0;
     return Ready();
 }
 
