@@ -20,7 +20,6 @@ namespace playwindow {
 namespace {
 
 constexpr int kConnectTimeoutMs = 5000;
-constexpr int kSendTimeoutMs = 5000;
 constexpr int kMaxRedirects = 3;
 constexpr int kMaxBody = 1024 * 1024;
 
@@ -142,8 +141,10 @@ private:
             }
             if (n == 0 || (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR))
                 return false;
+            // FFmpeg behind: the device waits too (TCP pushes back), as
+            // without the relay; only a stop ends the wait.
             pollfd w[2] = {{m_client, POLLOUT, 0}, {m_wake, POLLIN, 0}};
-            if (::poll(w, 2, kSendTimeoutMs) <= 0 || (w[1].revents & POLLIN) != 0)
+            if ((::poll(w, 2, -1) < 0 && errno != EINTR) || (w[1].revents & POLLIN) != 0)
                 return false;
         }
         return true;
@@ -237,43 +238,61 @@ private:
         return m_link.Write(out.constData(), out.size(), m_wake);
     }
 
-    // The device's answers; anything that is not one by the rules ends the connection.
+    // The device's answers; anything that is not one by the rules ends the
+    // connection. Media frames in a row go to FFmpeg in one write.
     bool FromDevice()
     {
-        for (;;) {
-            int skip = 0;  // empty lines between answers (the LF of a CR LF split across reads)
-            while (skip < m_fromDevice.size() && (m_fromDevice[skip] == '\r' || m_fromDevice[skip] == '\n'))
-                ++skip;
-            m_fromDevice.remove(0, skip);
-            if (m_fromDevice.isEmpty())
-                return true;
-            if (m_fromDevice[0] == '$') {
-                if (m_fromDevice.size() < 4)
-                    return true;
-                const int len = 4 + ((uchar(m_fromDevice[2]) << 8) | uchar(m_fromDevice[3]));
-                if (m_fromDevice.size() < len)
-                    return true;
-                if (!ToClient(m_fromDevice.left(len)))
-                    return false;
-                m_fromDevice.remove(0, len);
+        const char* d = m_fromDevice.constData();
+        const int size = m_fromDevice.size();
+        int pos = 0;
+        int media = 0;  // media frames from here to pos wait to be passed on
+        const auto flushMedia = [&] {
+            const bool ok = pos == media || ToClient(QByteArray::fromRawData(d + media, pos - media));
+            media = pos;
+            return ok;
+        };
+        bool ok = true;
+        while (pos < size) {
+            if (d[pos] == '$') {
+                if (size - pos < 4)
+                    break;
+                const int len = 4 + ((uchar(d[pos + 2]) << 8) | uchar(d[pos + 3]));
+                if (size - pos < len)
+                    break;
+                pos += len;
                 continue;
             }
-            const int headLength = CRtspAnswer::HeadLength(m_fromDevice.constData(), m_fromDevice.size());
-            if (headLength <= 0)
-                return headLength == 0;
+            if (!(ok = flushMedia()))
+                break;
+            if (d[pos] == '\r' || d[pos] == '\n') {
+                media = ++pos;  // empty lines between answers (the LF of a CR LF split across reads)
+                continue;
+            }
+            const int headLength = CRtspAnswer::HeadLength(d + pos, size - pos);
+            if (headLength <= 0) {
+                ok = headLength == 0;
+                break;
+            }
             CRtspAnswer answer;
-            if (!CRtspAnswer::Parse(m_fromDevice.left(headLength), answer))
-                return false;
-            const int length = answer.ContentLength();
-            if (length < 0 || length > kMaxBody)
-                return false;
-            if (m_fromDevice.size() < headLength + length)
-                return true;
-            const QByteArray body = m_fromDevice.mid(headLength, length);
-            m_fromDevice.remove(0, headLength + length);
+            const int length = CRtspAnswer::Parse(QByteArray(d + pos, headLength), answer) ? answer.ContentLength() : -1;
+            if (length < 0 || length > kMaxBody) {
+                ok = false;
+                break;
+            }
+            if (size - pos < headLength + length)
+                break;
+            const QByteArray body(d + pos + headLength, length);
+            pos += headLength + length;
+            media = pos;
+            // A followed redirect starts a new connection with an empty buffer.
+            m_fromDevice.remove(0, pos);
             if (!OnAnswer(answer, body))
                 return false;
+            return FromDevice();
         }
+        ok = ok && flushMedia();
+        m_fromDevice.remove(0, pos);
+        return ok;
     }
 
     bool OnAnswer(const CRtspAnswer& answer, const QByteArray& body)
