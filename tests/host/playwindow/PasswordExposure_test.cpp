@@ -196,6 +196,9 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
         {"SHA-256 preferred", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest realm=\"c\", "
                               "nonce=\"n6\", algorithm=MD5, Digest realm=\"c\", nonce=\"n6\", algorithm=SHA-256\r\n\r\n",
             Plain, nullptr, State::Retrying, "algorithm=SHA-256"},
+        {"a stale nonce is answered anew", "RTSP/1.0 401 Unauthorized\r\nCSeq: %1\r\nWWW-Authenticate: Digest "
+                                           "realm=\"c\", nonce=\"stale\"\r\n\r\n", Plain, nullptr, State::Retrying,
+            "nonce=\"fresh\""},
         {"redirect to another port", digest, Plain, "rtsp://127.0.0.1:%2/moved", State::Retrying, "Digest"},
         {"redirect to another host name", digest, Plain, "rtsp://localhost:%1/moved", State::Retrying, "Digest"},
         {"redirect to the same device", digest, Plain, "rtsp://127.0.0.1:%1/moved", State::Retrying,
@@ -208,14 +211,17 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
     const QString logFile = QString::fromStdString(Base::Log::CurrentFile());
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
-        int port = 0;
+        std::atomic<int> port{0};  // read by the device's thread, which only a socket orders after this one
         const auto fill = [&](QByteArray text) {
-            return text.replace("%1", QByteArray::number(port)).replace("%2", QByteArray::number(elsewhere.port()));
+            return text.replace("%1", QByteArray::number(port.load())).replace("%2", QByteArray::number(elsewhere.port()));
         };
         const auto script = [&](const QByteArray& request, const QByteArray& cseq) -> QByteArray {
             const QByteArray seq = "CSeq: " + cseq + "\r\n";
             if (!request.contains("Authorization:"))
                 return QByteArray(r.challenge).replace("%1", cseq);
+            if (request.contains("nonce=\"stale\""))
+                return "RTSP/1.0 401 Unauthorized\r\n" + seq
+                    + "WWW-Authenticate: Digest realm=\"c\", nonce=\"fresh\", stale=TRUE\r\n\r\n";
             if (request.startsWith("OPTIONS"))
                 return "RTSP/1.0 200 OK\r\n" + seq + "Public: OPTIONS, DESCRIBE, SETUP, PLAY, TEARDOWN\r\n\r\n";
             if (r.location != nullptr && !request.contains("/moved"))
@@ -232,7 +238,7 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
         const playwindow::CStreamSource source = playwindow::CStreamSource::OfUrl(
             QStringLiteral("%1://%2:%3@127.0.0.1:%4/cam")
                 .arg(QLatin1String(tls ? "rtsps" : "rtsp"), QLatin1String(kUser), QLatin1String(kPassword))
-                .arg(port),
+                .arg(port.load()),
             trust);
         const qint64 logStart = readFrom(logFile).size();
         std::mutex mutex;
