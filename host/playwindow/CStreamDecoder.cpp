@@ -78,7 +78,7 @@ struct CStreamDecoder::Session {
     int videoIndex = -1;
     int audioIndex = -1;
     std::unique_ptr<CTransportInput> input;  // outlives fmt, which reads through it
-    std::unique_ptr<CRtspAuthGuard> guard;   // likewise for RTSP with credentials
+    std::unique_ptr<CRtspAuthGuard> guard;   // likewise for RTSP, which FFmpeg reads through it
 
     ~Session()
     {
