@@ -24,16 +24,23 @@ const char* const kMigrations[] = {
     "CREATE INDEX events_time ON events(time);",
     // 1 -> 2: how much the page's total rose (returning persons count once per open view).
     "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;",
-    // 2 -> 3: the history's filters. Each kind has a partial index in time
-    // order (the condition is written exactly as the history queries write
-    // it, or SQLite will not use it); cameras have one of their own, and one
-    // covering index lets threshold and text filters skip the table rows.
-    "CREATE INDEX events_camera_time ON events(camera_id, time);"
-    "CREATE INDEX events_scan ON events(time, camera_id, temperature, temperature_unit, person_name, library);"
+    // 2 -> 3: the history's filters. The time and the camera indexes carry
+    // every filtered column, so a filter walks an index without reading the
+    // table rows (which hold the faces); each kind has a partial index in
+    // time order (its condition written exactly as the history writes it, or
+    // SQLite will not use it); names and libraries have their own for the
+    // text search. The time index is the first column of the new one.
+    "DROP INDEX events_time;"
+    "CREATE INDEX events_scan ON events(time, camera_id, kind, temperature_type, mask_type, temperature,"
+    " temperature_unit, person_name, library);"
+    "CREATE INDEX events_camera ON events(camera_id, time, kind, temperature_type, mask_type, temperature,"
+    " temperature_unit, person_name, library);"
     "CREATE INDEX events_abnormal ON events(time) WHERE temperature_type = 0;"
     "CREATE INDEX events_nomask ON events(time) WHERE mask_type IN (0, 1);"
     "CREATE INDEX events_normal ON events(time) WHERE temperature_type IN (1, 2);"
     "CREATE INDEX events_matched ON events(time) WHERE kind IN (0, 1, 2) AND person_name <> '';"
+    "CREATE INDEX events_name ON events(person_name, time) WHERE person_name <> '';"
+    "CREATE INDEX events_library ON events(library, time) WHERE library <> '';"
     "CREATE INDEX events_returning ON events(time) WHERE kind = 5;",
 };
 static_assert(sizeof(kMigrations) / sizeof(kMigrations[0]) == CJournalDatabase::kSchemaVersion,

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <sqlite3.h>
 
 #include "CJournalDatabase.h"
@@ -55,10 +57,12 @@ std::string likePattern(const std::string& text)
     return p + "%";
 }
 
-// The terms every branch shares: range, threshold, text.
-void commonTerms(const HistoryFilter& f, std::string& sql, std::vector<Arg>& args)
+// The terms every branch shares: range and threshold.
+// `t` is how the time column is written: "+time" keeps the planner off the
+// time-first index when a value's own index gives its rows in time order.
+void commonTerms(const HistoryFilter& f, const char* t, std::string& sql, std::vector<Arg>& args)
 {
-    sql += " time >= ? AND time < ?";
+    sql += std::string(" ") + t + " >= ? AND " + t + " < ?";
     args.push_back(intArg(f.from));
     args.push_back(intArg(f.to));
     if (f.thresholdOn) {
@@ -69,19 +73,63 @@ void commonTerms(const HistoryFilter& f, std::string& sql, std::vector<Arg>& arg
         a.d = f.thresholdCelsius;
         args.push_back(a);
     }
-    if (!f.text.empty()) {
-        sql += " AND (person_name LIKE ? ESCAPE '\\' OR library LIKE ? ESCAPE '\\')";
-        args.push_back(textArg(likePattern(f.text)));
-        args.push_back(textArg(likePattern(f.text)));
-    }
 }
 
-// One branch per selected camera and kind, so that each can walk an index
-// in time order and stop after a page.
-std::vector<std::pair<const std::string*, const char*>> branchesOf(const HistoryFilter& f)
+std::string kindsTerm(const HistoryFilter& f)
 {
+    std::string any;
+    for (const auto& k : kKindTerms)
+        if ((f.kinds & k.bit) != 0)
+            any += (any.empty() ? "(" : " OR ") + std::string("(") + k.sql + ")";
+    return any.empty() ? any : any + ")";
+}
+
+void cameraInTerm(const HistoryFilter& f, std::string& sql, std::vector<Arg>& args)
+{
+    if (f.cameraIds.empty())
+        return;
+    sql += " AND camera_id IN (";
+    for (size_t i = 0; i < f.cameraIds.size(); ++i) {
+        sql += i == 0 ? "?" : ", ?";
+        args.push_back(textArg(f.cameraIds[i]));
+    }
+    sql += ")";
+}
+
+// The branches of a page: each a set of terms that one index walks in time
+// order. Text values found beforehand make one branch each (the other
+// filters are then plain terms: a person's rows are few); otherwise one
+// branch per selected camera and kind.
+struct Branch {
+    bool byValue = false;  // walks a name's or library's own index
+    std::string sql;
+    std::vector<Arg> args;
+};
+
+std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySource::TextValues* text)
+{
+    std::vector<Branch> out;
+    if (text != nullptr) {
+        auto add = [&](const char* column, const std::string& value) {
+            Branch b;
+            b.byValue = true;
+            // The first term is the partial index's own condition: without it
+            // SQLite does not see that the index holds the value.
+            b.sql = std::string(" AND ") + column + " <> '' AND " + column + " = ?";
+            b.args.push_back(textArg(value));
+            cameraInTerm(f, b.sql, b.args);
+            if (!f.everyKind())
+                b.sql += " AND " + kindsTerm(f);
+            out.push_back(std::move(b));
+        };
+        for (const std::string& v : text->names)
+            add("person_name", v);
+        for (const std::string& v : text->libraries)
+            add("library", v);
+        return out;
+    }
     std::vector<const std::string*> cameras;
-    if (!f.cameraIds.empty() && f.cameraIds.size() <= kMaxCameraBranches)
+    if (f.cameraIds.size() <= kMaxCameraBranches)
         for (const std::string& c : f.cameraIds)
             cameras.push_back(&c);
     if (cameras.empty())
@@ -93,29 +141,29 @@ std::vector<std::pair<const std::string*, const char*>> branchesOf(const History
                 kinds.push_back(k.sql);
     if (kinds.empty())
         kinds.push_back(nullptr);
-    std::vector<std::pair<const std::string*, const char*>> out;
     for (const std::string* c : cameras)
-        for (const char* k : kinds)
-            out.emplace_back(c, k);
+        for (const char* k : kinds) {
+            Branch b;
+            if (c != nullptr) {
+                b.sql = " AND camera_id = ?";
+                b.args.push_back(textArg(*c));
+            } else {
+                cameraInTerm(f, b.sql, b.args);
+            }
+            if (k != nullptr)
+                b.sql += std::string(" AND ") + k;
+            if (!f.text.empty()) {
+                b.sql += " AND (person_name LIKE ? ESCAPE '\\' OR library LIKE ? ESCAPE '\\')";
+                b.args.push_back(textArg(likePattern(f.text)));
+                b.args.push_back(textArg(likePattern(f.text)));
+            }
+            out.push_back(std::move(b));
+        }
     return out;
 }
 
-void cameraTerm(const HistoryFilter& f, const std::string* camera, std::string& sql, std::vector<Arg>& args)
-{
-    if (camera != nullptr) {
-        sql += " AND camera_id = ?";
-        args.push_back(textArg(*camera));
-    } else if (!f.cameraIds.empty()) {
-        sql += " AND camera_id IN (";
-        for (size_t i = 0; i < f.cameraIds.size(); ++i) {
-            sql += i == 0 ? "?" : ", ?";
-            args.push_back(textArg(f.cameraIds[i]));
-        }
-        sql += ")";
-    }
-}
-
-Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark)
+Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark,
+    const CJournalHistorySource::TextValues* text)
 {
     const int limit = std::max(1, f.pageSize) + 1;
     // Newer rows are taken oldest first, so a burst larger than a page is
@@ -123,15 +171,16 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
     const char* order = watermark != nullptr ? " ORDER BY id" : " ORDER BY time DESC, id DESC";
     Query q;
     std::string branches;
-    for (const auto& [camera, kind] : branchesOf(f)) {
+    for (Branch& b : branchesOf(f, text)) {
         if (!branches.empty())
             branches += " UNION ";
         branches += "SELECT id FROM (SELECT id FROM events WHERE";
-        commonTerms(f, branches, q.args);
+        const char* t = b.byValue ? "+time" : "time";
+        commonTerms(f, t, branches, q.args);
         if (after != nullptr) {
             // The first term bounds the index range; the second skips the rows
             // of the same second already shown.
-            branches += " AND time <= ? AND (time < ? OR id < ?)";
+            branches += std::string(" AND ") + t + " <= ? AND (time < ? OR id < ?)";
             q.args.push_back(intArg(after->time));
             q.args.push_back(intArg(after->time));
             q.args.push_back(intArg(after->id));
@@ -140,14 +189,24 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
             branches += " AND id > ?";
             q.args.push_back(intArg(*watermark));
         }
-        cameraTerm(f, camera, branches, q.args);
-        if (kind != nullptr)
-            branches += std::string(" AND ") + kind;
+        branches += b.sql;
+        std::move(b.args.begin(), b.args.end(), std::back_inserter(q.args));
         branches += order + std::string(" LIMIT ") + std::to_string(limit) + ")";
     }
+    if (branches.empty())  // text searched and found nowhere
+        branches = "SELECT NULL WHERE 0";
     q.sql = std::string("SELECT ") + CJournalDatabase::kEventColumns + ", face FROM events WHERE id IN (" + branches
         + ")" + order + " LIMIT " + std::to_string(limit);
     return q;
+}
+
+bool containsFolded(const std::string& haystack, const std::string& needle)
+{
+    // The same folding as LIKE: ASCII letters only.
+    auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
+    return std::search(haystack.begin(), haystack.end(), needle.begin(), needle.end(),
+               [&](char x, char y) { return fold(x) == fold(y); })
+        != haystack.end();
 }
 
 } // namespace
@@ -164,14 +223,94 @@ CJournalHistorySource::~CJournalHistorySource()
         sqlite3_close(m_db);
 }
 
-Query CJournalHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after)
+Query CJournalHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text)
 {
-    return build(filter, after, nullptr);
+    return build(filter, after, nullptr, text);
 }
 
 Query CJournalHistorySource::NewerQuery(const HistoryFilter& filter, int64_t watermark)
 {
-    return build(filter, nullptr, &watermark);
+    return build(filter, nullptr, &watermark, nullptr);
+}
+
+bool CJournalHistorySource::refreshValues()
+{
+    if (m_values.tooMany)
+        return false;
+    auto maxId = [&]() {
+        sqlite3_stmt* st = nullptr;
+        int64_t id = 0;
+        if (sqlite3_prepare_v2(m_db, "SELECT COALESCE(MAX(id), 0) FROM events", -1, &st, nullptr) == SQLITE_OK
+            && sqlite3_step(st) == SQLITE_ROW)
+            id = sqlite3_column_int64(st, 0);
+        sqlite3_finalize(st);
+        return id;
+    };
+    auto add = [&](std::set<std::string>& to, sqlite3_stmt* st, int column) {
+        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, column));
+        if (p != nullptr && *p != '\0')
+            to.emplace(p, size_t(sqlite3_column_bytes(st, column)));
+    };
+    const int64_t upTo = maxId();
+    if (m_values.built) {
+        // Only the rows written since: few, found by their ids.
+        sqlite3_stmt* st = nullptr;
+        if (sqlite3_prepare_v2(m_db, "SELECT DISTINCT person_name, library FROM events WHERE id > ?", -1, &st, nullptr)
+            != SQLITE_OK)
+            return false;
+        sqlite3_bind_int64(st, 1, m_values.upTo);
+        while (sqlite3_step(st) == SQLITE_ROW) {
+            add(m_values.names, st, 0);
+            add(m_values.libraries, st, 1);
+        }
+        sqlite3_finalize(st);
+        m_values.upTo = upTo;
+        return true;
+    }
+    // Walks the distinct values of a column through its index, one seek each.
+    auto walk = [&](const char* column, std::set<std::string>& found) {
+        const std::string sql = std::string("SELECT ") + column + " FROM events WHERE " + column + " > ? AND "
+            + column + " <> '' ORDER BY " + column + " LIMIT 1";
+        sqlite3_stmt* st = nullptr;
+        if (sqlite3_prepare_v2(m_db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
+            return false;
+        std::string last;
+        while (found.size() <= size_t(kMaxDistinctValues)) {
+            sqlite3_reset(st);
+            sqlite3_bind_text(st, 1, last.data(), int(last.size()), SQLITE_TRANSIENT);
+            if (sqlite3_step(st) != SQLITE_ROW)
+                break;
+            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st, 0));
+            last.assign(p != nullptr ? p : "", size_t(sqlite3_column_bytes(st, 0)));
+            found.insert(last);
+        }
+        sqlite3_finalize(st);
+        return found.size() <= size_t(kMaxDistinctValues);
+    };
+    if (!walk("person_name", m_values.names) || !walk("library", m_values.libraries)) {
+        // Too many to keep: the text is matched with LIKE from then on.
+        m_values = ValueCache();
+        m_values.tooMany = true;
+        return false;
+    }
+    m_values.built = true;
+    m_values.upTo = upTo;
+    return true;
+}
+
+bool CJournalHistorySource::findText(const std::string& text, TextValues& values)
+{
+    values = TextValues();
+    if (!refreshValues())
+        return false;
+    for (const std::string& v : m_values.names)
+        if (containsFolded(v, text))
+            values.names.push_back(v);
+    for (const std::string& v : m_values.libraries)
+        if (containsFolded(v, text))
+            values.libraries.push_back(v);
+    // A text found in many values is common enough for a walk in time order.
+    return values.names.size() + values.libraries.size() <= kMaxTextValues;
 }
 
 void CJournalHistorySource::Cancel()
@@ -258,7 +397,18 @@ IHistorySource::Result CJournalHistorySource::run(const Query& query, int pageSi
 IHistorySource::Result CJournalHistorySource::Page(const HistoryFilter& filter, const HistoryKey* after,
     HistoryPage& page, QString& error)
 {
-    return run(PageQuery(filter, after), std::max(1, filter.pageSize), page, error);
+    const TextValues* text = nullptr;
+    if (!filter.text.empty() && (m_db != nullptr || QFileInfo::exists(m_path)) && ensureOpen(error)) {
+        // Looked up again for each first page, so that a name recorded since
+        // is found; the following pages reuse it.
+        if (after == nullptr || m_text != filter.text) {
+            m_text = filter.text;
+            m_textUsable = findText(filter.text, m_textValues);
+        }
+        if (m_textUsable)
+            text = &m_textValues;
+    }
+    return run(PageQuery(filter, after, text), std::max(1, filter.pageSize), page, error);
 }
 
 IHistorySource::Result CJournalHistorySource::Newer(const HistoryFilter& filter, int64_t watermark, HistoryPage& page,

@@ -3,9 +3,11 @@
 // read through a read-only SQLite connection of its own (opened on first use
 // on the query worker). Each selected camera and kind is one index-ordered
 // branch of at most a page; the branches are merged by id, so no filter
-// combination sorts more than a few pages of rows.
+// combination sorts more than a few pages of rows. A text search first finds
+// the names and libraries that contain it and walks those.
 #include <QString>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,17 +40,43 @@ public:
         std::string sql;
         std::vector<Arg> args;
     };
-    // The page statement of a filter (also what the index tests explain).
-    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after);
+    // The person names and libraries containing a filter's text.
+    struct TextValues {
+        std::vector<std::string> names;
+        std::vector<std::string> libraries;
+    };
+    static constexpr size_t kMaxTextValues = 24;
+    static constexpr int kMaxDistinctValues = 50000;
+
+    // The page statement of a filter (also what the index tests explain);
+    // `text`: the values its text was found in, or nullptr to match with LIKE.
+    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text = nullptr);
     static Query NewerQuery(const HistoryFilter& filter, int64_t watermark);
 
 private:
     bool ensureOpen(QString& error);
     Result run(const Query& query, int pageSize, HistoryPage& page, QString& error);
+    bool findText(const std::string& text, TextValues& values);
+
+    bool refreshValues();
+
+    // Every person name and library in the journal, kept up to date by the
+    // rows written since (query worker only).
+    struct ValueCache {
+        bool built = false;
+        bool tooMany = false;
+        int64_t upTo = 0;
+        std::set<std::string> names;
+        std::set<std::string> libraries;
+    };
 
     QString m_path;
     std::mutex m_mutex;        // guards m_db against Cancel() from another thread
     sqlite3* m_db = nullptr;   // opened and closed on the query worker
+    ValueCache m_values;
+    std::string m_text;        // the text m_textValues were found for
+    bool m_textUsable = false;
+    TextValues m_textValues;
 };
 
 } // namespace BodyTemperature
