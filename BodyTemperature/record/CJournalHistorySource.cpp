@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include "CJournalDatabase.h"
+#include "record/HistoryMatch.h"
 
 namespace BodyTemperature {
 
@@ -200,15 +201,6 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
     return q;
 }
 
-bool containsFolded(const std::string& haystack, const std::string& needle)
-{
-    // The same folding as LIKE: ASCII letters only.
-    auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
-    return std::search(haystack.begin(), haystack.end(), needle.begin(), needle.end(),
-               [&](char x, char y) { return fold(x) == fold(y); })
-        != haystack.end();
-}
-
 } // namespace
 
 CJournalHistorySource::CJournalHistorySource(QString journalPath)
@@ -304,10 +296,10 @@ bool CJournalHistorySource::findText(const std::string& text, TextValues& values
     if (!refreshValues())
         return false;
     for (const std::string& v : m_values.names)
-        if (containsFolded(v, text))
+        if (HistoryTextIn(v, text))
             values.names.push_back(v);
     for (const std::string& v : m_values.libraries)
-        if (containsFolded(v, text))
+        if (HistoryTextIn(v, text))
             values.libraries.push_back(v);
     // A text found in many values is common enough for a walk in time order.
     return values.names.size() + values.libraries.size() <= kMaxTextValues;
