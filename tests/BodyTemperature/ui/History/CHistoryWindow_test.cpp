@@ -96,6 +96,7 @@ protected:
         testsupport::child<QDateTimeEdit>(m_window, "m_pHistoryTo")->setDateTime(QDateTime::currentDateTime().addDays(1));
         m_table = testsupport::child<QTableView>(m_window, "m_pHistoryTable");
         m_model = qobject_cast<CHistoryTableModel*>(m_table->model());
+        testsupport::pump(400);  // the filter settles before the checks begin
     }
 
     int64_t idAt(int row) const { return m_model->Row(row).event.id; }
