@@ -2780,6 +2780,10 @@
         <source>HistoryColStation</source>
         <translation>Station</translation>
     </message>
+    <message>
+        <source>HistoryKindSeparator</source>
+        <translation>, </translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CHistoryWindow</name>

@@ -2780,6 +2780,10 @@
         <source>HistoryColStation</source>
         <translation>工作站</translation>
     </message>
+    <message>
+        <source>HistoryKindSeparator</source>
+        <translation>、</translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CHistoryWindow</name>

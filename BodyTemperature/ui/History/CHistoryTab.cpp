@@ -20,6 +20,7 @@
 #include "Base/Log.h"
 #include "record/HistoryMatch.h"
 #include "ui/History/CHistoryTableModel.h"
+#include "ui/SettingsPageLook.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 
 namespace BodyTemperature {
@@ -203,6 +204,21 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
         }
     });
     connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe()); });
+
+    // The report tab's dark look, extended to the table and the number fields.
+    ApplySettingsPageLook(this);
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(styleSheet()
+        + QStringLiteral("QWidget#m_pHistoryTab { background-color: #0F1D31; }"
+                         "QTableView { background-color: #0F1D31; alternate-background-color: #13233A;"
+                         " color: #E6EDF5; gridline-color: #24405F; border: 1px solid #24405F;"
+                         " selection-background-color: rgba(6, 231, 255, 0.25); selection-color: #FFFFFF; }"
+                         "QHeaderView::section { background-color: #13233A; color: #C9D3E0; border: none;"
+                         " border-right: 1px solid #24405F; border-bottom: 1px solid #24405F; padding: 4px; }"
+                         "QDateTimeEdit, QDoubleSpinBox { background-color: #13233A; color: #E6EDF5;"
+                         " border: 1px solid #24405F; padding: 2px 6px; min-height: 22px; }"
+                         "QDateTimeEdit:disabled, QDoubleSpinBox:disabled { color: #5C6F86; }"
+                         "QToolButton#m_pHistoryCameras { background-color: #13233A; border-color: #24405F; }"));
 
     applyFilter();
     m_pLive->start();

@@ -85,7 +85,7 @@ QString CHistoryTableModel::kindText(const JournalEvent& e) const
         parts << tr("HistoryKindReturning");
     if (parts.isEmpty())
         parts << m_texts->kind(e.kind);
-    return parts.join(QStringLiteral(", "));
+    return parts.join(tr("HistoryKindSeparator"));
 }
 
 QVariant CHistoryTableModel::data(const QModelIndex& index, int role) const

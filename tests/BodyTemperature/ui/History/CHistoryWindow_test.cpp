@@ -177,6 +177,8 @@ TEST_P(HistoryWindowTest, FindsPagesFollowsLiveRowsAndOpensDetails)
     EXPECT_EQ(tabs->currentWidget(), m_window->Report());
     EXPECT_TRUE(testsupport::child<QWidget>(m_window, "m_pReportFilterRow")->isVisible());
     EXPECT_FALSE(testsupport::child<QLabel>(m_window, "m_pReportFilterLbl")->text().isEmpty());
+    if (!qEnvironmentVariableIsEmpty("BT_GALLERY"))
+        m_window->grab().save(qEnvironmentVariable("BT_GALLERY") + QStringLiteral("history-report-%1.png").arg(GetParam()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, HistoryWindowTest, ::testing::Values(2, 1));
