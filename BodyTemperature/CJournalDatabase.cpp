@@ -29,7 +29,8 @@ const char* const kMigrations[] = {
     // table rows (which hold the faces); each kind has a partial index in
     // time order (its condition written exactly as the history writes it, or
     // SQLite will not use it); names and libraries have their own for the
-    // text search. The time index is the first column of the new one.
+    // text search, and the temperature in Celsius for a threshold few rows
+    // reach. The time index is the first column of the new one.
     "DROP INDEX events_time;"
     "CREATE INDEX events_scan ON events(time, camera_id, kind, temperature_type, mask_type, temperature,"
     " temperature_unit, person_name, library);"
@@ -41,7 +42,9 @@ const char* const kMigrations[] = {
     "CREATE INDEX events_matched ON events(time) WHERE kind IN (0, 1, 2) AND person_name <> '';"
     "CREATE INDEX events_name ON events(person_name, time) WHERE person_name <> '';"
     "CREATE INDEX events_library ON events(library, time) WHERE library <> '';"
-    "CREATE INDEX events_returning ON events(time) WHERE kind = 5;",
+    "CREATE INDEX events_returning ON events(time) WHERE kind = 5;"
+    "CREATE INDEX events_celsius ON events((CASE temperature_unit WHEN 1 THEN (temperature - 32) / 1.8"
+    " WHEN 2 THEN temperature - 273.15 ELSE temperature END), time) WHERE temperature IS NOT NULL;",
 };
 static_assert(sizeof(kMigrations) / sizeof(kMigrations[0]) == CJournalDatabase::kSchemaVersion,
     "one migration step per schema version");

@@ -29,6 +29,10 @@ const struct {
     {HistoryFilter::KindReturning, "kind = 5"},
 };
 
+// Written exactly as the journal's Celsius index writes it.
+const char* const kThresholdTerm = "temperature IS NOT NULL AND (CASE temperature_unit WHEN 1 THEN (temperature - 32)"
+                                   " / 1.8 WHEN 2 THEN temperature - 273.15 ELSE temperature END) >= ?";
+
 // Beyond this many cameras a single IN list replaces one branch per camera.
 constexpr size_t kMaxCameraBranches = 16;
 
@@ -67,8 +71,7 @@ void commonTerms(const HistoryFilter& f, const char* t, std::string& sql, std::v
     args.push_back(intArg(f.from));
     args.push_back(intArg(f.to));
     if (f.thresholdOn) {
-        sql += " AND temperature IS NOT NULL AND (CASE temperature_unit WHEN 1 THEN (temperature - 32) / 1.8"
-               " WHEN 2 THEN temperature - 273.15 ELSE temperature END) >= ?";
+        sql += std::string(" AND ") + kThresholdTerm;
         Arg a;
         a.type = Arg::Type::Real;
         a.d = f.thresholdCelsius;
@@ -103,13 +106,30 @@ void cameraInTerm(const HistoryFilter& f, std::string& sql, std::vector<Arg>& ar
 // branch per selected camera and kind.
 struct Branch {
     bool byValue = false;  // walks a name's or library's own index
+    const char* from = " FROM events WHERE";
     std::string sql;
     std::vector<Arg> args;
 };
 
-std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySource::TextValues* text)
+std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySource::TextValues* text, bool sparse)
 {
     std::vector<Branch> out;
+    if (sparse) {
+        // Few rows reach the threshold: walk them in the Celsius index and
+        // sort them, every other filter a plain term.
+        Branch b;
+        b.from = " FROM events INDEXED BY events_celsius WHERE";
+        cameraInTerm(f, b.sql, b.args);
+        if (!f.everyKind())
+            b.sql += " AND " + kindsTerm(f);
+        if (!f.text.empty()) {
+            b.sql += " AND (person_name LIKE ? ESCAPE '\\' OR library LIKE ? ESCAPE '\\')";
+            b.args.push_back(textArg(likePattern(f.text)));
+            b.args.push_back(textArg(likePattern(f.text)));
+        }
+        out.push_back(std::move(b));
+        return out;
+    }
     if (text != nullptr) {
         auto add = [&](const char* column, const std::string& value) {
             Branch b;
@@ -164,7 +184,7 @@ std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySour
 }
 
 Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark,
-    const CJournalHistorySource::TextValues* text)
+    const CJournalHistorySource::TextValues* text, bool sparse)
 {
     const int limit = std::max(1, f.pageSize) + 1;
     // Newer rows are taken oldest first, so a burst larger than a page is
@@ -172,10 +192,10 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
     const char* order = watermark != nullptr ? " ORDER BY id" : " ORDER BY time DESC, id DESC";
     Query q;
     std::string branches;
-    for (Branch& b : branchesOf(f, text)) {
+    for (Branch& b : branchesOf(f, text, sparse && f.thresholdOn)) {
         if (!branches.empty())
             branches += " UNION ";
-        branches += "SELECT id FROM (SELECT id FROM events WHERE";
+        branches += std::string("SELECT id FROM (SELECT id") + b.from;
         const char* t = b.byValue ? "+time" : "time";
         commonTerms(f, t, branches, q.args);
         if (after != nullptr) {
@@ -215,14 +235,31 @@ CJournalHistorySource::~CJournalHistorySource()
         sqlite3_close(m_db);
 }
 
-Query CJournalHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text)
+Query CJournalHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text,
+    bool sparseThreshold)
 {
-    return build(filter, after, nullptr, text);
+    return build(filter, after, nullptr, text, sparseThreshold);
 }
 
 Query CJournalHistorySource::NewerQuery(const HistoryFilter& filter, int64_t watermark)
 {
-    return build(filter, nullptr, &watermark, nullptr);
+    return build(filter, nullptr, &watermark, nullptr, false);
+}
+
+bool CJournalHistorySource::thresholdIsSparse(const HistoryFilter& filter)
+{
+    // Counted in the Celsius index, stopping at the bound: cheap either way.
+    const std::string sql = std::string("SELECT COUNT(*) FROM (SELECT 1 FROM events INDEXED BY events_celsius WHERE ")
+        + kThresholdTerm + " AND +time >= ? AND +time < ? LIMIT " + std::to_string(kSparseThreshold) + ")";
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(m_db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
+        return false;  // a journal without the index
+    sqlite3_bind_double(st, 1, filter.thresholdCelsius);
+    sqlite3_bind_int64(st, 2, filter.from);
+    sqlite3_bind_int64(st, 3, filter.to);
+    const bool sparse = sqlite3_step(st) == SQLITE_ROW && sqlite3_column_int64(st, 0) < kSparseThreshold;
+    sqlite3_finalize(st);
+    return sparse;
 }
 
 bool CJournalHistorySource::refreshValues()
@@ -400,7 +437,16 @@ IHistorySource::Result CJournalHistorySource::Page(const HistoryFilter& filter, 
         if (m_textUsable)
             text = &m_textValues;
     }
-    return run(PageQuery(filter, after, text), std::max(1, filter.pageSize), page, error);
+    bool sparse = false;
+    if (filter.thresholdOn && (m_db != nullptr || QFileInfo::exists(m_path)) && ensureOpen(error)) {
+        // Decided on each first page, kept for the pages that follow.
+        if (after == nullptr || m_sparseFor != std::make_tuple(filter.thresholdCelsius, filter.from, filter.to)) {
+            m_sparseFor = std::make_tuple(filter.thresholdCelsius, filter.from, filter.to);
+            m_sparse = thresholdIsSparse(filter);
+        }
+        sparse = m_sparse;
+    }
+    return run(PageQuery(filter, after, text, sparse), std::max(1, filter.pageSize), page, error);
 }
 
 IHistorySource::Result CJournalHistorySource::Newer(const HistoryFilter& filter, int64_t watermark, HistoryPage& page,

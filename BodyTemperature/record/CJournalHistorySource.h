@@ -9,6 +9,7 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "record/IHistorySource.h"
@@ -50,7 +51,11 @@ public:
 
     // The page statement of a filter (also what the index tests explain);
     // `text`: the values its text was found in, or nullptr to match with LIKE.
-    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text = nullptr);
+    // `sparseThreshold`: fewer than kSparseThreshold rows of the range reach
+    // the filter's threshold, so they are walked in the Celsius index.
+    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text = nullptr,
+        bool sparseThreshold = false);
+    static constexpr int kSparseThreshold = 5000;
     static Query NewerQuery(const HistoryFilter& filter, int64_t watermark);
 
 private:
@@ -59,6 +64,7 @@ private:
     bool findText(const std::string& text, TextValues& values);
 
     bool refreshValues();
+    bool thresholdIsSparse(const HistoryFilter& filter);
 
     // Every person name and library in the journal, kept up to date by the
     // rows written since (query worker only).
@@ -77,6 +83,8 @@ private:
     std::string m_text;        // the text m_textValues were found for
     bool m_textUsable = false;
     TextValues m_textValues;
+    std::tuple<double, int64_t, int64_t> m_sparseFor{-1.0, 0, 0};  // threshold, from, to
+    bool m_sparse = false;
 };
 
 } // namespace BodyTemperature

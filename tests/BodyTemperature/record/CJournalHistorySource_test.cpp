@@ -168,8 +168,10 @@ TEST_F(HistorySourceTest, CommonFiltersWalkAnIndex)
         CJournalHistorySource::TextValues values;
         if (!row.filter.text.empty())
             values.names = {"Zhang Wei"};
-        for (const HistoryKey* after : {static_cast<const HistoryKey*>(nullptr), &key}) {
-            const auto q = CJournalHistorySource::PageQuery(row.filter, after, row.filter.text.empty() ? nullptr : &values);
+        for (const HistoryKey* after : {static_cast<const HistoryKey*>(nullptr), &key})
+        for (bool sparse : {false, true}) {
+            const auto q = CJournalHistorySource::PageQuery(row.filter, after, row.filter.text.empty() ? nullptr : &values,
+                sparse);
             sqlite3_stmt* st = nullptr;
             ASSERT_EQ(sqlite3_prepare_v2(raw, ("EXPLAIN QUERY PLAN " + q.sql).c_str(), -1, &st, nullptr), SQLITE_OK)
                 << sqlite3_errmsg(raw);
