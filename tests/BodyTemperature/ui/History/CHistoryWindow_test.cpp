@@ -20,6 +20,7 @@
 #include "CEventJournal.h"
 #include "CJournalDatabase.h"
 #include "clientcommonlogical/CConfigMgr.h"
+#include "record/CJournalHistorySource.h"
 #include "support/TestSupport.h"
 #include "ui/History/CHistoryTableModel.h"
 #include "ui/History/CHistoryWindow.h"
@@ -79,9 +80,10 @@ protected:
         ASSERT_TRUE(db.Insert(rows));
     }
 
-    void open()
+    void open(std::unique_ptr<IHistorySource> site = nullptr)
     {
         CHistoryTab::Options options;
+        options.site = std::move(site);
         options.cameras = {{"cam-0", QStringLiteral("入口 2")}, {"cam-1", QStringLiteral("Gate 1")},
             {"cam-2", QStringLiteral("Gate 2")}};
         options.language = GetParam();
@@ -179,6 +181,28 @@ TEST_P(HistoryWindowTest, FindsPagesFollowsLiveRowsAndOpensDetails)
     EXPECT_FALSE(testsupport::child<QLabel>(m_window, "m_pReportFilterLbl")->text().isEmpty());
     if (!qEnvironmentVariableIsEmpty("BT_GALLERY"))
         m_window->grab().save(qEnvironmentVariable("BT_GALLERY") + QStringLiteral("history-report-%1.png").arg(GetParam()));
+}
+
+TEST_P(HistoryWindowTest, TheSiteScopeShowsOnlyWithASiteSourceAndAddsTheStationColumn)
+{
+    open();
+    EXPECT_FALSE(testsupport::child<QComboBox>(m_window, "m_pHistoryScope")->isVisible());
+    ASSERT_TRUE(waitUntil([&] { return m_model->rowCount() == 50; }));
+    EXPECT_EQ(m_model->columnCount(), int(CHistoryTableModel::ColStation));
+
+    // Another journal stands in for the site's record.
+    const QString mine = m_journal;
+    const QString site = m_dir.filePath(QStringLiteral("site.db"));
+    m_journal = site;
+    append(0, 7);
+    m_journal = mine;
+    open(std::make_unique<CJournalHistorySource>(site));
+    auto* scope = testsupport::child<QComboBox>(m_window, "m_pHistoryScope");
+    EXPECT_TRUE(scope->isVisible());
+    ASSERT_TRUE(waitUntil([&] { return m_model->rowCount() == 50; }));
+    scope->setCurrentIndex(1);
+    ASSERT_TRUE(waitUntil([&] { return m_model->rowCount() == 7; }));
+    EXPECT_EQ(m_model->columnCount(), int(CHistoryTableModel::ColStation) + 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, HistoryWindowTest, ::testing::Values(2, 1));
