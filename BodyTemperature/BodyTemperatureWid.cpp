@@ -3,6 +3,7 @@
 #include <QGridLayout>
 
 #include "ui/CBodyTemperatureDlg.h"
+#include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
@@ -32,6 +33,9 @@ void BodyTemperatureWid::saveState()
     // A detail dialog left open would keep running its loop over a page that
     // is no longer shown.
     CComparisonDetail::CloseAllUnder(this);
+    // The screening history window goes with the page it was opened from.
+    for (CHistoryWindow* history : findChildren<CHistoryWindow*>())
+        history->close();
     if (m_pDialog == nullptr)
         return;
     for (const QByteArray& id : m_pDialog->GetPlayingCameraIds())

@@ -10,6 +10,7 @@
 
 #include "Base/Log.h"
 #include "CJournalDatabase.h"
+#include "record/HistoryMatch.h"
 #include "ReportTexts.h"
 #include "ShiftReportPdf.h"
 #include "ShiftReportSummary.h"
@@ -126,6 +127,10 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
     const bool selected = !recorded || db.Select(from, to, CJournalDatabase::Rows::All, [&](JournalEvent&& e) {
         if (cancel)
             return false;
+        ++seen;
+        progress = int(seen * passShare / total);
+        if (request.filter && !HistoryMatches(*request.filter, e))
+            return true;
         summary.Add(e);
         if (csv) {
             const QStringList cells{ReportTexts::time(e.time), csvField(QString::fromStdString(e.deviceName.empty() ? e.deviceId : e.deviceName)),
@@ -143,8 +148,6 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
                     return false;
             }
         }
-        ++seen;
-        progress = int(seen * passShare / total);
         return true;
     });
     if (cancel) {
@@ -171,6 +174,8 @@ CShiftReportExporter::Result CShiftReportExporter::Run(
         const bool ok = !recorded || db.Select(from, to, CJournalDatabase::Rows::Flagged, [&](JournalEvent&& e) {
             if (cancel)
                 return false;
+            if (request.filter && !HistoryMatches(*request.filter, e))
+                return true;
             writer.AddFlagged(e);
             ++flaggedSeen;
             progress = int(500 + flaggedSeen * 500 / flaggedTotal);

@@ -13,6 +13,9 @@
 #include <QStringList>
 #include <atomic>
 #include <cstdint>
+#include <memory>
+
+#include "record/HistoryFilter.h"
 
 namespace BodyTemperature {
 
@@ -24,6 +27,9 @@ struct ShiftReportRequest {
     bool csv = true;
     bool pdf = true;
     int language = 2;  // 1 Chinese, anything else English
+    // Set by the screening history's Export: only the rows of its filter
+    // (within from..to) are written and counted.
+    std::shared_ptr<const HistoryFilter> filter;
 };
 
 class CShiftReportExporter final {

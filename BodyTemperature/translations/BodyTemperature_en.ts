@@ -2483,6 +2483,14 @@
         <source>ReportCancelled</source>
         <translation>Export cancelled; nothing was saved.</translation>
     </message>
+    <message>
+        <source>ReportClearFilter</source>
+        <translation>Clear filter</translation>
+    </message>
+    <message>
+        <source>ReportHistoryFilter</source>
+        <translation>Only the events of the history filter: %1</translation>
+    </message>
 </context>
 <context>
     <name>CShiftReportExporter</name>
@@ -2617,6 +2625,179 @@
     <message>
         <source>ReportHour</source>
         <translation>Hour</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryTab</name>
+    <message>
+        <source>HistoryRange</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>HistoryRangeToday</source>
+        <translation>Today</translation>
+    </message>
+    <message>
+        <source>HistoryRangeShift</source>
+        <translation>This shift</translation>
+    </message>
+    <message>
+        <source>HistoryRangeCustom</source>
+        <translation>Custom range</translation>
+    </message>
+    <message>
+        <source>HistoryScopeStation</source>
+        <translation>This station</translation>
+    </message>
+    <message>
+        <source>HistoryScopeSite</source>
+        <translation>Whole site</translation>
+    </message>
+    <message>
+        <source>HistoryExport</source>
+        <translation>Export...</translation>
+    </message>
+    <message>
+        <source>HistoryKindAbnormal</source>
+        <translation>Abnormal temperature</translation>
+    </message>
+    <message>
+        <source>HistoryKindNoMask</source>
+        <translation>No mask</translation>
+    </message>
+    <message>
+        <source>HistoryKindNormal</source>
+        <translation>Normal temperature</translation>
+    </message>
+    <message>
+        <source>HistoryKindMatched</source>
+        <translation>Comparison match</translation>
+    </message>
+    <message>
+        <source>HistoryKindReturning</source>
+        <translation>Returning visitor</translation>
+    </message>
+    <message>
+        <source>HistoryThreshold</source>
+        <translation>Temperature at least</translation>
+    </message>
+    <message>
+        <source>HistoryTextHint</source>
+        <translation>Name or ID</translation>
+    </message>
+    <message>
+        <source>HistoryNewerPage</source>
+        <translation>Newer</translation>
+    </message>
+    <message>
+        <source>HistoryOlderPage</source>
+        <translation>Older</translation>
+    </message>
+    <message>
+        <source>HistoryAllCameras</source>
+        <translation>All cameras</translation>
+    </message>
+    <message>
+        <source>HistoryCameras</source>
+        <translation>%1 cameras</translation>
+    </message>
+    <message>
+        <source>HistoryAllEvents</source>
+        <translation>All events</translation>
+    </message>
+    <message>
+        <source>HistoryLoading</source>
+        <translation>Searching...</translation>
+    </message>
+    <message>
+        <source>HistoryQueryFailed</source>
+        <translation>The history cannot be read at the moment.</translation>
+    </message>
+    <message>
+        <source>HistoryNoEvents</source>
+        <translation>No events match the filter.</translation>
+    </message>
+    <message>
+        <source>HistoryPageN</source>
+        <translation>Page %1</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryTableModel</name>
+    <message>
+        <source>HistoryKindAbnormal</source>
+        <translation>Abnormal temperature</translation>
+    </message>
+    <message>
+        <source>HistoryKindNoMask</source>
+        <translation>No mask</translation>
+    </message>
+    <message>
+        <source>HistoryKindNormal</source>
+        <translation>Normal temperature</translation>
+    </message>
+    <message>
+        <source>HistoryKindMatched</source>
+        <translation>Comparison match</translation>
+    </message>
+    <message>
+        <source>HistoryKindReturning</source>
+        <translation>Returning visitor</translation>
+    </message>
+    <message>
+        <source>HistoryColFace</source>
+        <translation>Face</translation>
+    </message>
+    <message>
+        <source>HistoryColTime</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>HistoryColCamera</source>
+        <translation>Camera</translation>
+    </message>
+    <message>
+        <source>HistoryColKind</source>
+        <translation>Kind</translation>
+    </message>
+    <message>
+        <source>HistoryColTemperature</source>
+        <translation>Temperature</translation>
+    </message>
+    <message>
+        <source>HistoryColMask</source>
+        <translation>Mask</translation>
+    </message>
+    <message>
+        <source>HistoryColName</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>HistoryColSimilarity</source>
+        <translation>Similarity</translation>
+    </message>
+    <message>
+        <source>HistoryColStation</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>HistoryKindSeparator</source>
+        <translation>, </translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryWindow</name>
+    <message>
+        <source>HistoryWindowTitle</source>
+        <translation>Screening history</translation>
+    </message>
+    <message>
+        <source>HistoryTab</source>
+        <translation>History</translation>
+    </message>
+    <message>
+        <source>HistoryReportTab</source>
+        <translation>Shift report</translation>
     </message>
 </context>
 </TS>

@@ -2483,6 +2483,14 @@
         <source>ReportCancelled</source>
         <translation>导出已取消，未保存任何文件。</translation>
     </message>
+    <message>
+        <source>ReportClearFilter</source>
+        <translation>清除筛选</translation>
+    </message>
+    <message>
+        <source>ReportHistoryFilter</source>
+        <translation>仅导出历史记录筛选出的事件：%1</translation>
+    </message>
 </context>
 <context>
     <name>CShiftReportExporter</name>
@@ -2617,6 +2625,179 @@
     <message>
         <source>ReportHour</source>
         <translation>小时</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryTab</name>
+    <message>
+        <source>HistoryRange</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>HistoryRangeToday</source>
+        <translation>今天</translation>
+    </message>
+    <message>
+        <source>HistoryRangeShift</source>
+        <translation>本班次</translation>
+    </message>
+    <message>
+        <source>HistoryRangeCustom</source>
+        <translation>自定义时间段</translation>
+    </message>
+    <message>
+        <source>HistoryScopeStation</source>
+        <translation>本工作站</translation>
+    </message>
+    <message>
+        <source>HistoryScopeSite</source>
+        <translation>全部站点</translation>
+    </message>
+    <message>
+        <source>HistoryExport</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>HistoryKindAbnormal</source>
+        <translation>体温异常</translation>
+    </message>
+    <message>
+        <source>HistoryKindNoMask</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>HistoryKindNormal</source>
+        <translation>体温正常</translation>
+    </message>
+    <message>
+        <source>HistoryKindMatched</source>
+        <translation>比对成功</translation>
+    </message>
+    <message>
+        <source>HistoryKindReturning</source>
+        <translation>频繁出现人员</translation>
+    </message>
+    <message>
+        <source>HistoryThreshold</source>
+        <translation>体温不低于</translation>
+    </message>
+    <message>
+        <source>HistoryTextHint</source>
+        <translation>姓名或编号</translation>
+    </message>
+    <message>
+        <source>HistoryNewerPage</source>
+        <translation>较新</translation>
+    </message>
+    <message>
+        <source>HistoryOlderPage</source>
+        <translation>较早</translation>
+    </message>
+    <message>
+        <source>HistoryAllCameras</source>
+        <translation>全部通道</translation>
+    </message>
+    <message>
+        <source>HistoryCameras</source>
+        <translation>%1 个通道</translation>
+    </message>
+    <message>
+        <source>HistoryAllEvents</source>
+        <translation>全部事件</translation>
+    </message>
+    <message>
+        <source>HistoryLoading</source>
+        <translation>正在查询...</translation>
+    </message>
+    <message>
+        <source>HistoryQueryFailed</source>
+        <translation>暂时无法读取历史记录。</translation>
+    </message>
+    <message>
+        <source>HistoryNoEvents</source>
+        <translation>没有符合条件的事件。</translation>
+    </message>
+    <message>
+        <source>HistoryPageN</source>
+        <translation>第 %1 页</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryTableModel</name>
+    <message>
+        <source>HistoryKindAbnormal</source>
+        <translation>体温异常</translation>
+    </message>
+    <message>
+        <source>HistoryKindNoMask</source>
+        <translation>未戴口罩</translation>
+    </message>
+    <message>
+        <source>HistoryKindNormal</source>
+        <translation>体温正常</translation>
+    </message>
+    <message>
+        <source>HistoryKindMatched</source>
+        <translation>比对成功</translation>
+    </message>
+    <message>
+        <source>HistoryKindReturning</source>
+        <translation>频繁出现人员</translation>
+    </message>
+    <message>
+        <source>HistoryColFace</source>
+        <translation>人脸</translation>
+    </message>
+    <message>
+        <source>HistoryColTime</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>HistoryColCamera</source>
+        <translation>通道</translation>
+    </message>
+    <message>
+        <source>HistoryColKind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>HistoryColTemperature</source>
+        <translation>温度</translation>
+    </message>
+    <message>
+        <source>HistoryColMask</source>
+        <translation>口罩</translation>
+    </message>
+    <message>
+        <source>HistoryColName</source>
+        <translation>姓名</translation>
+    </message>
+    <message>
+        <source>HistoryColSimilarity</source>
+        <translation>相似度</translation>
+    </message>
+    <message>
+        <source>HistoryColStation</source>
+        <translation>工作站</translation>
+    </message>
+    <message>
+        <source>HistoryKindSeparator</source>
+        <translation>、</translation>
+    </message>
+</context>
+<context>
+    <name>BodyTemperature::CHistoryWindow</name>
+    <message>
+        <source>HistoryWindowTitle</source>
+        <translation>筛查记录</translation>
+    </message>
+    <message>
+        <source>HistoryTab</source>
+        <translation>历史记录</translation>
+    </message>
+    <message>
+        <source>HistoryReportTab</source>
+        <translation>班次报告</translation>
     </message>
 </context>
 </TS>

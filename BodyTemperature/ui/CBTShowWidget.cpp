@@ -14,12 +14,15 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "Base/CSingleton.h"
 #include "CAlarmClassifier.h"
+#include "CAppRscManager.h"
 #include "CBTConfigDB.h"
 #include "CCardBacklog.h"
 #include "CPicturePreparer.h"
 #include "CScreeningRecord.h"
 #include "CSettingsLoader.h"
+#include "CameraModel.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "aiguitoolkit/CShakeButton.h"
 #include "clientcommonlogical/CConfigMgr.h"
@@ -32,7 +35,7 @@
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
 #include "CVoicePlayer.h"
-#include "ui/Report/CShiftReportDialog.h"
+#include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
 #include "ui/ShowCard/CardShift.h"
@@ -416,15 +419,24 @@ void CBTShowWidget::OnShowSoundConfigPage()
 
 void CBTShowWidget::OnShowReportDialog()
 {
-    // One dialog at a time; it is not modal, so the page goes on while it exports.
-    if (m_pReportDialog == nullptr) {
-        m_pReportDialog = new CShiftReportDialog(parentWidget() != nullptr ? parentWidget() : this,
-            m_pRecord->JournalPath(), m_pRecord->OpenedAt());
-        m_pReportDialog->setAttribute(Qt::WA_DeleteOnClose);
+    // One window at a time; it is not modal, so the page goes on while it
+    // searches or exports, and it goes away with the page.
+    if (m_pHistoryWindow == nullptr) {
+        CHistoryTab::Options options;
+        if (CameraModel* cameras = Base::CSingleton<CAppRscManager>::Instance()->GetCameraModel())
+            for (const std::string& id : cameras->GetAllCameraIDs()) {
+                const vantordesk::IElement* camera = cameras->GetElementByID(id);
+                options.cameras.emplace_back(id, camera != nullptr ? QString::fromStdString(camera->GetElementName())
+                                                                   : QString());
+            }
+        options.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
+        m_pHistoryWindow = new CHistoryWindow(parentWidget() != nullptr ? parentWidget() : this,
+            m_pRecord->JournalPath(), m_pRecord->OpenedAt(), std::move(options));
+        m_pHistoryWindow->setAttribute(Qt::WA_DeleteOnClose);
     }
-    m_pReportDialog->show();
-    m_pReportDialog->raise();
-    m_pReportDialog->activateWindow();
+    m_pHistoryWindow->show();
+    m_pHistoryWindow->raise();
+    m_pHistoryWindow->activateWindow();
 }
 
 void CBTShowWidget::onDealCheck(TemperatureAlarm& struInfo)

@@ -36,7 +36,7 @@ class CPopUpUnit;
 class CRightNoData;
 class CScreeningRecord;
 class CSettingsLoader;
-class CShiftReportDialog;
+class CHistoryWindow;
 class CSoundConfigPage;
 class CTypeConfigPage;
 
@@ -119,7 +119,7 @@ private:
     CPopConfigPage* m_pPopConfigPage = nullptr;
     CSoundConfigPage* m_pSoundConfigPage = nullptr;
     CScreeningRecord* m_pRecord = nullptr;
-    QPointer<CShiftReportDialog> m_pReportDialog;
+    QPointer<CHistoryWindow> m_pHistoryWindow;
 };
 
 } // namespace BodyTemperature

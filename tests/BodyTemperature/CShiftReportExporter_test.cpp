@@ -129,6 +129,26 @@ TEST_F(ShiftReportTest, CsvAndPdfInBothLanguages)
     }
 }
 
+TEST_F(ShiftReportTest, TheHistoryFilterKeepsOnlyItsRows)
+{
+    // Abnormal (every third) and matched to 王小明 (every fourth): every twelfth.
+    HistoryFilter filter;
+    filter.kinds = HistoryFilter::KindAbnormal;
+    filter.text = "王小明";
+    QDir().mkpath(path(QStringLiteral("filtered")));
+    ShiftReportRequest r = request(2, path(QStringLiteral("filtered")));
+    r.filter = std::make_shared<const HistoryFilter>(filter);
+    std::atomic<bool> cancel{false};
+    std::atomic<int> progress{0};
+    const auto result = CShiftReportExporter::Run(r, cancel, progress);
+    ASSERT_EQ(result.outcome, CShiftReportExporter::Outcome::Written) << qPrintable(result.error);
+    QFile csv(result.files.value(0));
+    ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
+    EXPECT_EQ(csv.readAll().count("\r\n"), 1 + 5);
+    const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), result.files.value(1), QStringLiteral("-")});
+    EXPECT_EQ(text.count(QStringLiteral("王小明")), 5) << qPrintable(text.left(600));
+}
+
 TEST_F(ShiftReportTest, NothingIsLeftUnderTheFinalNameWhenWritingFails)
 {
     enum class Case { MissingFolder, FullDisk, Cancelled };

@@ -91,16 +91,30 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     body->addWidget(new QLabel(tr("ReportFormats"), parts.frame), 4, 0);
     body->addLayout(formats, 4, 1);
 
+    m_pFilterRow = new QWidget(parts.frame);
+    m_pFilterRow->setObjectName(QStringLiteral("m_pReportFilterRow"));
+    auto* filterRow = new QHBoxLayout(m_pFilterRow);
+    filterRow->setContentsMargins(0, 0, 0, 0);
+    m_pFilterLbl = new QLabel(m_pFilterRow);
+    m_pFilterLbl->setObjectName(QStringLiteral("m_pReportFilterLbl"));
+    m_pFilterLbl->setWordWrap(true);
+    auto* clearFilter = new QPushButton(tr("ReportClearFilter"), m_pFilterRow);
+    clearFilter->setObjectName(QStringLiteral("m_pReportClearFilter"));
+    filterRow->addWidget(m_pFilterLbl, 1);
+    filterRow->addWidget(clearFilter);
+    m_pFilterRow->hide();
+    body->addWidget(m_pFilterRow, 5, 0, 1, 2);
+
     m_pProgress = new QProgressBar(parts.frame);
     m_pProgress->setObjectName(QStringLiteral("m_pReportProgress"));
     m_pProgress->setRange(0, 1000);
     m_pProgress->setTextVisible(false);
     m_pProgress->setValue(0);
-    body->addWidget(m_pProgress, 5, 0, 1, 2);
+    body->addWidget(m_pProgress, 6, 0, 1, 2);
     m_pStatus = new QLabel(parts.frame);
     m_pStatus->setObjectName(QStringLiteral("m_pReportStatus"));
     m_pStatus->setWordWrap(true);
-    body->addWidget(m_pStatus, 6, 0, 1, 2);
+    body->addWidget(m_pStatus, 7, 0, 1, 2);
     body->setColumnStretch(1, 1);
 
     LayOutSettingsDialog(this, parts, body, 16, QSize(520, 380));
@@ -117,6 +131,10 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     connect(last8, &QPushButton::clicked, this, [this] { onLastHours(8); });
     connect(last24, &QPushButton::clicked, this, [this] { onLastHours(24); });
     connect(browse, &QToolButton::clicked, this, &CShiftReportDialog::onBrowse);
+    connect(clearFilter, &QPushButton::clicked, this, [this] {
+        m_filter.reset();
+        m_pFilterRow->hide();
+    });
     connect(m_pExportBtn, &QPushButton::clicked, this, &CShiftReportDialog::onExport);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CShiftReportDialog::onCancel);
     connect(parts.close, &QToolButton::clicked, this, &CShiftReportDialog::reject);
@@ -134,6 +152,17 @@ CShiftReportDialog::~CShiftReportDialog()
 bool CShiftReportDialog::IsExporting() const
 {
     return m_pWatcher->isRunning();
+}
+
+void CShiftReportDialog::SetFilter(const HistoryFilter& filter, const QString& description)
+{
+    m_filter = std::make_shared<const HistoryFilter>(filter);
+    const QDateTime now = QDateTime::currentDateTime();
+    m_pFrom->setDateTime(QDateTime::fromSecsSinceEpoch(filter.from));
+    m_pTo->setDateTime(filter.to > now.addSecs(60).toSecsSinceEpoch() ? now.addSecs(60)
+                                                                      : QDateTime::fromSecsSinceEpoch(filter.to));
+    m_pFilterLbl->setText(tr("ReportHistoryFilter").arg(description));
+    m_pFilterRow->show();
 }
 
 void CShiftReportDialog::onSincePageOpened()
@@ -194,6 +223,7 @@ void CShiftReportDialog::onExport()
     request.csv = m_pCsv->isChecked();
     request.pdf = m_pPdf->isChecked();
     request.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
+    request.filter = m_filter;
     m_job = std::make_shared<Job>();
     std::shared_ptr<Job> job = m_job;
     m_pProgress->setValue(0);

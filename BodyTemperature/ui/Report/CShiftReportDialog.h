@@ -31,6 +31,11 @@ public:
 
     bool IsExporting() const;
 
+    // The screening history's Export: the range becomes the filter's (its open
+    // end the current time) and only the filter's rows are written until the
+    // operator clears it; `description` says what it keeps.
+    void SetFilter(const HistoryFilter& filter, const QString& description);
+
 signals:
     void signalExportFinished(bool ok);
 
@@ -63,6 +68,9 @@ private:
     QPushButton* m_pExportBtn = nullptr;
     QPushButton* m_pCancelBtn = nullptr;
     QTimer* m_pProgressTimer = nullptr;
+    QWidget* m_pFilterRow = nullptr;
+    QLabel* m_pFilterLbl = nullptr;
+    std::shared_ptr<const HistoryFilter> m_filter;
     std::shared_ptr<Job> m_job;
     QFutureWatcher<CShiftReportExporter::Result>* m_pWatcher = nullptr;
 };

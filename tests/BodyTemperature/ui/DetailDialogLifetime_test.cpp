@@ -7,12 +7,14 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
 #include "BodyTemperatureWid.h"
 #include "DashboardRecords.h"
 #include "ui/CBTShowWidget.h"
+#include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 
@@ -145,6 +147,10 @@ TEST_F(DetailLifetimeTest, LeavingOrTearingDownThePageClosesTheDialog)
         auto* display = page->findChild<CBTShowWidget*>();
         deal(*display, Alarm(0));
         QPointer<QWidget> card = rightList(*display)->itemAt(1)->widget();
+        // The screening history window goes with the page too.
+        page->findChild<QToolButton*>(QStringLiteral("m_pReportBtn"))->click();
+        QPointer<CHistoryWindow> history = page->findChild<CHistoryWindow*>();
+        ASSERT_FALSE(history.isNull());
 
         QPointer<CComparisonDetail> dialog;
         bool closed = false;
@@ -167,6 +173,7 @@ TEST_F(DetailLifetimeTest, LeavingOrTearingDownThePageClosesTheDialog)
         EXPECT_TRUE(dialog.isNull());
         EXPECT_EQ(page.isNull(), tearDown);
         EXPECT_EQ(card.isNull(), tearDown);
+        EXPECT_TRUE(testsupport::waitUntil([&] { return history.isNull(); }));
     }
 }
 

@@ -1,4 +1,5 @@
-// The shift report dialog on the page: opened from the header's tool button,
+// The shift report on the page: opened from the header's tool button (a tab
+// of the history window),
 // it starts at the page's opening, exports on a worker while alarms keep
 // arriving, announces where the files went, and explains a folder that cannot
 // be written. With BT_GALLERY set it saves the page and the dialog as PNG
@@ -11,6 +12,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QToolButton>
 #include <QTranslator>
 #include <gtest/gtest.h>
@@ -61,7 +63,11 @@ protected:
         EXPECT_FALSE(button->toolTip().isEmpty());
         EXPECT_NE(button->toolTip(), QStringLiteral("ShiftReport"));
         button->click();
-        return m_dlg->findChild<CShiftReportDialog*>();
+        // The report is the second tab of the history window.
+        auto* report = m_dlg->findChild<CShiftReportDialog*>();
+        if (auto* tabs = m_dlg->findChild<QTabWidget*>(QStringLiteral("m_pHistoryTabs")); tabs != nullptr && report != nullptr)
+            tabs->setCurrentWidget(report);
+        return report;
     }
 
     QTranslator m_translator;

@@ -1,0 +1,87 @@
+#include "record/HistoryMatch.h"
+
+#include <algorithm>
+
+namespace BodyTemperature {
+
+bool HistoryTextIn(const std::string& haystack, const std::string& needle)
+{
+    // The same folding as SQLite's LIKE: ASCII letters only.
+    auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; };
+    return std::search(haystack.begin(), haystack.end(), needle.begin(), needle.end(),
+               [&](char x, char y) { return fold(x) == fold(y); })
+        != haystack.end();
+}
+
+uint32_t HistoryKindsOf(const JournalEvent& e)
+{
+    uint32_t k = 0;
+    if (e.temperatureType == 0)
+        k |= HistoryFilter::KindAbnormal;
+    if (e.maskType == 0 || e.maskType == 1)
+        k |= HistoryFilter::KindNoMask;
+    if (e.temperatureType == 1 || e.temperatureType == 2)
+        k |= HistoryFilter::KindNormal;
+    if (e.kind <= 2 && !e.personName.empty())
+        k |= HistoryFilter::KindMatched;
+    if (e.kind == 5)
+        k |= HistoryFilter::KindReturning;
+    return k;
+}
+
+double HistoryCelsius(const JournalEvent& e)
+{
+    switch (e.temperatureUnit) {
+    case 1: return (e.temperature - 32) / 1.8;
+    case 2: return e.temperature - 273.15;
+    default: return e.temperature;
+    }
+}
+
+bool HistoryMatches(const HistoryFilter& f, const JournalEvent& e)
+{
+    if (e.time < f.from || e.time >= f.to)
+        return false;
+    if (!f.cameraIds.empty() && std::find(f.cameraIds.begin(), f.cameraIds.end(), e.cameraId) == f.cameraIds.end())
+        return false;
+    if (!f.everyKind() && (HistoryKindsOf(e) & f.kinds) == 0)
+        return false;
+    if (f.thresholdOn && (!e.temperatureMeasured || HistoryCelsius(e) < f.thresholdCelsius))
+        return false;
+    return f.text.empty() || HistoryTextIn(e.personName, f.text) || HistoryTextIn(e.library, f.text);
+}
+
+AlarmShowInfo HistoryDetailOf(const JournalEvent& e)
+{
+    AlarmShowInfo s;
+    s.kind = e.kind;
+    s.popType = e.popType;
+    s.maskType = e.maskType;
+    s.temperatureType = e.temperatureType;
+    s.alarmType = e.alarmType;
+    s.eventType = e.eventCode;
+    s.strID = e.cameraId;
+    s.deviceID = e.deviceId;
+    s.deviceName = e.deviceName;
+    s.cameraName = e.cameraName;
+    s.captureTime = e.time;
+    protocol::IntelAlarmFaceInfo face;
+    face.Mask = e.mask;
+    face.TemperatureEnabled = e.temperatureMeasured ? 1 : 0;
+    face.TemperatureAnomaly = e.temperatureType == 0 ? 1 : 0;
+    face.TemperatureUnit = e.temperatureUnit;
+    face.Temperature = e.temperatureMeasured ? e.temperature : 65535.0;
+    // The journal keeps the face only: it stands for the face picture.
+    face.SubPic = e.faceJpeg;
+    if (s.isCaptureKind())
+        s.faceInfoList.push_back(face);
+    else
+        s.faceInfo = face;
+    protocol::FaceComparisonInfo& c = s.alarmInfo.comparison;
+    c.similarity = e.similarity;
+    c.people.name = e.personName;
+    c.people.libraryName = e.library;
+    return s;
+}
+
+} // namespace BodyTemperature
