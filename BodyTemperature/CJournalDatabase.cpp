@@ -24,13 +24,21 @@ const char* const kMigrations[] = {
     "CREATE INDEX events_time ON events(time);",
     // 1 -> 2: how much the page's total rose (returning persons count once per open view).
     "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;",
+    // 2 -> 3: the history's filters. Each kind has a partial index in time
+    // order (the condition is written exactly as the history queries write
+    // it, or SQLite will not use it); cameras have one of their own, and one
+    // covering index lets threshold and text filters skip the table rows.
+    "CREATE INDEX events_camera_time ON events(camera_id, time);"
+    "CREATE INDEX events_scan ON events(time, camera_id, temperature, temperature_unit, person_name, library);"
+    "CREATE INDEX events_abnormal ON events(time) WHERE temperature_type = 0;"
+    "CREATE INDEX events_nomask ON events(time) WHERE mask_type IN (0, 1);"
+    "CREATE INDEX events_normal ON events(time) WHERE temperature_type IN (1, 2);"
+    "CREATE INDEX events_matched ON events(time) WHERE kind IN (0, 1, 2) AND person_name <> '';"
+    "CREATE INDEX events_returning ON events(time) WHERE kind = 5;",
 };
 static_assert(sizeof(kMigrations) / sizeof(kMigrations[0]) == CJournalDatabase::kSchemaVersion,
     "one migration step per schema version");
 
-const char* const kColumns =
-    "id, time, device_id, device_name, camera_id, camera_name, event_code, kind, pop_type, mask_type,"
-    " temperature_type, alarm_type, temperature, temperature_unit, mask, person_name, library, similarity, shown";
 
 void bindText(sqlite3_stmt* st, int i, const std::string& s)
 {
@@ -44,6 +52,38 @@ std::string columnText(sqlite3_stmt* st, int i)
 }
 
 } // namespace
+
+const char* const CJournalDatabase::kEventColumns =
+    "id, time, device_id, device_name, camera_id, camera_name, event_code, kind, pop_type, mask_type,"
+    " temperature_type, alarm_type, temperature, temperature_unit, mask, person_name, library, similarity, shown";
+
+JournalEvent CJournalDatabase::ReadEvent(sqlite3_stmt* st)
+{
+    JournalEvent e;
+    e.id = sqlite3_column_int64(st, 0);
+    e.time = sqlite3_column_int64(st, 1);
+    e.deviceId = columnText(st, 2);
+    e.deviceName = columnText(st, 3);
+    e.cameraId = columnText(st, 4);
+    e.cameraName = columnText(st, 5);
+    e.eventCode = uint32_t(sqlite3_column_int64(st, 6));
+    e.kind = uint32_t(sqlite3_column_int(st, 7));
+    e.popType = uint32_t(sqlite3_column_int(st, 8));
+    e.maskType = uint32_t(sqlite3_column_int(st, 9));
+    e.temperatureType = uint32_t(sqlite3_column_int(st, 10));
+    e.alarmType = uint32_t(sqlite3_column_int(st, 11));
+    e.temperatureMeasured = sqlite3_column_type(st, 12) != SQLITE_NULL;
+    e.temperature = sqlite3_column_double(st, 12);
+    e.temperatureUnit = uint32_t(sqlite3_column_int(st, 13));
+    e.mask = uint32_t(sqlite3_column_int(st, 14));
+    e.personName = columnText(st, 15);
+    e.library = columnText(st, 16);
+    e.similarity = sqlite3_column_double(st, 17);
+    e.shown = sqlite3_column_int(st, 18);
+    if (const void* blob = sqlite3_column_blob(st, 19))
+        e.faceJpeg = QByteArray(static_cast<const char*>(blob), sqlite3_column_bytes(st, 19));
+    return e;
+}
 
 CJournalDatabase::~CJournalDatabase()
 {
@@ -265,7 +305,7 @@ bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::fu
         return fail("select");
     // The same rules as JournalEvent::countsAbnormal / countsNoMask.
     const bool flagged = rows == Rows::Flagged;
-    const std::string sql = std::string("SELECT ") + kColumns + (rows != Rows::All ? ", face" : ", NULL")
+    const std::string sql = std::string("SELECT ") + kEventColumns + (rows != Rows::All ? ", face" : ", NULL")
         + " FROM events WHERE time >= ? AND time < ?"
         + (flagged ? " AND (temperature_type = 0 OR mask_type IN (0, 1))" : "") + " ORDER BY time, id";
     sqlite3_stmt* st = nullptr;
@@ -275,29 +315,7 @@ bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::fu
     sqlite3_bind_int64(st, 2, to);
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        JournalEvent e;
-        e.id = sqlite3_column_int64(st, 0);
-        e.time = sqlite3_column_int64(st, 1);
-        e.deviceId = columnText(st, 2);
-        e.deviceName = columnText(st, 3);
-        e.cameraId = columnText(st, 4);
-        e.cameraName = columnText(st, 5);
-        e.eventCode = uint32_t(sqlite3_column_int64(st, 6));
-        e.kind = uint32_t(sqlite3_column_int(st, 7));
-        e.popType = uint32_t(sqlite3_column_int(st, 8));
-        e.maskType = uint32_t(sqlite3_column_int(st, 9));
-        e.temperatureType = uint32_t(sqlite3_column_int(st, 10));
-        e.alarmType = uint32_t(sqlite3_column_int(st, 11));
-        e.temperatureMeasured = sqlite3_column_type(st, 12) != SQLITE_NULL;
-        e.temperature = sqlite3_column_double(st, 12);
-        e.temperatureUnit = uint32_t(sqlite3_column_int(st, 13));
-        e.mask = uint32_t(sqlite3_column_int(st, 14));
-        e.personName = columnText(st, 15);
-        e.library = columnText(st, 16);
-        e.similarity = sqlite3_column_double(st, 17);
-        e.shown = sqlite3_column_int(st, 18);
-        if (const void* blob = sqlite3_column_blob(st, 19))
-            e.faceJpeg = QByteArray(static_cast<const char*>(blob), sqlite3_column_bytes(st, 19));
+        JournalEvent e = ReadEvent(st);
         if (!row(std::move(e)))
             break;
     }

@@ -17,7 +17,7 @@ namespace BodyTemperature {
 
 class CJournalDatabase final {
 public:
-    static constexpr int kSchemaVersion = 2;
+    static constexpr int kSchemaVersion = 3;
 
     enum class OpenMode { Write, Read };
 
@@ -44,6 +44,11 @@ public:
     // (return false to stop).
     bool Select(int64_t from, int64_t to, Rows rows, const std::function<bool(JournalEvent&&)>& row);
     int64_t Count(int64_t from, int64_t to);
+
+    // The event columns in the order ReadEvent() expects them, followed in a
+    // statement by the face (column 19, may be NULL). Also used by the history.
+    static const char* const kEventColumns;
+    static JournalEvent ReadEvent(sqlite3_stmt* st);
 
     QString error() const { return m_error; }
     int errorCode() const { return m_errorCode; }  // SQLite result code of the last failure
