@@ -348,14 +348,18 @@ PgResult CSiteConnection::send(const std::string& sql, const PgParams& params, b
     }
     PgResult last;
     QString firstError;
-    ExecStatusType firstStatus = PGRES_COMMAND_OK;
+    std::string firstState;  // SQLSTATE
     for (;;) {
         while (PQisBusy(m_conn) == 0) {
             PgResult r(PQgetResult(m_conn));
             if (!r) {
                 if (!firstError.isEmpty()) {
-                    // The server answered: the connection is fine, the statement was not.
-                    m_failure = firstStatus == PGRES_FATAL_ERROR && PQstatus(m_conn) == CONNECTION_BAD
+                    // A lost connection, a server shutting down or short of
+                    // resources, a transaction rolled back by a conflict:
+                    // worth trying again soon. Anything else the server refused.
+                    const std::string cls = firstState.substr(0, 2);
+                    m_failure = PQstatus(m_conn) == CONNECTION_BAD || cls == "08" || cls == "57" || cls == "53"
+                            || cls == "40"
                         ? Failure::Unreachable
                         : Failure::Refused;
                     m_error = firstError.trimmed();
@@ -367,7 +371,8 @@ PgResult CSiteConnection::send(const std::string& sql, const PgParams& params, b
             }
             const ExecStatusType status = PQresultStatus(r.get());
             if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK && firstError.isEmpty()) {
-                firstStatus = status;
+                if (const char* state = PQresultErrorField(r.get(), PG_DIAG_SQLSTATE))
+                    firstState = state;
                 firstError = QString::fromUtf8(PQresultErrorMessage(r.get()));
                 if (firstError.isEmpty())
                     firstError = QString::fromUtf8(PQerrorMessage(m_conn));

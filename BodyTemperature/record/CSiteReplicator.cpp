@@ -216,7 +216,7 @@ void CSiteReplicator::run()
             if (!CSiteSchema::Migrate(server, why)) {
                 if (server.failure() == CSiteConnection::Failure::Stopped)
                     break;
-                const bool lost = !server.IsOpen();
+                const bool lost = !server.IsOpen() || server.failure() == CSiteConnection::Failure::Unreachable;
                 setState(lost ? State::Unreachable : State::Refused, why);
                 server.Close();
                 waitFor(lost ? m_options.retryMs : m_options.configRetryMs);
@@ -231,7 +231,7 @@ void CSiteReplicator::run()
         if (!server.Exec(full ? insertFull : insertStatement(int(rows.size())), params, kInsertMs)) {
             if (server.failure() == CSiteConnection::Failure::Stopped)
                 break;
-            const bool lost = !server.IsOpen();
+            const bool lost = !server.IsOpen() || server.failure() == CSiteConnection::Failure::Unreachable;
             setState(lost ? State::Unreachable : State::Refused, server.error());
             server.Close();
             waitFor(lost ? m_options.retryMs : m_options.configRetryMs);
