@@ -25,8 +25,8 @@ test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) --timeout 300
 
 # The tests that run threads of their own (streams, transport, play windows,
-# voice, unload, picture worker); the rest are single-threaded Qt tests.
-TSAN_TESTS ?= AlarmStream|Transport|DeviceBehaviour|PlayWindow|EmulatorStream|CVoicePlayer|ModuleUnload|AlarmListener|PicturePreparer|CBTShowWidget|DetailDialogLifetime|CHistoryWindow|fuzz_
+# voice, unload, picture worker, history, site record); the rest are single-threaded Qt tests.
+TSAN_TESTS ?= AlarmStream|Transport|DeviceBehaviour|PlayWindow|EmulatorStream|CVoicePlayer|ModuleUnload|AlarmListener|PicturePreparer|CBTShowWidget|DetailDialogLifetime|CHistoryWindow|SiteRecord|fuzz_
 
 tsan: deps
 	@cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBT_SANITIZE=thread >/dev/null

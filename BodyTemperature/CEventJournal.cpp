@@ -128,7 +128,7 @@ void CEventJournal::prune(CJournalDatabase& db)
     if (m_options.retentionDays <= 0)
         return;
     const int64_t before = QDateTime::currentSecsSinceEpoch() - int64_t(m_options.retentionDays) * 86400;
-    const int removed = db.PruneBefore(before);
+    const int removed = db.PruneBefore(before, m_options.keepAfterKey);
     if (removed > 0)
         BASE_LOG_INFO("screening journal: %d row(s) older than %d day(s) removed", removed, m_options.retentionDays);
 }
@@ -173,6 +173,8 @@ void CEventJournal::run()
                 m_settled += int64_t(batch.size());
             }
             m_done.notify_all();
+            if (m_options.onCommitted)
+                m_options.onCommitted();
             const int64_t now = QDateTime::currentSecsSinceEpoch();
             if (now - lastPrune >= kPruneEverySec) {
                 lastPrune = now;

@@ -16,6 +16,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "JournalEvent.h"
@@ -37,6 +38,11 @@ public:
         int retentionDays = 90;
         // Called on the worker thread when the state changes, with the reason.
         std::function<void(State state, const QString& reason)> onStateChanged;
+        // Set while a site record takes the rows: the state key of what it
+        // acknowledged; retention then never removes a row it has not taken.
+        std::string keepAfterKey{};
+        // Called on the worker thread after each commit (a site record's sender wakes up).
+        std::function<void()> onCommitted{};
     };
 
     // The journal file in the per-user component folder.

@@ -45,6 +45,10 @@ const char* const kMigrations[] = {
     "CREATE INDEX events_returning ON events(time) WHERE kind = 5;"
     "CREATE INDEX events_celsius ON events((CASE temperature_unit WHEN 1 THEN (temperature - 32) / 1.8"
     " WHEN 2 THEN temperature - 273.15 ELSE temperature END), time) WHERE temperature IS NOT NULL;",
+    // 3 -> 4: small state (what a site record acknowledged), and an identity that
+    // keeps this file's row ids apart from those of a file that replaced it.
+    "CREATE TABLE journal_state(key TEXT PRIMARY KEY, value TEXT NOT NULL);"
+    "INSERT INTO journal_state VALUES('journal', lower(hex(randomblob(16))));",
 };
 static_assert(sizeof(kMigrations) / sizeof(kMigrations[0]) == CJournalDatabase::kSchemaVersion,
     "one migration step per schema version");
@@ -130,8 +134,9 @@ bool CJournalDatabase::exec(const char* sql)
 bool CJournalDatabase::openFile(const QString& path, OpenMode mode)
 {
     Close();
-    const int flags = mode == OpenMode::Write ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX
-                                              : SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX;
+    const int flags = mode == OpenMode::Write  ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX
+        : mode == OpenMode::Update             ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX
+                                               : SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX;
     if (sqlite3_open_v2(QFile::encodeName(path).constData(), &m_db, flags, nullptr) != SQLITE_OK) {
         fail("open");
         Close();
@@ -208,6 +213,19 @@ bool CJournalDatabase::Open(const QString& path, OpenMode mode)
         return false;
     if (mode == OpenMode::Read)
         return true;
+    if (mode == OpenMode::Update) {
+        sqlite3_stmt* st = nullptr;
+        int version = -1;
+        if (sqlite3_prepare_v2(m_db, "PRAGMA user_version", -1, &st, nullptr) == SQLITE_OK
+            && sqlite3_step(st) == SQLITE_ROW)
+            version = sqlite3_column_int(st, 0);
+        sqlite3_finalize(st);
+        if (version == kSchemaVersion)
+            return true;
+        m_error = QStringLiteral("not ready (schema %1)").arg(version);
+        Close();
+        return false;
+    }
 
     // A file that is not a database fails already here (SQLITE_NOTADB).
     bool usable = exec("PRAGMA journal_mode=WAL") && healthy();
@@ -294,14 +312,20 @@ bool CJournalDatabase::Insert(const std::vector<JournalEvent>& rows)
     return false;
 }
 
-int CJournalDatabase::PruneBefore(int64_t before)
+int CJournalDatabase::PruneBefore(int64_t before, const std::string& keepAfterKey)
 {
     if (m_db == nullptr)
         return -1;
+    const char* sql = keepAfterKey.empty()
+        ? "DELETE FROM events WHERE time < ?"
+        : "DELETE FROM events WHERE time < ? AND id < (SELECT MAX(id) FROM events)"
+          " AND id <= COALESCE((SELECT CAST(value AS INTEGER) FROM journal_state WHERE key = ?), 0)";
     sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(m_db, "DELETE FROM events WHERE time < ?", -1, &st, nullptr) != SQLITE_OK)
+    if (sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) != SQLITE_OK)
         return fail("prune"), -1;
     sqlite3_bind_int64(st, 1, before);
+    if (!keepAfterKey.empty())
+        bindText(st, 2, keepAfterKey);
     const int rc = sqlite3_step(st);
     sqlite3_finalize(st);
     if (rc != SQLITE_DONE)
@@ -334,6 +358,55 @@ bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::fu
         fail("select");
     sqlite3_finalize(st);
     return ok;
+}
+
+bool CJournalDatabase::SelectAfter(int64_t afterId, int limit, const std::function<bool(JournalEvent&&)>& row)
+{
+    if (m_db == nullptr)
+        return fail("select");
+    const std::string sql =
+        std::string("SELECT ") + kEventColumns + ", face FROM events WHERE id > ? ORDER BY id LIMIT ?";
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(m_db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
+        return fail("select");
+    sqlite3_bind_int64(st, 1, afterId);
+    sqlite3_bind_int(st, 2, limit);
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        if (!row(ReadEvent(st)))
+            break;
+    }
+    const bool ok = rc == SQLITE_ROW || rc == SQLITE_DONE;
+    if (!ok)
+        fail("select");
+    sqlite3_finalize(st);
+    return ok;
+}
+
+std::string CJournalDatabase::State(const std::string& key)
+{
+    sqlite3_stmt* st = nullptr;
+    if (m_db == nullptr
+        || sqlite3_prepare_v2(m_db, "SELECT value FROM journal_state WHERE key = ?", -1, &st, nullptr) != SQLITE_OK)
+        return fail("state"), std::string();
+    bindText(st, 1, key);
+    std::string value = sqlite3_step(st) == SQLITE_ROW ? columnText(st, 0) : std::string();
+    sqlite3_finalize(st);
+    return value;
+}
+
+bool CJournalDatabase::SetState(const std::string& key, const std::string& value)
+{
+    sqlite3_stmt* st = nullptr;
+    if (m_db == nullptr
+        || sqlite3_prepare_v2(m_db, "INSERT OR REPLACE INTO journal_state(key, value) VALUES(?, ?)", -1, &st, nullptr)
+            != SQLITE_OK)
+        return fail("state");
+    bindText(st, 1, key);
+    bindText(st, 2, value);
+    const int rc = sqlite3_step(st);
+    sqlite3_finalize(st);
+    return rc == SQLITE_DONE || fail("state");
 }
 
 int64_t CJournalDatabase::Count(int64_t from, int64_t to)

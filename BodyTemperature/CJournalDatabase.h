@@ -17,9 +17,11 @@ namespace BodyTemperature {
 
 class CJournalDatabase final {
 public:
-    static constexpr int kSchemaVersion = 3;
+    static constexpr int kSchemaVersion = 4;
 
-    enum class OpenMode { Write, Read };
+    // Update: reads and writes a file the writer already created at this
+    // schema version (no creation, check or migration), for a second thread.
+    enum class OpenMode { Write, Read, Update };
 
     CJournalDatabase() = default;
     ~CJournalDatabase();
@@ -35,8 +37,10 @@ public:
 
     // Inserts the rows in one transaction; false (nothing kept) on failure.
     bool Insert(const std::vector<JournalEvent>& rows);
-    // Deletes rows older than `before` (seconds since 1970); the count removed, -1 on failure.
-    int PruneBefore(int64_t before);
+    // Deletes rows older than `before` (seconds since 1970); the count removed,
+    // -1 on failure. With keepAfterKey, rows above the id that state value
+    // names are kept, and so is the newest row (ids then never restart).
+    int PruneBefore(int64_t before, const std::string& keepAfterKey = std::string());
 
     // All leaves faceJpeg empty; Flagged: abnormal temperature or no mask, with faces.
     enum class Rows { All, AllWithFaces, Flagged };
@@ -44,6 +48,12 @@ public:
     // (return false to stop).
     bool Select(int64_t from, int64_t to, Rows rows, const std::function<bool(JournalEvent&&)>& row);
     int64_t Count(int64_t from, int64_t to);
+    // Up to `limit` rows with id > afterId, in id order, with faces.
+    bool SelectAfter(int64_t afterId, int limit, const std::function<bool(JournalEvent&&)>& row);
+
+    // The file's small key/value state ("journal": this file's random identity).
+    std::string State(const std::string& key);
+    bool SetState(const std::string& key, const std::string& value);
 
     // The event columns in the order ReadEvent() expects them, followed in a
     // statement by the face (column 19, may be NULL). Also used by the history.

@@ -5,6 +5,7 @@
 #include "CEventJournal.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "clientcommonlogical/CConfigMgr.h"
+#include "record/CSiteReplicator.h"
 
 namespace BodyTemperature {
 
@@ -22,12 +23,27 @@ CScreeningRecord::CScreeningRecord(QObject* parent, const QString& path)
         QMetaObject::invokeMethod(
             this, [this, failing, replaced, reason] { onStateChanged(failing, replaced, reason); }, Qt::QueuedConnection);
     };
+    const clientcommonlogical::SiteRecordConfig site = clientcommonlogical::CConfigMgr::Instance()->GetSiteRecord();
+    if (site.IsSet()) {
+        CSiteReplicator::Options replication;
+        replication.site = site;
+        replication.journalPath = m_path;
+        replication.onStateChanged = [this](CSiteReplicator::State state, int64_t sinceMs, const QString&) {
+            QMetaObject::invokeMethod(
+                this, [this, state, sinceMs] { emit signalSiteRecordState(int(state), sinceMs); },
+                Qt::QueuedConnection);
+        };
+        m_replicator = std::make_unique<CSiteReplicator>(std::move(replication));
+        options.keepAfterKey = CSiteReplicator::AckKey(site);
+        options.onCommitted = [this] { m_replicator->Notify(); };
+    }
     m_journal = std::make_unique<CEventJournal>(std::move(options));
 }
 
 CScreeningRecord::~CScreeningRecord()
 {
     m_journal.reset();
+    m_replicator.reset();
 }
 
 JournalEvent CScreeningRecord::EventOf(const AlarmShowInfo& info, int shown)

@@ -4,7 +4,8 @@
 // the face the cards already decoded. Created and called by CBTShowWidget on
 // the GUI thread; owns the journal (its worker is joined in the destructor).
 // A journal that fails is announced once (log and a message at the lower
-// right of the screen) and the page goes on.
+// right of the screen) and the page goes on. With a site record in the host
+// configuration it also owns the replicator that sends the journal there.
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -16,6 +17,7 @@
 namespace BodyTemperature {
 
 class CEventJournal;
+class CSiteReplicator;
 
 class CScreeningRecord final : public QObject {
     Q_OBJECT
@@ -31,6 +33,7 @@ public:
     // When the page was opened: reports start there by default.
     QDateTime OpenedAt() const { return m_openedAt; }
     CEventJournal* Journal() const { return m_journal.get(); }
+    CSiteReplicator* Replicator() const { return m_replicator.get(); }  // null without a site record
 
     static JournalEvent EventOf(const AlarmShowInfo& info, int shown);
 
@@ -38,6 +41,9 @@ signals:
     // GUI thread: the journal stopped (reason) or resumed (empty) being
     // written, or replaced a damaged file (reason).
     void signalJournalState(const QString& reason);
+    // GUI thread: the site record took rows again (state 0, CSiteReplicator::State)
+    // or cannot take them since sinceMs (ms since 1970).
+    void signalSiteRecordState(int state, qint64 sinceMs);
 
 private:
     void onStateChanged(bool failing, bool replaced, const QString& reason);
@@ -45,7 +51,8 @@ private:
     QString m_path;
     QDateTime m_openedAt;
     bool m_bAnnounced = false;
-    std::unique_ptr<CEventJournal> m_journal;
+    std::unique_ptr<CSiteReplicator> m_replicator;
+    std::unique_ptr<CEventJournal> m_journal;  // after the replicator: it goes first and notifies it to the end
 };
 
 } // namespace BodyTemperature

@@ -2408,6 +2408,22 @@
         <source>DeviceAlarmStreamLost</source>
         <translation>Device %1: alarm stream lost, silent for %2</translation>
     </message>
+    <message>
+        <source>SiteRecordUnreachable</source>
+        <translation>Site record unreachable since %1; events are kept on this station</translation>
+    </message>
+    <message>
+        <source>SiteRecordRejected</source>
+        <translation>Site record refused this station&apos;s user name or password (since %1); events are kept on this station</translation>
+    </message>
+    <message>
+        <source>SiteRecordUntrusted</source>
+        <translation>Site record server certificate could not be verified (since %1); events are kept on this station</translation>
+    </message>
+    <message>
+        <source>SiteRecordRefused</source>
+        <translation>Site record refused this station (since %1, see the log); events are kept on this station</translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CShiftReportDialog</name>

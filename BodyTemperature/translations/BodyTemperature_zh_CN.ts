@@ -2408,6 +2408,22 @@
         <source>DeviceAlarmStreamLost</source>
         <translation>设备 %1：报警流中断，已静默 %2</translation>
     </message>
+    <message>
+        <source>SiteRecordUnreachable</source>
+        <translation>站点记录自 %1 起无法连接；事件保存在本工作站</translation>
+    </message>
+    <message>
+        <source>SiteRecordRejected</source>
+        <translation>站点记录拒绝了本工作站的用户名或密码（自 %1 起）；事件保存在本工作站</translation>
+    </message>
+    <message>
+        <source>SiteRecordUntrusted</source>
+        <translation>站点记录服务器证书无法验证（自 %1 起）；事件保存在本工作站</translation>
+    </message>
+    <message>
+        <source>SiteRecordRefused</source>
+        <translation>站点记录拒绝了本工作站（自 %1 起，详见日志）；事件保存在本工作站</translation>
+    </message>
 </context>
 <context>
     <name>BodyTemperature::CShiftReportDialog</name>

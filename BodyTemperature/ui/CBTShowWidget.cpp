@@ -81,7 +81,8 @@ CBTShowWidget::CBTShowWidget(QWidget* parent) : QWidget(parent)
     m_pPicturePreparer = new CPicturePreparer(std::max(kMaxRightCards, CBottomWidget::kMaxCards),
         [this](const AlarmShowInfo& info, int copies) { m_pCardBacklog->Add(info, copies); }, this);
     m_pRecord = new CScreeningRecord(this);
-    new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
+    auto* banner = new CDeviceHealthBanner(m_ui->m_pLiveViewFrame);
+    connect(m_pRecord, &CScreeningRecord::signalSiteRecordState, banner, &CDeviceHealthBanner::OnSiteRecord);
 
     m_ui->m_pEnableAlarmBtn->setToolTip(tr("TurnOnoffAlarmDisplaHyBGelcI"));
     m_ui->m_pAlarmTypeBtn->setPictureAttibute(

@@ -8,6 +8,7 @@
 
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CDeviceStateNotifier.h"
+#include "record/CSiteReplicator.h"
 
 namespace BodyTemperature {
 
@@ -45,9 +46,16 @@ void CDeviceHealthBanner::OnDeviceOnline(const QString& deviceId, bool online)
     refresh();
 }
 
+void CDeviceHealthBanner::OnSiteRecord(int state, qint64 sinceMs)
+{
+    m_siteState = state;
+    m_siteSinceMs = sinceMs;
+    refresh();
+}
+
 void CDeviceHealthBanner::refresh()
 {
-    if (m_silence.IsEmpty()) {
+    if (m_silence.IsEmpty() && m_siteState == 0) {
         m_pTick->stop();
         hide();
         return;
@@ -61,6 +69,17 @@ void CDeviceHealthBanner::refresh()
             && !device.name.empty())
             name = QStringLiteral("%1 (%2)").arg(QString::fromStdString(device.name), s.deviceId);
         lines << tr("DeviceAlarmStreamLost").arg(name, CDeviceSilence::FormatDuration(now - s.sinceMs));
+    }
+    if (m_siteState != 0) {
+        const QString since = QDateTime::fromMSecsSinceEpoch(m_siteSinceMs).toString(QStringLiteral("hh:mm"));
+        const int rejected = int(CSiteReplicator::State::Rejected);
+        const int untrusted = int(CSiteReplicator::State::Untrusted);
+        const int refused = int(CSiteReplicator::State::Refused);
+        lines << (m_siteState == rejected  ? tr("SiteRecordRejected")
+                  : m_siteState == untrusted ? tr("SiteRecordUntrusted")
+                  : m_siteState == refused   ? tr("SiteRecordRefused")
+                                             : tr("SiteRecordUnreachable"))
+                     .arg(since);
     }
     m_pText->setText(lines.join(QLatin1Char('\n')));
     if (!m_pTick->isActive())

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSysInfo>
 
 #include <algorithm>
 
@@ -69,6 +70,23 @@ bool CConfigMgr::Load(const QString& path)
             dev.address.c_str(), dev.port, dev.channels.size(), dev.user.c_str());
         devices.push_back(std::move(dev));
     }
+    SiteRecordConfig site;
+    const QJsonObject s = root.value(QStringLiteral("siteRecord")).toObject();
+    if (!s.isEmpty()) {
+        site.host = s.value(QStringLiteral("host")).toString().toStdString();
+        site.port = s.value(QStringLiteral("port")).toInt(5432);
+        site.database = s.value(QStringLiteral("database")).toString().toStdString();
+        site.user = s.value(QStringLiteral("user")).toString().toStdString();
+        site.password = s.value(QStringLiteral("password")).toString().toStdString();
+        site.sslmode = s.value(QStringLiteral("sslmode")).toString(QStringLiteral("prefer")).toStdString();
+        site.caFile = s.value(QStringLiteral("caFile")).toString().toStdString();
+        site.station = s.value(QStringLiteral("station")).toString(QSysInfo::machineHostName()).toStdString();
+        if (site.host.empty())
+            BASE_LOG_WARN("host configuration: \"siteRecord\" without \"host\" is ignored");
+        else
+            BASE_LOG_INFO("site record at %s:%d, database %s, user %s, sslmode %s, station %s", site.host.c_str(),
+                site.port, site.database.c_str(), site.user.c_str(), site.sslmode.c_str(), site.station.c_str());
+    }
     std::vector<int> brand;
     for (const QJsonValue& v : root.value(QStringLiteral("brand")).toArray())
         brand.push_back(v.toInt());
@@ -83,6 +101,7 @@ bool CConfigMgr::Load(const QString& path)
     m_recordRetentionDays = std::max(0, root.value(QStringLiteral("recordRetentionDays")).toInt(90));
     m_debugLog = root.value(QStringLiteral("logLevel")).toString() == QStringLiteral("debug");
     m_devices = std::move(devices);
+    m_siteRecord = std::move(site);
     return true;
 }
 
@@ -96,6 +115,8 @@ void CConfigMgr::SetBrandValues(const std::vector<int>& values) { std::lock_guar
 int CConfigMgr::GetRecordRetentionDays() const { std::lock_guard<std::mutex> l(m_mutex); return m_recordRetentionDays; }
 void CConfigMgr::SetRecordRetentionDays(int days) { std::lock_guard<std::mutex> l(m_mutex); m_recordRetentionDays = days; }
 bool CConfigMgr::IsDebugLog() const { std::lock_guard<std::mutex> l(m_mutex); return m_debugLog; }
+SiteRecordConfig CConfigMgr::GetSiteRecord() const { std::lock_guard<std::mutex> l(m_mutex); return m_siteRecord; }
+void CConfigMgr::SetSiteRecord(const SiteRecordConfig& site) { std::lock_guard<std::mutex> l(m_mutex); m_siteRecord = site; }
 std::vector<DeviceConfig> CConfigMgr::GetDevices() const { std::lock_guard<std::mutex> l(m_mutex); return m_devices; }
 void CConfigMgr::SetDevices(const std::vector<DeviceConfig>& devices) { std::lock_guard<std::mutex> l(m_mutex); m_devices = devices; }
 

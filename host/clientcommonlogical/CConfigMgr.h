@@ -37,6 +37,21 @@ struct DeviceConfig {
     std::vector<ChannelConfig> channels;
 };
 
+// Where the station also sends its screening record, shared by every entrance
+// of a site ("siteRecord"). Empty host: no site record, the station keeps its
+// record to itself.
+struct SiteRecordConfig {
+    std::string host;
+    int port = 5432;
+    std::string database;
+    std::string user;
+    std::string password;
+    std::string sslmode = "prefer";  // as the server's client library takes it: disable ... verify-full
+    std::string caFile;             // the CA that signed the server's certificate (verify-ca, verify-full)
+    std::string station;            // this station's name in the shared record; default: the machine's name
+    bool IsSet() const { return !host.empty(); }
+};
+
 class CConfigMgr {
 public:
     static CConfigMgr* Instance();
@@ -59,6 +74,9 @@ public:
     // "logLevel": "debug" writes debug records to the host log; anything else info.
     bool IsDebugLog() const;
 
+    SiteRecordConfig GetSiteRecord() const;
+    void SetSiteRecord(const SiteRecordConfig& site);
+
     std::vector<DeviceConfig> GetDevices() const;
     bool FindDevice(const std::string& id, DeviceConfig& out) const;
     void SetDevices(const std::vector<DeviceConfig>& devices);
@@ -73,6 +91,7 @@ private:
     int m_recordRetentionDays = 90;
     bool m_debugLog = false;
     std::vector<DeviceConfig> m_devices;
+    SiteRecordConfig m_siteRecord;
 };
 
 } // namespace clientcommonlogical

@@ -1,0 +1,247 @@
+#include "record/CSiteHistorySource.h"
+
+#include <QDateTime>
+#include <algorithm>
+#include <libpq-fe.h>
+
+namespace BodyTemperature {
+
+namespace {
+
+using Query = CSiteHistorySource::Query;
+
+// Written exactly as the partial indexes of the site record write them.
+const struct {
+    uint32_t bit;
+    const char* sql;
+} kKindTerms[] = {
+    {HistoryFilter::KindAbnormal, "temperature_type = 0"},
+    {HistoryFilter::KindNoMask, "mask_type IN (0, 1)"},
+    {HistoryFilter::KindNormal, "temperature_type IN (1, 2)"},
+    {HistoryFilter::KindMatched, "kind IN (0, 1, 2) AND person_name <> ''"},
+    {HistoryFilter::KindReturning, "kind = 5"},
+};
+
+const char* const kColumns =
+    "station, event_id, time, device_id, device_name, camera_id, camera_name, event_code, kind, pop_type,"
+    " mask_type, temperature_type, alarm_type, temperature, temperature_unit, mask, person_name, library,"
+    " similarity, shown, face, seq";
+
+std::string likePattern(const std::string& text)
+{
+    std::string p = "%";
+    for (char c : text) {
+        if (c == '%' || c == '_' || c == '\\')
+            p += '\\';
+        p += c;
+    }
+    return p + "%";
+}
+
+// "{a,b}" for a text[] parameter.
+std::string textArray(const std::vector<std::string>& values)
+{
+    std::string out = "{";
+    for (const std::string& v : values) {
+        if (out.size() > 1)
+            out += ',';
+        out += '"';
+        for (char c : v) {
+            if (c == '"' || c == '\\')
+                out += '\\';
+            out += c;
+        }
+        out += '"';
+    }
+    return out + "}";
+}
+
+std::string next(PgParams& p)
+{
+    return "$" + std::to_string(p.size());
+}
+
+Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark)
+{
+    Query q;
+    PgParams& p = q.params;
+    std::string where;
+    p.Int(f.from);
+    where += "time >= " + next(p);
+    p.Int(f.to);
+    where += " AND time < " + next(p);
+    if (!f.stations.empty()) {
+        p.Text(textArray(f.stations));
+        where += " AND station = ANY(" + next(p) + "::text[])";
+    }
+    if (!f.cameraIds.empty()) {
+        p.Text(textArray(f.cameraIds));
+        where += " AND camera_id = ANY(" + next(p) + "::text[])";
+    }
+    if (!f.everyKind()) {
+        std::string kinds;
+        for (const auto& k : kKindTerms) {
+            if ((f.kinds & k.bit) != 0)
+                kinds += std::string(kinds.empty() ? "" : " OR ") + "(" + k.sql + ")";
+        }
+        where += " AND (" + kinds + ")";
+    }
+    if (f.thresholdOn) {
+        p.Real(f.thresholdCelsius);
+        where += " AND temperature IS NOT NULL AND (CASE temperature_unit WHEN 1 THEN (temperature - 32) / 1.8"
+                 " WHEN 2 THEN temperature - 273.15 ELSE temperature END) >= "
+            + next(p) + "::float8";
+    }
+    if (!f.text.empty()) {
+        p.Text(likePattern(f.text));
+        where += " AND (person_name ILIKE " + next(p) + " OR library ILIKE " + next(p) + ")";
+    }
+    if (after != nullptr) {
+        p.Int(after->time);
+        const std::string t = next(p);
+        p.Text(after->station);
+        const std::string s = next(p);
+        p.Int(after->id);
+        const std::string i = next(p);
+        where += " AND time <= " + t + " AND (time < " + t + " OR station > " + s + " OR (station = " + s
+            + " AND event_id < " + i + "))";
+    }
+    // Newer rows are taken in arrival order, so a burst larger than a page
+    // comes over several calls rather than being skipped.
+    const std::string order = watermark != nullptr ? " ORDER BY seq" : " ORDER BY time DESC, station, event_id DESC";
+    if (watermark != nullptr) {
+        p.Int(*watermark);
+        where += " AND seq > " + next(p);
+    }
+    q.sql = std::string("SELECT ") + kColumns + " FROM bt_events WHERE " + where + order + " LIMIT "
+        + std::to_string(std::max(1, f.pageSize) + 1);
+    return q;
+}
+
+uint32_t u32(const PGresult* r, int row, int col)
+{
+    return uint32_t(std::strtoul(PQgetvalue(r, row, col), nullptr, 10));
+}
+
+HistoryRow rowOf(const PGresult* r, int i)
+{
+    auto text = [&](int c) { return std::string(PQgetvalue(r, i, c), size_t(PQgetlength(r, i, c))); };
+    HistoryRow row;
+    row.station = text(0);
+    JournalEvent& e = row.event;
+    e.id = std::strtoll(PQgetvalue(r, i, 1), nullptr, 10);
+    e.time = std::strtoll(PQgetvalue(r, i, 2), nullptr, 10);
+    e.deviceId = text(3);
+    e.deviceName = text(4);
+    e.cameraId = text(5);
+    e.cameraName = text(6);
+    e.eventCode = u32(r, i, 7);
+    e.kind = u32(r, i, 8);
+    e.popType = u32(r, i, 9);
+    e.maskType = u32(r, i, 10);
+    e.temperatureType = u32(r, i, 11);
+    e.alarmType = u32(r, i, 12);
+    e.temperatureMeasured = PQgetisnull(r, i, 13) == 0;
+    e.temperature = std::strtod(PQgetvalue(r, i, 13), nullptr);
+    e.temperatureUnit = u32(r, i, 14);
+    e.mask = u32(r, i, 15);
+    e.personName = text(16);
+    e.library = text(17);
+    e.similarity = std::strtod(PQgetvalue(r, i, 18), nullptr);
+    e.shown = int(std::strtol(PQgetvalue(r, i, 19), nullptr, 10));
+    if (PQgetisnull(r, i, 20) == 0) {
+        size_t n = 0;
+        if (unsigned char* bytes = PQunescapeBytea(reinterpret_cast<const unsigned char*>(PQgetvalue(r, i, 20)), &n)) {
+            e.faceJpeg = QByteArray(reinterpret_cast<const char*>(bytes), int(n));
+            PQfreemem(bytes);
+        }
+    }
+    return row;
+}
+
+} // namespace
+
+CSiteHistorySource::CSiteHistorySource(clientcommonlogical::SiteRecordConfig site) : m_conn(std::move(site), m_cancel) {}
+
+CSiteHistorySource::~CSiteHistorySource() = default;
+
+Query CSiteHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after)
+{
+    return build(filter, after, nullptr);
+}
+
+Query CSiteHistorySource::NewerQuery(const HistoryFilter& filter, int64_t watermark)
+{
+    return build(filter, nullptr, &watermark);
+}
+
+void CSiteHistorySource::Cancel()
+{
+    m_cancel.Raise();
+}
+
+IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize, HistoryPage& page, QString& error)
+{
+    page = HistoryPage();
+    m_cancel.Reset();
+    auto failed = [&] {
+        error = m_conn.error();
+        const bool cancelled = m_conn.failure() == CSiteConnection::Failure::Stopped;
+        m_conn.Close();
+        page = HistoryPage();
+        return cancelled ? Result::Cancelled : Result::Failed;
+    };
+    if (!m_conn.IsOpen() && !m_conn.Connect(10000))
+        return failed();
+    // One snapshot: the arrival position and the page agree, so the next
+    // Newer() neither misses nor repeats a row that was committed then.
+    if (!m_conn.ExecScript("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"))
+        return failed();
+    const PgResult top = m_conn.Exec("SELECT COALESCE(MAX(seq), 0) FROM bt_events");
+    if (!top)
+        return failed();
+    page.watermark = std::stoll("0" + CSiteConnection::Value(top, 0, 0));
+    const PgResult r = m_conn.Exec(query.sql, query.params);
+    if (!r)
+        return failed();
+    const int n = PQntuples(r.get());
+    for (int i = 0; i < n; ++i) {
+        if (i == pageSize) {
+            page.hasMore = true;
+            break;
+        }
+        page.rows.push_back(rowOf(r.get(), i));
+    }
+    if (!m_conn.ExecScript("COMMIT"))
+        return failed();
+    if (query.sql.find("ORDER BY seq") != std::string::npos && page.hasMore && !page.rows.empty()) {
+        // The rest of a burst follows the last row taken.
+        page.watermark = std::stoll("0" + std::string(PQgetvalue(r.get(), pageSize - 1, 21)));
+    }
+    return Result::Ok;
+}
+
+IHistorySource::Result CSiteHistorySource::Page(const HistoryFilter& filter, const HistoryKey* after,
+    HistoryPage& page, QString& error)
+{
+    return run(PageQuery(filter, after), std::max(1, filter.pageSize), page, error);
+}
+
+IHistorySource::Result CSiteHistorySource::Newer(const HistoryFilter& filter, int64_t watermark, HistoryPage& page,
+    QString& error)
+{
+    const Result r = run(NewerQuery(filter, watermark), std::max(1, filter.pageSize), page, error);
+    if (r == Result::Ok) {
+        std::stable_sort(page.rows.begin(), page.rows.end(), [](const HistoryRow& a, const HistoryRow& b) {
+            if (a.event.time != b.event.time)
+                return a.event.time > b.event.time;
+            if (a.station != b.station)
+                return a.station < b.station;
+            return a.event.id > b.event.id;
+        });
+        page.watermark = std::max(page.watermark, watermark);
+    }
+    return r;
+}
+
+} // namespace BodyTemperature

@@ -1,0 +1,467 @@
+// The site record against a real PostgreSQL server (a private cluster):
+// journal rows arrive with their thumbnails; a server killed with SIGKILL in
+// the middle of a batch, a station restarted with a backlog and two stations
+// writing together all end with every event stored exactly once; a server
+// at the previous schema version is migrated; a wrong password and a
+// certificate that does not verify are reported once while the station keeps
+// its events; a stop never waits for a server that does not answer.
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QProcess>
+#include <QTranslator>
+#include <gtest/gtest.h>
+#include <mutex>
+
+#include "Base/Log.h"
+#include "CEventJournal.h"
+#include "CJournalDatabase.h"
+#include "CScreeningRecord.h"
+#include "record/CSiteConnection.h"
+#include "record/CSiteHistorySource.h"
+#include "record/CSiteReplicator.h"
+#include "record/CSiteSchema.h"
+#include "support/PrivatePgCluster.h"
+#include "support/TestSupport.h"
+#include "ui/CDeviceHealthBanner.h"
+
+using namespace BodyTemperature;
+using testsupport::waitUntil;
+using State = CSiteReplicator::State;
+
+namespace {
+
+bool openssl(const QStringList& args)
+{
+    QProcess p;
+    p.setProcessChannelMode(QProcess::MergedChannels);
+    p.start(QStringLiteral("openssl"), args);
+    return p.waitForFinished(30000) && p.exitCode() == 0;
+}
+
+// A CA and a server certificate for "localhost" signed by it, in dir.
+bool makeCa(const QString& dir, const QString& name, bool server)
+{
+    const QString ca = dir + QLatin1Char('/') + name;
+    if (!openssl({QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
+            QStringLiteral("-nodes"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
+            QStringLiteral("/CN=") + name, QStringLiteral("-keyout"), ca + QStringLiteral(".key"), QStringLiteral("-out"),
+            ca + QStringLiteral(".crt")}))
+        return false;
+    if (!server)
+        return true;
+    const QString s = dir + QStringLiteral("/server");
+    QFile ext(s + QStringLiteral(".ext"));
+    ext.open(QIODevice::WriteOnly);
+    ext.write("subjectAltName=DNS:localhost\n");
+    ext.close();
+    return openssl({QStringLiteral("req"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"), QStringLiteral("-nodes"),
+               QStringLiteral("-subj"), QStringLiteral("/CN=localhost"), QStringLiteral("-keyout"),
+               s + QStringLiteral(".key"), QStringLiteral("-out"), s + QStringLiteral(".csr")})
+        && openssl({QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"), s + QStringLiteral(".csr"),
+            QStringLiteral("-CA"), ca + QStringLiteral(".crt"), QStringLiteral("-CAkey"), ca + QStringLiteral(".key"),
+            QStringLiteral("-CAcreateserial"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-extfile"),
+            ext.fileName(), QStringLiteral("-out"), s + QStringLiteral(".crt")});
+}
+
+JournalEvent numbered(int n, const QByteArray& face = QByteArray())
+{
+    JournalEvent e;
+    e.time = 1700000000 + n;
+    e.deviceId = "DEV";
+    e.cameraId = "CAM" + std::to_string(n % 4);
+    e.kind = 4;
+    e.temperatureType = n % 3 == 0 ? 0 : 1;
+    e.temperatureMeasured = true;
+    e.temperature = 36.0 + (n % 30) / 10.0;
+    e.personName = "P" + std::to_string(n);
+    e.faceJpeg = face;
+    return e;
+}
+
+// One station: its journal, and its sender when a site record is given.
+struct Station {
+    Station(const QString& path, const clientcommonlogical::SiteRecordConfig& site, int configRetryMs = 30000)
+    {
+        CSiteReplicator::Options o;
+        o.site = site;
+        o.journalPath = path;
+        o.retryMs = 200;
+        o.configRetryMs = configRetryMs;
+        o.onStateChanged = [this](State s, int64_t, const QString&) {
+            std::lock_guard<std::mutex> lock(mutex);
+            states.push_back(s);
+        };
+        replicator = std::make_unique<CSiteReplicator>(std::move(o));
+        CEventJournal::Options j{path, 0, nullptr};
+        j.keepAfterKey = CSiteReplicator::AckKey(site);
+        j.onCommitted = [this] { replicator->Notify(); };
+        journal = std::make_unique<CEventJournal>(std::move(j));
+    }
+    ~Station()
+    {
+        journal.reset();
+        replicator.reset();
+    }
+    std::vector<State> seen()
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        return states;
+    }
+    std::mutex mutex;
+    std::vector<State> states;
+    std::unique_ptr<CSiteReplicator> replicator;
+    std::unique_ptr<CEventJournal> journal;
+};
+
+class SiteRecordTest : public testsupport::TempDirTest {
+public:
+    static void SetUpTestSuite()
+    {
+        s_certs = std::make_unique<QTemporaryDir>();
+        ASSERT_TRUE(makeCa(s_certs->path(), QStringLiteral("siteca"), true));
+        ASSERT_TRUE(makeCa(s_certs->path(), QStringLiteral("otherca"), false));
+        s_cluster = std::make_unique<testsupport::PrivatePgCluster>();
+        const QString error = s_cluster->Start(s_certs->filePath(QStringLiteral("server.crt")),
+            s_certs->filePath(QStringLiteral("server.key")));
+        ASSERT_TRUE(error.isEmpty()) << qPrintable(error);
+    }
+    static void TearDownTestSuite()
+    {
+        s_cluster.reset();
+        s_certs.reset();
+    }
+
+protected:
+    void SetUp() override
+    {
+        TempDirTest::SetUp();
+        ASSERT_TRUE(s_cluster) << "no server";
+    }
+    // "count|distinct ids|min id|max id" of one station's rows.
+    static QString stored(const char* station)
+    {
+        return s_cluster->Psql(QStringLiteral("SELECT count(*), count(DISTINCT event_id), min(event_id), max(event_id)"
+                                              " FROM bt_events WHERE station = '%1'")
+                                   .arg(QString::fromLatin1(station)));
+    }
+    static QString expected(int n) { return QStringLiteral("%1|%1|1|%1").arg(n); }
+
+    static std::unique_ptr<QTemporaryDir> s_certs;
+    static std::unique_ptr<testsupport::PrivatePgCluster> s_cluster;
+};
+std::unique_ptr<QTemporaryDir> SiteRecordTest::s_certs;
+std::unique_ptr<testsupport::PrivatePgCluster> SiteRecordTest::s_cluster;
+
+TEST_F(SiteRecordTest, RowsArriveWithTheirThumbnails)
+{
+    const QByteArray face = testsupport::makeJpeg(96, 128);
+    Station station(path(QStringLiteral("a.db")), s_cluster->Site("arrive"));
+    for (int i = 1; i <= 40; ++i)
+        station.journal->Append(numbered(i, face));
+    ASSERT_TRUE(waitUntil([&] { return station.replicator->Acknowledged() == 40; }, 20000));
+    EXPECT_EQ(stored("arrive"), expected(40));
+    EXPECT_EQ(s_cluster->Psql(QStringLiteral("SELECT camera_id, person_name, temperature_type, temperature, length(face)"
+                                             " FROM bt_events WHERE station = 'arrive' AND event_id = 7")),
+        QStringLiteral("CAM3|P7|1|36.7|%1").arg(face.size()));
+    EXPECT_EQ(s_cluster->Psql(QStringLiteral("SELECT max(version) FROM bt_schema")).toInt(), CSiteSchema::kVersion);
+    // The acknowledgement is kept in the journal for the next start.
+    station.journal->Flush();
+    CJournalDatabase db;
+    ASSERT_TRUE(db.Open(path(QStringLiteral("a.db")), CJournalDatabase::OpenMode::Read));
+    EXPECT_EQ(db.State(CSiteReplicator::AckKey(s_cluster->Site("arrive"))), "40");
+}
+
+// Every event exactly once, whatever happened to the server or the station.
+TEST_F(SiteRecordTest, EveryEventExactlyOnce)
+{
+    const QByteArray face = testsupport::makeJpeg(200, 260, 95);
+    {
+        SCOPED_TRACE("server killed with SIGKILL in the middle of a batch, then restarted");
+        Station station(path(QStringLiteral("kill.db")), s_cluster->Site("kill"));
+        for (int i = 1; i <= 2000; ++i)
+            station.journal->Append(numbered(i, face));
+        ASSERT_TRUE(waitUntil([&] { return station.replicator->Sent() > 0; }, 20000));
+        s_cluster->KillHard();
+        ASSERT_TRUE(waitUntil([&] {
+            const auto s = station.seen();
+            return !s.empty() && s.back() == State::Unreachable;
+        }, 10000));
+        EXPECT_LT(station.replicator->Acknowledged(), 2000);
+        const QString restarted = s_cluster->Restart();
+        ASSERT_TRUE(restarted.isEmpty()) << qPrintable(restarted);
+        ASSERT_TRUE(waitUntil([&] { return station.replicator->Acknowledged() == 2000; }, 40000));
+        EXPECT_EQ(station.seen().back(), State::Reachable);
+        EXPECT_EQ(stored("kill"), expected(2000));
+    }
+    {
+        SCOPED_TRACE("station restarted with a backlog written while the server was down");
+        s_cluster->Stop();
+        {
+            Station station(path(QStringLiteral("backlog.db")), s_cluster->Site("backlog"));
+            for (int i = 1; i <= 300; ++i)
+                station.journal->Append(numbered(i));
+            ASSERT_TRUE(station.journal->Flush());
+            ASSERT_TRUE(waitUntil([&] { return !station.seen().empty(); }, 5000));
+            EXPECT_EQ(station.seen().back(), State::Unreachable);
+        }
+        ASSERT_TRUE(s_cluster->Restart().isEmpty());
+        Station station(path(QStringLiteral("backlog.db")), s_cluster->Site("backlog"));
+        station.journal->Append(numbered(301));
+        ASSERT_TRUE(waitUntil([&] { return station.replicator->Acknowledged() == 301; }, 20000));
+        EXPECT_EQ(stored("backlog"), expected(301));
+    }
+    {
+        SCOPED_TRACE("two stations writing at once");
+        Station one(path(QStringLiteral("one.db")), s_cluster->Site("one"));
+        Station two(path(QStringLiteral("two.db")), s_cluster->Site("two"));
+        for (int i = 1; i <= 600; ++i) {
+            one.journal->Append(numbered(i, face));
+            two.journal->Append(numbered(i, face));
+            if (i % 100 == 0)
+                testsupport::pump(30);
+        }
+        ASSERT_TRUE(waitUntil([&] {
+            return one.replicator->Acknowledged() == 600 && two.replicator->Acknowledged() == 600;
+        }, 40000));
+        EXPECT_EQ(stored("one"), expected(600));
+        EXPECT_EQ(stored("two"), expected(600));
+    }
+}
+
+TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
+{
+    ASSERT_FALSE(s_cluster->Psql(QStringLiteral("CREATE DATABASE previous")).isNull());
+    clientcommonlogical::SiteRecordConfig site = s_cluster->Site("new");
+    site.database = "previous";
+    {
+        CStopSignal stop;
+        CSiteConnection conn(site, stop);
+        ASSERT_TRUE(conn.Connect(10000)) << qPrintable(conn.error());
+        QString why;
+        ASSERT_TRUE(CSiteSchema::Migrate(conn, why, CSiteSchema::kVersion - 1)) << qPrintable(why);
+        ASSERT_TRUE(conn.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('old', 'j', 1, 5)"))
+            << qPrintable(conn.error());
+    }
+    Station station(path(QStringLiteral("m.db")), site);
+    station.journal->Append(numbered(1));
+    ASSERT_TRUE(waitUntil([&] { return station.replicator->Acknowledged() == 1; }, 20000));
+    CStopSignal stop;
+    CSiteConnection conn(site, stop);
+    ASSERT_TRUE(conn.Connect(10000));
+    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT max(version) FROM bt_schema"), 0, 0),
+        std::to_string(CSiteSchema::kVersion));
+    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(station, ',' ORDER BY station) FROM bt_events"), 0, 0),
+        "new,old");
+    EXPECT_EQ(CSiteConnection::Value(
+                  conn.Exec("SELECT count(*) FROM pg_indexes WHERE indexname = 'bt_events_station_time'"), 0, 0),
+        "1");
+}
+
+// What the operator and the log see for each way of meeting the server.
+TEST_F(SiteRecordTest, TlsAndPasswordAreCheckedOnceAndTheStationGoesOn)
+{
+    const QString logFile = path(QStringLiteral("site.log"));
+    Base::Log::Init(logFile.toStdString());
+    const std::string ca = s_certs->filePath(QStringLiteral("siteca.crt")).toStdString();
+    const std::string otherCa = s_certs->filePath(QStringLiteral("otherca.crt")).toStdString();
+    struct Row {
+        const char* name;
+        const char* sslmode;
+        std::string caFile;
+        const char* password;
+        bool arrives;
+        State state;
+    } const rows[] = {
+        {"tls-good", "verify-full", ca, testsupport::PrivatePgCluster::kPassword, true, State::Reachable},
+        {"tls-foreign-ca", "verify-full", otherCa, testsupport::PrivatePgCluster::kPassword, false, State::Untrusted},
+        {"wrong-password", "require", "", "not-the-Password-9", false, State::Rejected},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        clientcommonlogical::SiteRecordConfig site = s_cluster->Site(r.name);
+        site.host = "localhost";
+        site.sslmode = r.sslmode;
+        site.caFile = r.caFile;
+        site.password = r.password;
+        const QString journal = path(QString::fromLatin1(r.name) + QStringLiteral(".db"));
+        Station station(journal, site, 100);
+        for (int i = 1; i <= 3; ++i)
+            station.journal->Append(numbered(i));
+        ASSERT_TRUE(station.journal->Flush());  // the station keeps working locally
+        if (r.arrives) {
+            ASSERT_TRUE(waitUntil([&] { return station.replicator->Acknowledged() == 3; }, 20000));
+            EXPECT_EQ(stored(r.name), expected(3));
+            EXPECT_TRUE(station.seen().empty());
+            continue;
+        }
+        ASSERT_TRUE(waitUntil([&] { return !station.seen().empty(); }, 20000));
+        testsupport::pump(600);  // several more attempts at 100 ms
+        EXPECT_EQ(station.seen(), std::vector<State>{r.state});
+        EXPECT_EQ(station.replicator->Acknowledged(), 0);
+        EXPECT_EQ(stored(r.name), QStringLiteral("0|0||"));
+    }
+    QFile log(logFile);
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QByteArray text = log.readAll();
+    EXPECT_FALSE(text.contains(testsupport::PrivatePgCluster::kPassword));
+    EXPECT_FALSE(text.contains("not-the-Password-9"));
+    EXPECT_EQ(text.count("certificate that does not verify"), 1) << text.constData();
+    EXPECT_EQ(text.count("refused the station's user or password"), 1) << text.constData();
+}
+
+// The site-scope history: two stations' rows in one newest-first order,
+// filtered on the server, paged, and followed live.
+TEST_F(SiteRecordTest, HistoryPagesEveryStation)
+{
+    ASSERT_FALSE(s_cluster->Psql(QStringLiteral("CREATE DATABASE history")).isNull());
+    clientcommonlogical::SiteRecordConfig site = s_cluster->Site("alpha");
+    site.database = "history";
+    clientcommonlogical::SiteRecordConfig beta = site;
+    beta.station = "beta";
+    Station a(path(QStringLiteral("alpha.db")), site);
+    Station b(path(QStringLiteral("beta.db")), beta);
+    const QByteArray face = testsupport::makeJpeg(48, 64);
+    for (int i = 1; i <= 12; ++i) {
+        a.journal->Append(numbered(i, face));
+        b.journal->Append(numbered(i));
+    }
+    ASSERT_TRUE(waitUntil([&] { return a.replicator->Acknowledged() == 12 && b.replicator->Acknowledged() == 12; }, 20000));
+
+    auto keys = [](const HistoryPage& page) {
+        std::string out;
+        for (const HistoryRow& r : page.rows)
+            out += (out.empty() ? "" : " ") + r.station.substr(0, 1) + std::to_string(r.event.id);
+        return out;
+    };
+    HistoryFilter all;
+    all.pageSize = 5;
+    HistoryFilter betaAbnormal;
+    betaAbnormal.stations = {"beta"};
+    betaAbnormal.kinds = HistoryFilter::KindAbnormal;
+    HistoryFilter warm;
+    warm.thresholdOn = true;
+    warm.thresholdCelsius = 37.05;
+    HistoryFilter named;
+    named.text = "p1";
+    named.cameraIds = {"CAM2", "CAM3"};
+    struct Row {
+        const char* name;
+        const HistoryFilter& filter;
+        const char* keys;
+        bool more;
+    } const rows[] = {
+        {"every row, first page", all, "a12 b12 a11 b11 a10", true},
+        {"one station, abnormal", betaAbnormal, "b12 b9 b6 b3", false},
+        {"threshold", warm, "a12 b12 a11 b11", false},
+        {"name and cameras", named, "a11 b11 a10 b10", false},
+    };
+    CSiteHistorySource source(site);
+    EXPECT_TRUE(source.IsSite());
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        HistoryPage page;
+        QString error;
+        ASSERT_EQ(source.Page(r.filter, nullptr, page, error), IHistorySource::Result::Ok) << qPrintable(error);
+        EXPECT_EQ(keys(page), r.keys);
+        EXPECT_EQ(page.hasMore, r.more);
+    }
+    HistoryPage first, second, newer;
+    QString error;
+    ASSERT_EQ(source.Page(all, nullptr, first, error), IHistorySource::Result::Ok);
+    const HistoryKey after = first.rows.back().key();
+    ASSERT_EQ(source.Page(all, &after, second, error), IHistorySource::Result::Ok);
+    EXPECT_EQ(keys(second), "b10 a9 b9 a8 b8");
+    EXPECT_EQ(first.rows.front().event.faceJpeg, face);
+    EXPECT_EQ(first.rows.front().event.cameraId, "CAM0");
+
+    b.journal->Append(numbered(13));
+    a.journal->Append(numbered(13));
+    ASSERT_TRUE(waitUntil([&] { return a.replicator->Acknowledged() == 13 && b.replicator->Acknowledged() == 13; }, 20000));
+    ASSERT_EQ(source.Newer(all, first.watermark, newer, error), IHistorySource::Result::Ok);
+    EXPECT_EQ(keys(newer), "a13 b13");
+    EXPECT_GT(newer.watermark, first.watermark);
+}
+
+// A stop (the module unloaded) never waits for the server.
+TEST_F(SiteRecordTest, StopCutsOffAConnectionOrStatementInFlight)
+{
+    testsupport::SilentListener silent;
+    ASSERT_GT(silent.port(), 0);
+    {
+        CStopSignal stop;
+        CSiteConnection conn(s_cluster->Site("stop"), stop);
+        QString why;
+        ASSERT_TRUE(conn.Connect(10000) && CSiteSchema::Migrate(conn, why)) << qPrintable(conn.error() + why);
+    }
+    QProcess locker;  // holds the table while the station inserts
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("PGPASSWORD"), QString::fromLatin1(testsupport::PrivatePgCluster::kPassword));
+    locker.setProcessEnvironment(env);
+    locker.setStandardOutputFile(QProcess::nullDevice());
+    locker.setStandardErrorFile(QProcess::nullDevice());
+    locker.start(QStringLiteral("psql"), {QStringLiteral("-h"), QStringLiteral("127.0.0.1"), QStringLiteral("-p"),
+                                             QString::number(s_cluster->port()), QStringLiteral("-U"),
+                                             QStringLiteral("bt"), QStringLiteral("-d"), QStringLiteral("postgres"),
+                                             QStringLiteral("-c"),
+                                             QStringLiteral("BEGIN; LOCK TABLE bt_events; SELECT pg_sleep(60);")});
+    ASSERT_TRUE(waitUntil([&] {
+        return s_cluster->Psql(QStringLiteral("SELECT count(*) FROM pg_locks WHERE mode = 'AccessExclusiveLock'"
+                                              " AND relation = 'bt_events'::regclass")) == QStringLiteral("1");
+    }, 10000));
+    struct Row {
+        const char* name;
+        int port;
+    } const rows[] = {{"silent server", silent.port()}, {"locked table", s_cluster->port()}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        clientcommonlogical::SiteRecordConfig site = s_cluster->Site("stop");
+        site.port = r.port;
+        auto station = std::make_unique<Station>(path(QString::fromLatin1(r.name) + QStringLiteral(".db")), site);
+        station->journal->Append(numbered(1));
+        ASSERT_TRUE(station->journal->Flush());
+        testsupport::pump(500);  // the sender is waiting for the server now
+        EXPECT_EQ(station->replicator->Acknowledged(), 0);
+        station->journal.reset();
+        QElapsedTimer timer;
+        timer.start();
+        station->replicator.reset();
+        EXPECT_LT(timer.elapsed(), 100);
+    }
+    locker.kill();
+    locker.waitForFinished(5000);
+    s_cluster->Psql(QStringLiteral("SELECT pg_terminate_backend(pid) FROM pg_stat_activity"
+                                   " WHERE query LIKE '%pg_sleep(60)%' AND pid <> pg_backend_pid()"));
+}
+
+// The banner names the site record while it cannot take events, and clears.
+TEST_F(SiteRecordTest, BannerReportsTheSiteRecordAndItsRecovery)
+{
+    QTranslator english;
+    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
+    QCoreApplication::installTranslator(&english);
+    QWidget frame;
+    frame.resize(1200, 700);
+    auto* banner = new CDeviceHealthBanner(&frame);
+    frame.show();
+    s_cluster->Stop();
+    clientcommonlogical::CConfigMgr::Instance()->SetSiteRecord(s_cluster->Site("banner"));
+    {
+        CScreeningRecord record(nullptr, path(QStringLiteral("banner.db")));
+        QObject::connect(&record, &CScreeningRecord::signalSiteRecordState, banner, &CDeviceHealthBanner::OnSiteRecord);
+        record.Journal()->Append(numbered(1));
+        ASSERT_TRUE(waitUntil([&] { return banner->isVisible(); }, 10000));
+        const QString text = banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text();
+        EXPECT_TRUE(text.startsWith(QStringLiteral("Site record unreachable since %1")
+                                        .arg(QTime::currentTime().toString(QStringLiteral("hh:mm")))))
+            << qPrintable(text);
+        ASSERT_TRUE(s_cluster->Restart().isEmpty());
+        EXPECT_TRUE(waitUntil([&] { return !banner->isVisible(); }, 10000));
+        EXPECT_EQ(record.Replicator()->Acknowledged(), 1);
+    }
+    clientcommonlogical::CConfigMgr::Instance()->SetSiteRecord({});
+    QCoreApplication::removeTranslator(&english);
+}
+
+} // namespace

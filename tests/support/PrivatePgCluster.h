@@ -1,0 +1,65 @@
+#pragma once
+// A PostgreSQL cluster private to one test program (Debian's postgresql-15):
+// created in a temporary folder, listening on a free loopback port, user
+// "bt" with a password, optionally with TLS. As root the server runs as the
+// package's "postgres" user (it refuses root). Stopped when destroyed; can
+// be killed with SIGKILL and started again on the same files and port.
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include "clientcommonlogical/CConfigMgr.h"
+
+namespace testsupport {
+
+class PrivatePgCluster {
+public:
+    static constexpr const char* kUser = "bt";
+    static constexpr const char* kPassword = "site-Secret-7";
+
+    PrivatePgCluster();
+    ~PrivatePgCluster();
+
+    // Empty when the server runs, otherwise why not. With certificate and
+    // key (PEM files), TLS is on (clients may still connect without it).
+    QString Start(const QString& certFile = QString(), const QString& keyFile = QString());
+    QString Restart();  // on the same files and port
+    void KillHard();    // SIGKILL to the server and all its processes
+    void Stop();
+
+    int port() const { return m_port; }
+    QString dir() const { return m_dir.path(); }
+    // A site record on this cluster for one station (plain TCP unless sslmode says otherwise).
+    clientcommonlogical::SiteRecordConfig Site(const std::string& station) const;
+    // psql -At with the password; the output, or a null string on failure.
+    QString Psql(const QString& sql) const;
+
+private:
+    QString run(const QStringList& command, bool asServerUser) const;
+    QString startServer();
+    qint64 postmasterPid() const;
+
+    QTemporaryDir m_dir;
+    int m_port = 0;
+    QStringList m_options;
+    bool m_running = false;
+};
+
+// A free loopback port at the moment of asking.
+int freeLoopbackPort();
+
+// A loopback port that takes connections into its backlog and never answers.
+class SilentListener {
+public:
+    SilentListener();
+    ~SilentListener();
+    SilentListener(const SilentListener&) = delete;
+    SilentListener& operator=(const SilentListener&) = delete;
+    int port() const { return m_port; }
+
+private:
+    int m_fd = -1;
+    int m_port = 0;
+};
+
+} // namespace testsupport
