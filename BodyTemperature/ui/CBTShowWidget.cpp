@@ -35,6 +35,7 @@
 #include "ui/CSoundConfigPage.h"
 #include "ui/CTypeConfigPage.h"
 #include "CVoicePlayer.h"
+#include "record/CSiteHistorySource.h"
 #include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CCardHold.h"
@@ -431,6 +432,10 @@ void CBTShowWidget::OnShowReportDialog()
                                                                    : QString());
             }
         options.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
+        // With a site record the window can also search every station's rows.
+        const clientcommonlogical::SiteRecordConfig site = clientcommonlogical::CConfigMgr::Instance()->GetSiteRecord();
+        if (site.IsSet())
+            options.site = std::make_unique<CSiteHistorySource>(site);
         m_pHistoryWindow = new CHistoryWindow(parentWidget() != nullptr ? parentWidget() : this,
             m_pRecord->JournalPath(), m_pRecord->OpenedAt(), std::move(options));
         m_pHistoryWindow->setAttribute(Qt::WA_DeleteOnClose);
