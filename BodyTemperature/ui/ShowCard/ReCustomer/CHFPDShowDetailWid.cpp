@@ -75,7 +75,7 @@ CHFPDShowDetailWid::CHFPDShowDetailWid(QWidget* parent) : QDialog(parent)
     m_pLoader = new CHFPDPictureLoader(this);
     connect(m_pLoader, &CHFPDPictureLoader::SignalThumbLoaded, this, &CHFPDShowDetailWid::onThumbLoaded);
     connect(m_pLoader, &CHFPDPictureLoader::SignalThumbFailed, this, &CHFPDShowDetailWid::onThumbFailed);
-    connect(m_pLoader, &CHFPDPictureLoader::SignalPictureLoaded, this, &CHFPDShowDetailWid::onPictureLoaded);
+    connect(m_pLoader, &CHFPDPictureLoader::SignalPictureDownloaded, this, &CHFPDShowDetailWid::onPictureDownloaded);
     connect(m_pLoader, &CHFPDPictureLoader::SignalPictureFailed, this, &CHFPDShowDetailWid::onPictureFailed);
     buildForm();
 }
@@ -252,11 +252,8 @@ void CHFPDShowDetailWid::OnPictrueClicked(unsigned int uPicLsh)
     m_sceneBytes.clear();
     m_pPicture->Clear();
     m_pPicture->SetMessage(tr("Loading"));
-    m_pPicture->SetFaceRect(QRectF(r.x, r.y, r.width, r.height));
-    m_pCameraLabel->setText(r.cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(r.cameraName));
-    m_pTimeLabel->setText(QString::fromStdString(r.captureTimeText));
-    refreshPropItems(r);
-    m_pLoader->LoadPicture(m_strDeviceId, r.picUrl, m_pPicture->size());
+    // Camera, time and attributes change with the picture, once it has arrived.
+    m_pLoader->LoadPicture(m_strDeviceId, r.picUrl);
 }
 
 void CHFPDShowDetailWid::OnAddFDLibClicked()
@@ -348,22 +345,28 @@ void CHFPDShowDetailWid::onThumbFailed(unsigned int uPicLsh, bool bDownloadFaile
         label->SetFailed(bDownloadFailed ? tr("PictureDownloadFailed") : tr("PictureDamaged"));
 }
 
-void CHFPDShowDetailWid::onPictureLoaded(const QImage& image, const QByteArray& bytes)
+void CHFPDShowDetailWid::onPictureDownloaded(const QByteArray& bytes)
 {
-    m_sceneBytes = bytes;
-    m_pPicture->ShowPicture(image);
-}
-
-void CHFPDShowDetailWid::onPictureFailed(bool bDownloadFailed)
-{
-    if (bDownloadFailed) {
-        m_pPicture->SetMessage(tr("PictureDownloadFailed"));
-        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(
-            tr("IncorrectPortNoPleaseChangeNATInRemoteConfiguration"));
+    const HFPDRecord* r = selectedRecord();
+    if (r == nullptr)
+        return;
+    if (m_pPicture->ShowPictureByBuffer(bytes)) {
+        m_sceneBytes = bytes;
+        m_pPicture->SetFaceRect(QRectF(r->x, r->y, r->width, r->height));
     } else {
         m_pPicture->SetMessage(tr("PictureDamaged"));
         BASE_LOG_DEBUG("Failed to load image");
     }
+    m_pCameraLabel->setText(r->cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(r->cameraName));
+    m_pTimeLabel->setText(QString::fromStdString(r->captureTimeText));
+    refreshPropItems(*r);
+}
+
+void CHFPDShowDetailWid::onPictureFailed()
+{
+    m_pPicture->SetMessage(tr("PictureDownloadFailed"));
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(
+        tr("IncorrectPortNoPleaseChangeNATInRemoteConfiguration"));
 }
 
 } // namespace BodyTemperature

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Base/Log.h"
+#include "PictureDecoder.h"
 
 namespace BodyTemperature {
 
@@ -14,21 +15,17 @@ CPictureWidget::CPictureWidget(QWidget* parent) : QWidget(parent)
 
 bool CPictureWidget::ShowPictureByBuffer(const QByteArray& bytes)
 {
-    QImage image;
-    if (bytes.isEmpty() || !image.loadFromData(bytes)) {
-        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image bytes failed.dwLength: %d", int(bytes.size()));
+    // Scaled once to the widget, so painting does not scale a whole scene again.
+    const QImage image = bytes.isEmpty() ? QImage() : PictureDecoder::Decode(bytes);
+    if (image.isNull()) {
+        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: %d", int(bytes.size()));
         Clear();
         return false;
     }
-    ShowPicture(image);
-    return true;
-}
-
-void CPictureWidget::ShowPicture(const QImage& image)
-{
-    m_image = image;
+    m_image = image.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     m_strMessage.clear();
     update();
+    return true;
 }
 
 void CPictureWidget::SetFaceRect(const QRectF& rect)
