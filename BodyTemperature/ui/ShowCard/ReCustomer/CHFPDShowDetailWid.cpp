@@ -43,6 +43,7 @@ QLabel#m_pNoDetails { color: #8a96a8; font-size: 18px; }
 QPushButton { color: #e6e6e6; background-color: #1b2e48; border: 1px solid #2c4c74; border-radius: 3px; font-size: 14px; }
 QPushButton:hover { background-color: #24406a; }
 QPushButton:disabled { color: #5a6575; background-color: #142235; border-color: #1e3048; }
+QPushButton#pPreviousBtn, QPushButton#pNextBtn { padding: 0 10px; }
 QPushButton#m_pAddBtn { background-color: #0a7fb8; border-color: #0a7fb8; min-height: 34px; font-weight: bold; }
 QPushButton#m_pAddBtn:hover { background-color: #1297d6; }
 QLineEdit { color: #ffffff; background-color: #0b1420; border: 1px solid #2c4c74; border-radius: 3px; font-size: 14px; }
