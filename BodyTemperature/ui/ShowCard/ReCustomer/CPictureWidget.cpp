@@ -15,14 +15,15 @@ CPictureWidget::CPictureWidget(QWidget* parent) : QWidget(parent)
 
 bool CPictureWidget::ShowPictureByBuffer(const QByteArray& bytes)
 {
-    // Scaled once to the widget, so painting does not scale a whole scene again.
-    const QImage image = bytes.isEmpty() ? QImage() : PictureDecoder::Decode(bytes);
+    // Decoded at the widget's size: the GUI thread never holds or scales a
+    // whole scene, and painting does not scale it again.
+    const QImage image = PictureDecoder::DecodeScaled(bytes, size());
     if (image.isNull()) {
         BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: %d", int(bytes.size()));
         Clear();
         return false;
     }
-    m_image = image.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    m_image = image;
     m_strMessage.clear();
     update();
     return true;
