@@ -39,13 +39,17 @@ public:
         return true;
     }
 
-    // The whole picture, or only `clip` of it when given.
-    QImage read(const QRect& clip = QRect())
+    // The whole picture, or only `clip` of it when given; scaled to `scaled`
+    // (aspect ignored) when that is given.
+    QImage read(const QRect& clip = QRect(), const QSize& scaled = QSize())
     {
         if (!clip.isNull())
             m_reader.setClipRect(clip);
+        if (scaled.isValid())
+            m_reader.setScaledSize(scaled);
         QImage image = m_reader.read();
-        if (image.isNull() || (!clip.isNull() && image.size() != clip.size())) {
+        const QSize expected = scaled.isValid() ? scaled : clip.isNull() ? QSize() : clip.size();
+        if (image.isNull() || (expected.isValid() && image.size() != expected)) {
             BASE_LOG_WARN("Picture of %d bytes could not be decoded.", static_cast<int>(m_bytes.size()));
             return QImage();
         }
@@ -88,6 +92,15 @@ QImage Decode(const QByteArray& bytes)
     PictureReader reader(bytes);
     QSize size;
     return reader.checkHeader(&size) ? reader.read() : QImage();
+}
+
+QImage DecodeScaled(const QByteArray& bytes, const QSize& size)
+{
+    if (bytes.isEmpty() || size.isEmpty())
+        return QImage();
+    PictureReader reader(bytes);
+    QSize declared;
+    return reader.checkHeader(&declared) ? reader.read(QRect(), size) : QImage();
 }
 
 QImage DecodeRegion(const QByteArray& bytes, const QRect& crop)

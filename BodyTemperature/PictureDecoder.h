@@ -31,6 +31,11 @@ QRect CropRectFor(const QSize& pictureSize, const protocol::PictureRect& rect);
 // (the refusal is logged).
 QImage Decode(const QByteArray& bytes);
 
+// The whole picture decoded straight to `size` (aspect ignored): a JPEG is
+// read at a reduced scale first, so no full-size picture is decoded to be
+// thrown away. A null image on failure or refusal.
+QImage DecodeScaled(const QByteArray& bytes, const QSize& size);
+
 // The rectangle `crop` (pixels of the whole picture) of the picture, equal
 // pixel for pixel to Decode(bytes).copy(crop): pixels outside the picture are
 // 0. The image reader cuts the rectangle while it decodes, so no picture of

@@ -2348,10 +2348,6 @@
 <context>
     <name>BodyTemperature::CTargetPageController</name>
     <message>
-        <source>/%1</source>
-        <translation>/ %1</translation>
-    </message>
-    <message>
         <source>AllIn</source>
         <translation>Total</translation>
     </message>

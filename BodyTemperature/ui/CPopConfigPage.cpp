@@ -20,7 +20,10 @@
 namespace BodyTemperature {
 namespace {
 
-QString text(const char* key) { return QCoreApplication::translate("CPopConfigPage", key); }
+// The page's texts keep their translation context without the namespace.
+struct PageText {
+    Q_DECLARE_TR_FUNCTIONS(CPopConfigPage)
+};
 
 const char* const kDurationPattern = "[1-9]|[1-9][0-9]|[1-9][0-9][0-9]|1[0-7][0-9][0-9]|1800";
 
@@ -30,20 +33,21 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("PopConfigPage"));
     const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("PopConfigFrame"),
-        text("AlarmPopoverConfigurrXBbmhnE"), text("close"), text("Save"), text("UndoMerge"));
+        PageText::tr("AlarmPopoverConfigurrXBbmhnE"), PageText::tr("close"), PageText::tr("Save"),
+        PageText::tr("UndoMerge"));
     m_pFrame = parts.frame;
     m_pCloseBtn = parts.close;
     m_pSaveBtn = parts.save;
     m_pCancelBtn = parts.cancel;
 
-    m_pNoMaskCheck = new QCheckBox(text("DoNotWearAMaskPopoveDNxNGyNy"), m_pFrame);
+    m_pNoMaskCheck = new QCheckBox(PageText::tr("DoNotWearAMaskPopoveDNxNGyNy"), m_pFrame);
     m_pNoMaskCheck->setObjectName(QStringLiteral("m_pNoMaskCheckBox"));
-    m_pAbnormalCheck = new QCheckBox(text("TemperatureAnomalyPosryPbLRo"), m_pFrame);
+    m_pAbnormalCheck = new QCheckBox(PageText::tr("TemperatureAnomalyPosryPbLRo"), m_pFrame);
     m_pAbnormalCheck->setObjectName(QStringLiteral("m_pAbnormalCheckBox"));
-    m_pAutoCloseCheck = new QCheckBox(text("ThePopoverDisappearszDvdEEjV"), m_pFrame);
+    m_pAutoCloseCheck = new QCheckBox(PageText::tr("ThePopoverDisappearszDvdEEjV"), m_pFrame);
     m_pAutoCloseCheck->setObjectName(QStringLiteral("m_pAutoCloseCheckBox"));
 
-    m_pDurationLabel = new QLabel(text("DurationOfTheFramesaaaxzZiX"), m_pFrame);
+    m_pDurationLabel = new QLabel(PageText::tr("DurationOfTheFramesaaaxzZiX"), m_pFrame);
     m_pDurationLabel->setObjectName(QStringLiteral("m_pDurationLabel"));
     m_pDurationEdit = new QLineEdit(QStringLiteral("5"), m_pFrame);
     m_pDurationEdit->setObjectName(QStringLiteral("m_pDurationEdit"));
@@ -54,8 +58,8 @@ CPopConfigPage::CPopConfigPage(QWidget* parent) : QDialog(parent)
     m_pDurationEdit->setContextMenuPolicy(Qt::NoContextMenu);
     m_pDurationEdit->setAcceptDrops(false);
     m_pDurationEdit->installEventFilter(this);
-    m_pDurationEdit->setToolTip(text("PleaseEnterAPositiveInteger") + QLatin1Char(' ')
-        + text("From%1To%2").arg(QStringLiteral("1"), QStringLiteral("1800")));
+    m_pDurationEdit->setToolTip(PageText::tr("PleaseEnterAPositiveInteger") + QLatin1Char(' ')
+        + PageText::tr("From%1To%2").arg(QStringLiteral("1"), QStringLiteral("1800")));
     m_pDurationEdit->setFixedWidth(120);
 
     auto* durationRow = new QHBoxLayout;
@@ -105,7 +109,7 @@ void CPopConfigPage::onDispearSwich()
 void CPopConfigPage::onClickedOK()
 {
     if (m_pDurationEdit->text().isEmpty()) {
-        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(text("TimeCannotBeEmpty"));
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("TimeCannotBeEmpty"));
         return;
     }
     const bool noMask = m_pNoMaskCheck->isChecked();
@@ -121,12 +125,12 @@ void CPopConfigPage::onClickedOK()
         // On failure the copy keeps the new values: the display uses them for
         // the rest of the run even though the file could not take them.
         if (!CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config)) {
-            VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(text("SaveFailed"));
+            VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("SaveFailed"));
             accept();
             return;
         }
     }
-    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(text("SaveSuccessfulYCFI2BGO"));
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("SaveSuccessfulYCFI2BGO"));
     accept();
 }
 

@@ -20,24 +20,28 @@
 
 namespace BodyTemperature {
 namespace {
-QString text(const char* key) { return QCoreApplication::translate("CSoundConfigPage", key); }
+// The page's texts keep their translation context without the namespace.
+struct PageText {
+    Q_DECLARE_TR_FUNCTIONS(CSoundConfigPage)
+};
 } // namespace
 
 CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("SoundConfigPage"));
     const SettingsDialogFrame parts = MakeSettingsDialogFrame(this, QStringLiteral("SoundConfigFrame"),
-        text("VoiceConfiguration"), text("close"), text("Save"), text("UndoMerge"));
+        PageText::tr("VoiceConfiguration"), PageText::tr("close"), PageText::tr("Save"),
+        PageText::tr("UndoMerge"));
     m_pFrame = parts.frame;
     m_pCloseBtn = parts.close;
     m_pSaveBtn = parts.save;
     m_pCancelBtn = parts.cancel;
 
-    m_pNormalCheck = new QCheckBox(text("NormalBodyTemperaturOwfVDUEE"), m_pFrame);
+    m_pNormalCheck = new QCheckBox(PageText::tr("NormalBodyTemperaturOwfVDUEE"), m_pFrame);
     m_pNormalCheck->setObjectName(QStringLiteral("m_pNormalCheckBox"));
-    m_pAbnormalCheck = new QCheckBox(text("DysthermicSpeechazTNCbEQ"), m_pFrame);
+    m_pAbnormalCheck = new QCheckBox(PageText::tr("DysthermicSpeechazTNCbEQ"), m_pFrame);
     m_pAbnormalCheck->setObjectName(QStringLiteral("m_pAbnormalCheckBox"));
-    m_pNoMaskCheck = new QCheckBox(text("VoiceWithoutMaskNVbxLdpS"), m_pFrame);
+    m_pNoMaskCheck = new QCheckBox(PageText::tr("VoiceWithoutMaskNVbxLdpS"), m_pFrame);
     m_pNoMaskCheck->setObjectName(QStringLiteral("m_pNoMaskCheckBox"));
     m_pNormalPath = makeChooser("m_pNormalPathCombo");
     m_pAbnormalPath = makeChooser("m_pAbnormalPathCombo");
@@ -67,8 +71,8 @@ VantorGUIToolkit::CPathComboBox* CSoundConfigPage::makeChooser(const char* objec
     auto* chooser = new VantorGUIToolkit::CPathComboBox(m_pFrame);
     chooser->setObjectName(QString::fromLatin1(objectName));
     chooser->setFileMode(QFileDialog::ExistingFile);
-    chooser->setDialogTitle(text("OpenAudioFile"));
-    chooser->setFilter(text("AudioFiles") + QStringLiteral("(*.wav)"));
+    chooser->setDialogTitle(PageText::tr("OpenAudioFile"));
+    chooser->setFilter(PageText::tr("AudioFiles") + QStringLiteral("(*.wav)"));
     return chooser;
 }
 
@@ -121,12 +125,12 @@ void CSoundConfigPage::onClickedOK()
         // On failure the copy keeps the new values: the display plays them for
         // the rest of the run even though the file could not take them.
         if (!CBTConfigDB::Instance()->SaveAlarmDisplayConfig(m_config)) {
-            VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(text("SaveFailed"));
+            VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("SaveFailed"));
             accept();
             return;
         }
     }
-    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(text("SaveSuccessfulYCFI2BGO"));
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("SaveSuccessfulYCFI2BGO"));
     accept();
 }
 

@@ -11,7 +11,10 @@
 
 namespace BodyTemperature {
 namespace {
-QString text(const char* key) { return QCoreApplication::translate("CTypeConfigPage", key); }
+// The page's texts keep their translation context without the namespace.
+struct PageText {
+    Q_DECLARE_TR_FUNCTIONS(CTypeConfigPage)
+};
 } // namespace
 
 CTypeConfigPage::CTypeConfigPage(QWidget* parent) : QWidget(parent)
@@ -25,11 +28,11 @@ CTypeConfigPage::CTypeConfigPage(QWidget* parent) : QWidget(parent)
     m_pFrame->setObjectName(QStringLiteral("TypeConfigFrame"));
     ApplySettingsPageLook(m_pFrame);
 
-    m_pComparisonCheck = new QCheckBox(text("FacePictureComparisonAlarm"), m_pFrame);
+    m_pComparisonCheck = new QCheckBox(PageText::tr("FacePictureComparisonAlarm"), m_pFrame);
     m_pComparisonCheck->setObjectName(QStringLiteral("m_pFaceComparisonCheckBox"));
-    m_pTemperatureCheck = new QCheckBox(text("FaceTemperatureCaptureJLMWvg"), m_pFrame);
+    m_pTemperatureCheck = new QCheckBox(PageText::tr("FaceTemperatureCaptureJLMWvg"), m_pFrame);
     m_pTemperatureCheck->setObjectName(QStringLiteral("m_pFaceTemperatureCaptureCheckBox"));
-    m_pCaptureCheck = new QCheckBox(text("FaceCaptureAlarm"), m_pFrame);
+    m_pCaptureCheck = new QCheckBox(PageText::tr("FaceCaptureAlarm"), m_pFrame);
     m_pCaptureCheck->setObjectName(QStringLiteral("m_pFaceCaptureCheckBox"));
 
     auto* inner = new QVBoxLayout(m_pFrame);

@@ -34,6 +34,8 @@ bool FaceDataRecordCfg::Parse(const std::string& text)
     FaceDataRecordCfg rec;
     for (const auto& f : kFields)
         rec.*(f.member) = detail::childText(root, f.tag);
+    rec.bIDNumberSet = detail::child(root, "certificateNumber") != nullptr;
+    rec.bContactSet = detail::child(root, "phoneNumber") != nullptr;
     if (xmlNodePtr ext = detail::child(root, "PersonInfoExtendList"))
         if (!detail::readExtendList(ext, rec.extendList))
             return false;
@@ -48,7 +50,9 @@ std::string FaceDataRecordCfg::StructToXML(const FaceDataRecordCfg& record)
     for (const auto& f : kFields) {
         const std::string& v = record.*(f.member);
         const bool escaped = record.bTextEscaped && f.member == &FaceDataRecordCfg::name;
-        if (!v.empty())
+        const bool given = (f.member == &FaceDataRecordCfg::idNumber && record.bIDNumberSet)
+            || (f.member == &FaceDataRecordCfg::contact && record.bContactSet);
+        if (!v.empty() || given)
             xml += std::string("<") + f.tag + ">" + (escaped ? v : detail::xmlEscape(v)) + "</" + f.tag + ">";
     }
     xml += detail::writeExtendList(record.extendList, record.bTextEscaped);

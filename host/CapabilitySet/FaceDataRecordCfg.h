@@ -30,6 +30,11 @@ public:
     std::string PID;
     std::string picURL;
     std::vector<PersonInfoExtendCfg> extendList;
+    // The ID number and the contact were given: StructToXML writes them even
+    // when empty (a form that offers the contact stores what was typed, also
+    // nothing). Parse sets them when the document carries the element.
+    bool bIDNumberSet = false;
+    bool bContactSet = false;
     // Set by forms that escape what the user typed themselves: name and the
     // extension names and values then already hold XML text and StructToXML
     // writes them unchanged (every other field is always escaped).

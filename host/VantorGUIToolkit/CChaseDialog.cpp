@@ -11,7 +11,12 @@ namespace VantorGUIToolkit {
 
 namespace {
 const char* const kCancel = QT_TRANSLATE_NOOP("VantorGUIToolkit::CChaseDialog", "Cancel");
-}
+// The text keys callers pass, marked here so their translations stay in this
+// dialog's context.
+[[maybe_unused]] const char* const kCallerKeys[] = {
+    QT_TRANSLATE_NOOP("VantorGUIToolkit::CChaseDialog", "Processing"),
+};
+} // namespace
 
 CChaseDialog::CChaseDialog(const QString& animationFile, const char* textKey, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)

@@ -145,6 +145,7 @@ TEST(PictureDecoder, SizeLimitsAreCheckedOnTheHeader)
         if (!r.allowed) {  // refused, not decoded from a forged header
             EXPECT_TRUE(PictureDecoder::Decode(jpeg).isNull()) << r.w << "x" << r.h;
             EXPECT_TRUE(PictureDecoder::DecodeRegion(jpeg, QRect(10, 10, 30, 30)).isNull()) << r.w << "x" << r.h;
+            EXPECT_TRUE(PictureDecoder::DecodeScaled(jpeg, QSize(32, 24)).isNull()) << r.w << "x" << r.h;
         }
     }
     QFile log(QString::fromStdString(Base::Log::CurrentFile()));
@@ -166,6 +167,10 @@ TEST(PictureDecoder, BrokenAndForeignPictures)
     EXPECT_TRUE(PictureDecoder::Decode(QByteArray("not a picture")).isNull());
     const QByteArray jpeg = EncodeWithLibjpeg(picture, kPlain420);
     EXPECT_TRUE(PictureDecoder::DecodeRegion(jpeg.left(20), QRect(0, 0, 10, 10)).isNull());
+    // Decoded straight to a size, whatever the picture's own proportions.
+    EXPECT_EQ(PictureDecoder::DecodeScaled(jpeg, QSize(20, 45)).size(), QSize(20, 45));
+    EXPECT_EQ(PictureDecoder::DecodeScaled(png, QSize(160, 30)).size(), QSize(160, 30));
+    EXPECT_TRUE(PictureDecoder::DecodeScaled(QByteArray("not a picture"), QSize(20, 45)).isNull());
 }
 
 } // namespace

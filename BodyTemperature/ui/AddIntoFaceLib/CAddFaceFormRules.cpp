@@ -15,9 +15,7 @@ CAddFaceFormRules::Rows CAddFaceFormRules::RowsFor(const CapabilitySet::FaceData
     rows.region = regionMode == 1 && cap.bRegion;
     rows.contact = cap.bContact;
     rows.birthDate = cap.bBirthDate;
-    for (const auto& item : extend.empty() ? cap.extendList : extend)
-        if (item.enable)
-            rows.extend.push_back(item);
+    rows.extend = extend;
     return rows;
 }
 

@@ -23,11 +23,11 @@ public:
         bool region = false;  // province and city
         bool contact = false;
         bool birthDate = false;
-        std::vector<CapabilitySet::PersonInfoExtendCfg> extend;  // enabled items only
+        std::vector<CapabilitySet::PersonInfoExtendCfg> extend;
     };
 
-    // Rows for a capability; extend is the library's list of extended items
-    // (the capability's own list when the library gave none).
+    // Rows for a capability; extend is the chosen library's list of extended
+    // items, one row each as the device lists them.
     static Rows RowsFor(const CapabilitySet::FaceDataLibraryCap& cap, int regionMode,
         const std::vector<CapabilitySet::PersonInfoExtendCfg>& extend);
 

@@ -381,10 +381,14 @@ void CBTAddFaceWnd::OnApply()
             return;
         }
         record.idNumber = number.toStdString();
+        record.bIDNumberSet = !number.isEmpty();
     }
     record.FDID = m_pFaceLibCombo->currentData().toString().toStdString();
-    if (rows.contact)
+    if (rows.contact) {
+        // An offered contact counts as given, also when left empty.
         record.contact = m_pContactEdit->text().toStdString();
+        record.bContactSet = true;
+    }
     if (rows.region) {
         record.province = CBTFaceDataPublic::GetRegionCode(m_pProvinceCombo);
         record.city = record.province.empty() ? std::string() : CBTFaceDataPublic::GetRegionCode(m_pCityCombo);

@@ -114,10 +114,8 @@ bool CInportFaceDataRecordThread::upload()
     }
     if (state <= 2 && state != -1)
         return true;
-    // The communication layer leaves the device's sub-status in the error pair.
-    const auto err = Base::Error::GetLastError();
-    m_iFirstCode = err.first;
-    m_iSecondCode = err.second;
+    // The error pair stays as it was: a failed state picks its message from
+    // the state table, and a sub-status left behind must not outrank it.
     m_uUploadState = uint32_t(state);
     if (state == 10) {
         m_bLibraryFull = true;

@@ -72,10 +72,11 @@ void CComparisonDetail::SetAlarmInfo(const AlarmShowInfo& info)
 
     ui.m_attributeCaptions[7]->setVisible(c.showTemperatureState);
     ui.m_attributeValues[7]->setVisible(c.showTemperatureState);
-    ui.m_pTemperatureStateIcon->setVisible(c.showTemperatureState && c.temperatureStateCode >= 0);
-    ui.m_pTemperatureStateIcon->setStyleSheet(c.temperatureStateCode == 1
-                                                  ? QStringLiteral("background-color: #FF4C1F; border-radius: 5px;")
-                                                  : QStringLiteral("background-color: #19DF7B; border-radius: 5px;"));
+    ui.m_pTemperatureStateIcon->setVisible(c.showTemperatureState);
+    // A code the table does not know shows "/" beside a neutral dot.
+    const char* const dot = c.temperatureStateCode == 1 ? "#FF4C1F" : c.temperatureStateCode == 0 ? "#19DF7B" : "#8A96A8";
+    ui.m_pTemperatureStateIcon->setStyleSheet(
+        QStringLiteral("background-color: %1; border-radius: 5px;").arg(QLatin1String(dot)));
 
     ui.m_pComparisonFrame->setVisible(!c.capture);
     ui.m_pPersonFrame->setVisible(!c.capture);

@@ -134,13 +134,9 @@ CDetailContent CDetailContent::From(const AlarmShowInfo& info)
         c.attributes[4] = AttributeText(Attribute::Expression, face->Expression);
         c.attributes[5] = AttributeText(Attribute::Beard, face->Beard);
         c.attributes[6] = AttributeText(Attribute::Hat, face->Hat);
-        // A face that was not measured has no temperature state, whatever
-        // its anomaly code says.
-        if (face->TemperatureEnabled == 1) {
-            c.attributes[7] = AttributeText(Attribute::TemperatureState, face->TemperatureAnomaly);
-            if (face->TemperatureAnomaly <= 1)
-                c.temperatureStateCode = static_cast<int>(face->TemperatureAnomaly);
-        }
+        c.attributes[7] = AttributeText(Attribute::TemperatureState, face->TemperatureAnomaly);
+        if (face->TemperatureAnomaly <= 1)
+            c.temperatureStateCode = static_cast<int>(face->TemperatureAnomaly);
     }
 
     const protocol::PeopleInfo& people = comparison.people;

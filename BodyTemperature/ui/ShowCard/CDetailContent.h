@@ -44,7 +44,7 @@ public:
 
     // Face attributes (page 0), in the order of Attribute.
     std::array<QString, 8> attributes;
-    int temperatureStateCode = -1;  // the face's code when measured, else -1
+    int temperatureStateCode = -1;  // the face block's code when it is 0 or 1, else -1
     // Matched person (page 1).
     QString personName, contact, idType, idNo, birthDate, listName, personGender, personMask;
     std::array<QString, 4> extendNames, extendValues;

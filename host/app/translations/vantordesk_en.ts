@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
-    <name>QObject</name>
-    <message>
-        <source>EpidemicPreventionAnHjjMjujt</source>
-        <translation>Epidemic prevention</translation>
-    </message>
-</context>
-<context>
     <name>CHostMainWindow</name>
     <message>
         <source>No module loaded</source>
@@ -146,6 +139,24 @@
     <message>
         <source>Cancel</source>
         <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>aiguitoolkit::CAIExpandTreeView</name>
+    <message>
+        <source>ExpandAll</source>
+        <translation>Expand all</translation>
+    </message>
+    <message>
+        <source>CollapseAll</source>
+        <translation>Collapse all</translation>
+    </message>
+</context>
+<context>
+    <name>aiguitoolkit::CCutNumFrame</name>
+    <message>
+        <source>%1Windows</source>
+        <translation>%1 windows</translation>
     </message>
 </context>
 </TS>

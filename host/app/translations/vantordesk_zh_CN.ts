@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
-    <name>QObject</name>
-    <message>
-        <source>EpidemicPreventionAnHjjMjujt</source>
-        <translation>防疫测温</translation>
-    </message>
-</context>
-<context>
     <name>CHostMainWindow</name>
     <message>
         <source>No module loaded</source>
@@ -146,6 +139,24 @@
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>aiguitoolkit::CAIExpandTreeView</name>
+    <message>
+        <source>ExpandAll</source>
+        <translation>全部展开</translation>
+    </message>
+    <message>
+        <source>CollapseAll</source>
+        <translation>全部折叠</translation>
+    </message>
+</context>
+<context>
+    <name>aiguitoolkit::CCutNumFrame</name>
+    <message>
+        <source>%1Windows</source>
+        <translation>%1画面</translation>
     </message>
 </context>
 </TS>

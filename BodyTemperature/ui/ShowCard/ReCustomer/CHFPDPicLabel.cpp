@@ -14,6 +14,10 @@ CHFPDPicLabel::CHFPDPicLabel(unsigned int uPicLsh, const QString& strTime, QWidg
     : QWidget(parent), m_uPicLsh(uPicLsh), m_strTime(strTime)
 {
     setObjectName(QStringLiteral("CHFPDPicLabel"));
+    // Kept exactly as the style was given, misspelled property and all: it
+    // has no effect, the thumbnail paints its own background.
+    setStyleSheet(QStringLiteral(
+        "CHFPDPicLabel{boder-image:url(:/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
     Reset(uPicLsh, strTime);

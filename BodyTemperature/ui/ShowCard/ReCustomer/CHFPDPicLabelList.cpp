@@ -14,10 +14,6 @@ CHFPDPicLabelList::CHFPDPicLabelList(QWidget* parent) : QWidget(parent)
     m_pGrid->setContentsMargins(0, 0, 0, 0);
     m_pGrid->setSpacing(4);
     m_pGrid->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    // The property name is spelled so in the product's style; it has no effect
-    // and the thumbnails paint their own background.
-    setStyleSheet(QStringLiteral(
-        "CHFPDPicLabel{boder-image:url(:/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
 }
 
 void CHFPDPicLabelList::SetGeometryOfLabels(const QSize& thumb, int spacing, int columns)

@@ -61,24 +61,21 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
     }
 }
 
-void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::string& reference, const QSize& size)
+void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::string& reference)
 {
     const Flag cancelled = renew(m_pictureCancelled);
-    QtConcurrent::run(&m_pool, [this, cancelled, deviceId, reference, size] {
+    QtConcurrent::run(&m_pool, [this, cancelled, deviceId, reference] {
         if (cancelled->load())
             return;
         QByteArray bytes;
         const bool downloaded = commlayer::CDeviceDownloadsComm::request(reference, deviceId, bytes, kTimeoutMs);
-        QImage image;
-        if (downloaded && image.loadFromData(bytes))
-            image = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        QMetaObject::invokeMethod(this, [this, cancelled, image, bytes, downloaded] {
+        QMetaObject::invokeMethod(this, [this, cancelled, bytes, downloaded] {
             if (cancelled->load())
                 return;
-            if (image.isNull())
-                emit SignalPictureFailed(!downloaded);
+            if (downloaded)
+                emit SignalPictureDownloaded(bytes);
             else
-                emit SignalPictureLoaded(image, bytes);
+                emit SignalPictureFailed();
         }, Qt::QueuedConnection);
     });
 }

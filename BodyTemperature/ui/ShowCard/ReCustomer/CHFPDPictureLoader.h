@@ -1,6 +1,7 @@
 #pragma once
-// Downloads and decodes the pictures of the frequent-person detail view on
-// its own small thread pool, so a page of thumbnails never blocks the view.
+// Downloads the pictures of the frequent-person detail view on its own small
+// thread pool, so a page of thumbnails never blocks the view. Thumbnails are
+// decoded there too; the one large picture is handed over as downloaded.
 // A new page (or a new large picture) abandons what the previous one still
 // had queued; results of abandoned requests are dropped. Results arrive as
 // signals on the GUI thread. Owned by the detail view; the destructor cancels
@@ -30,15 +31,14 @@ public:
 
     // Thumbnails are scaled to cover size (aspect kept) on the worker.
     void LoadThumbs(const std::string& deviceId, const std::vector<Thumb>& thumbs, const QSize& size);
-    // The picture is scaled to size (aspect ignored) on the worker.
-    void LoadPicture(const std::string& deviceId, const std::string& reference, const QSize& size);
+    void LoadPicture(const std::string& deviceId, const std::string& reference);
 
 signals:
     // bytes: the picture as downloaded (kept for adding the face to a library).
     void SignalThumbLoaded(unsigned int uPicLsh, const QImage& image, const QByteArray& bytes);
     void SignalThumbFailed(unsigned int uPicLsh, bool bDownloadFailed);
-    void SignalPictureLoaded(const QImage& image, const QByteArray& bytes);
-    void SignalPictureFailed(bool bDownloadFailed);
+    void SignalPictureDownloaded(const QByteArray& bytes);
+    void SignalPictureFailed();
 
 private:
     using Flag = std::shared_ptr<std::atomic<bool>>;

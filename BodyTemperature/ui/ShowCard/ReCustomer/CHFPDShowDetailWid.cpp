@@ -43,6 +43,7 @@ QLabel#m_pNoDetails { color: #8a96a8; font-size: 18px; }
 QPushButton { color: #e6e6e6; background-color: #1b2e48; border: 1px solid #2c4c74; border-radius: 3px; font-size: 14px; }
 QPushButton:hover { background-color: #24406a; }
 QPushButton:disabled { color: #5a6575; background-color: #142235; border-color: #1e3048; }
+QPushButton#pPreviousBtn, QPushButton#pNextBtn { padding: 0 10px; }
 QPushButton#m_pAddBtn { background-color: #0a7fb8; border-color: #0a7fb8; min-height: 34px; font-weight: bold; }
 QPushButton#m_pAddBtn:hover { background-color: #1297d6; }
 QLineEdit { color: #ffffff; background-color: #0b1420; border: 1px solid #2c4c74; border-radius: 3px; font-size: 14px; }
@@ -75,7 +76,7 @@ CHFPDShowDetailWid::CHFPDShowDetailWid(QWidget* parent) : QDialog(parent)
     m_pLoader = new CHFPDPictureLoader(this);
     connect(m_pLoader, &CHFPDPictureLoader::SignalThumbLoaded, this, &CHFPDShowDetailWid::onThumbLoaded);
     connect(m_pLoader, &CHFPDPictureLoader::SignalThumbFailed, this, &CHFPDShowDetailWid::onThumbFailed);
-    connect(m_pLoader, &CHFPDPictureLoader::SignalPictureLoaded, this, &CHFPDShowDetailWid::onPictureLoaded);
+    connect(m_pLoader, &CHFPDPictureLoader::SignalPictureDownloaded, this, &CHFPDShowDetailWid::onPictureDownloaded);
     connect(m_pLoader, &CHFPDPictureLoader::SignalPictureFailed, this, &CHFPDShowDetailWid::onPictureFailed);
     buildForm();
 }
@@ -252,11 +253,8 @@ void CHFPDShowDetailWid::OnPictrueClicked(unsigned int uPicLsh)
     m_sceneBytes.clear();
     m_pPicture->Clear();
     m_pPicture->SetMessage(tr("Loading"));
-    m_pPicture->SetFaceRect(QRectF(r.x, r.y, r.width, r.height));
-    m_pCameraLabel->setText(r.cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(r.cameraName));
-    m_pTimeLabel->setText(QString::fromStdString(r.captureTimeText));
-    refreshPropItems(r);
-    m_pLoader->LoadPicture(m_strDeviceId, r.picUrl, m_pPicture->size());
+    // Camera, time and attributes change with the picture, once it has arrived.
+    m_pLoader->LoadPicture(m_strDeviceId, r.picUrl);
 }
 
 void CHFPDShowDetailWid::OnAddFDLibClicked()
@@ -348,22 +346,28 @@ void CHFPDShowDetailWid::onThumbFailed(unsigned int uPicLsh, bool bDownloadFaile
         label->SetFailed(bDownloadFailed ? tr("PictureDownloadFailed") : tr("PictureDamaged"));
 }
 
-void CHFPDShowDetailWid::onPictureLoaded(const QImage& image, const QByteArray& bytes)
+void CHFPDShowDetailWid::onPictureDownloaded(const QByteArray& bytes)
 {
-    m_sceneBytes = bytes;
-    m_pPicture->ShowPicture(image);
-}
-
-void CHFPDShowDetailWid::onPictureFailed(bool bDownloadFailed)
-{
-    if (bDownloadFailed) {
-        m_pPicture->SetMessage(tr("PictureDownloadFailed"));
-        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(
-            tr("IncorrectPortNoPleaseChangeNATInRemoteConfiguration"));
+    const HFPDRecord* r = selectedRecord();
+    if (r == nullptr)
+        return;
+    if (m_pPicture->ShowPictureByBuffer(bytes)) {
+        m_sceneBytes = bytes;
+        m_pPicture->SetFaceRect(QRectF(r->x, r->y, r->width, r->height));
     } else {
         m_pPicture->SetMessage(tr("PictureDamaged"));
         BASE_LOG_DEBUG("Failed to load image");
     }
+    m_pCameraLabel->setText(r->cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(r->cameraName));
+    m_pTimeLabel->setText(QString::fromStdString(r->captureTimeText));
+    refreshPropItems(*r);
+}
+
+void CHFPDShowDetailWid::onPictureFailed()
+{
+    m_pPicture->SetMessage(tr("PictureDownloadFailed"));
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(
+        tr("IncorrectPortNoPleaseChangeNATInRemoteConfiguration"));
 }
 
 } // namespace BodyTemperature

@@ -59,8 +59,8 @@ private:
     const HFPDRecord* selectedRecord() const;
     void onThumbLoaded(unsigned int uPicLsh, const QImage& image, const QByteArray& bytes);
     void onThumbFailed(unsigned int uPicLsh, bool bDownloadFailed);
-    void onPictureLoaded(const QImage& image, const QByteArray& bytes);
-    void onPictureFailed(bool bDownloadFailed);
+    void onPictureDownloaded(const QByteArray& bytes);
+    void onPictureFailed();
 
     HFPDRecordList m_records;
     std::string m_strDeviceId;

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Base/Log.h"
+#include "PictureDecoder.h"
 
 namespace BodyTemperature {
 
@@ -14,21 +15,18 @@ CPictureWidget::CPictureWidget(QWidget* parent) : QWidget(parent)
 
 bool CPictureWidget::ShowPictureByBuffer(const QByteArray& bytes)
 {
-    QImage image;
-    if (bytes.isEmpty() || !image.loadFromData(bytes)) {
-        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image bytes failed.dwLength: %d", int(bytes.size()));
+    // Decoded at the widget's size: the GUI thread never holds or scales a
+    // whole scene, and painting does not scale it again.
+    const QImage image = PictureDecoder::DecodeScaled(bytes, size());
+    if (image.isNull()) {
+        BASE_LOG_DEBUG("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: %d", int(bytes.size()));
         Clear();
         return false;
     }
-    ShowPicture(image);
-    return true;
-}
-
-void CPictureWidget::ShowPicture(const QImage& image)
-{
     m_image = image;
     m_strMessage.clear();
     update();
+    return true;
 }
 
 void CPictureWidget::SetFaceRect(const QRectF& rect)

@@ -14,10 +14,10 @@ class CPictureWidget final : public QWidget {
 public:
     explicit CPictureWidget(QWidget* parent = nullptr);
 
-    // Decodes an encoded picture; false (and the picture cleared) when it does not load.
+    // Decodes an encoded picture (size-checked like every picture from a
+    // device) and scales it to the widget; false (and the picture cleared)
+    // when it does not load.
     bool ShowPictureByBuffer(const QByteArray& bytes);
-    // A picture decoded elsewhere (a download task).
-    void ShowPicture(const QImage& image);
     // All zero: no rectangle.
     void SetFaceRect(const QRectF& rect);
     // Text drawn in place of a picture (loading, failure); empty for none.

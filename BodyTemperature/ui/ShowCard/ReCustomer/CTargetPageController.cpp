@@ -22,13 +22,26 @@ QIcon twoStateIcon(const QString& normal, const QString& disabled)
     return icon;
 }
 
-QPushButton* pagerButton(QWidget* parent, const char* name, const QString& tip)
+// First and last show an icon and name themselves in a tool tip; previous
+// and next show their names.
+QPushButton* pagerButton(QWidget* parent, const char* name, const QString& tip, const QIcon& icon)
 {
     auto* b = new QPushButton(parent);
     b->setObjectName(QLatin1String(name));
     b->setToolTip(tip);
+    b->setIcon(icon);
     b->setFixedSize(32, 28);
     b->setIconSize(QSize(16, 16));
+    b->setCursor(Qt::PointingHandCursor);
+    return b;
+}
+
+QPushButton* pagerButton(QWidget* parent, const char* name, const QString& text)
+{
+    auto* b = new QPushButton(text, parent);
+    b->setObjectName(QLatin1String(name));
+    b->setFixedHeight(28);
+    b->setMinimumWidth(32);
     b->setCursor(Qt::PointingHandCursor);
     return b;
 }
@@ -46,14 +59,12 @@ CTargetPageController::CTargetPageController(QWidget* parent) : QWidget(parent)
     row->addWidget(m_pCountLabel);
     row->addStretch(1);
 
-    m_pHomePageBtn = pagerButton(this, "pHomePageBtn", tr("FirstPage"));
-    m_pHomePageBtn->setIcon(twoStateIcon(QStringLiteral("HomePage.png"), QStringLiteral("HomePageDisabled.png")));
+    m_pHomePageBtn = pagerButton(this, "pHomePageBtn", tr("FirstPage"),
+        twoStateIcon(QStringLiteral("HomePage.png"), QStringLiteral("HomePageDisabled.png")));
     m_pPreviousBtn = pagerButton(this, "pPreviousBtn", tr("PrevPage"));
-    m_pPreviousBtn->setText(QStringLiteral("\u2039"));
     m_pNextBtn = pagerButton(this, "pNextBtn", tr("NextPage"));
-    m_pNextBtn->setText(QStringLiteral("\u203A"));
-    m_pLastPageBtn = pagerButton(this, "pLastPageBtn", tr("LastPage"));
-    m_pLastPageBtn->setIcon(twoStateIcon(QStringLiteral("LastPage.png"), QStringLiteral("LastPageDisabled.png")));
+    m_pLastPageBtn = pagerButton(this, "pLastPageBtn", tr("LastPage"),
+        twoStateIcon(QStringLiteral("LastPage.png"), QStringLiteral("LastPageDisabled.png")));
     m_pGoToLabel = new QLabel(tr("GoTo"), this);
     m_pGoToLabel->setObjectName(QStringLiteral("m_pGoToLabel"));
     m_pPageEdit = new QLineEdit(this);
@@ -87,7 +98,8 @@ void CTargetPageController::SetPageInfo(unsigned int uPageCount, unsigned int uR
     m_uCurrentPage = 1;
     m_pCountLabel->setText(tr("AllIn") + QLatin1Char(' ') + QString::number(uRecordCount) + QLatin1Char(' ')
         + tr("Records"));
-    m_pPageLabel->setText(tr("/%1").arg(m_uPageCount) + tr("Page"));
+    // The "/count" part is a fixed format, not a text to translate.
+    m_pPageLabel->setText(QStringLiteral("/%1").arg(m_uPageCount) + tr("Page"));
     m_pPageValidator->setRange(1, int(m_uPageCount));
     m_pPageEdit->clear();
     updateButtons();

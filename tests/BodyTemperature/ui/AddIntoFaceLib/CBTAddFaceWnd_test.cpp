@@ -108,17 +108,23 @@ TEST_F(AddFaceWndTest, RowsFollowTheDeviceAndTheRegionMode)
         const char* caps;
         int regionMode;
         bool gender, idType, idNumber, region, contact, birth;
-        int extend;
+        int extend;  // one row per item the library lists, enabled or not
+        bool libraryListFails;
     };
     const Row rows[] = {
-        {"everything", kEverything, 1, true, true, true, true, true, true, 2},
-        {"everything, other region mode", kEverything, 0, true, true, true, false, true, true, 2},
-        {"nothing", kNothing, 1, false, false, false, false, false, false, 3},  // the device's own extended list
-        {"no ID type", kNoIDType, 1, true, false, true, true, true, true, 2},
+        {"everything", kEverything, 1, true, true, true, true, true, true, 3, false},
+        {"everything, other region mode", kEverything, 0, true, true, true, false, true, true, 3, false},
+        {"nothing", kNothing, 1, false, false, false, false, false, false, 3, false},
+        {"no ID type", kNoIDType, 1, true, false, true, true, true, true, 3, false},
+        // The capability's own list does not stand in for the library's.
+        {"library lists nothing", kNoNameRule, 1, false, false, false, false, true, false, 0, true},
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
         setCaps(r.caps);
+        s_sim->control("DELETE", "/control/fault");
+        if (r.libraryListFails)
+            fault("/DVAPI/Intelligent/faceContrast/personInfoExtend/FDID/", R"("status":500)");
         clientcommonlogical::CConfigMgr::Instance()->SetRegionMode(r.regionMode);
         auto* dlg = new CBTAddFaceWnd(&m_page);
         ASSERT_TRUE(dlg->SetFacePicture(s_face));
@@ -133,8 +139,7 @@ TEST_F(AddFaceWndTest, RowsFollowTheDeviceAndTheRegionMode)
         for (int i = 1; i <= 4; ++i)
             if (auto* edit = dlg->findChild<QWidget*>(QStringLiteral("m_pExtendEdit%1").arg(i)))
                 extend += edit->isVisibleTo(dlg) ? 1 : 0;
-        // The emulator's libraries list two enabled items of three.
-        EXPECT_EQ(extend, r.extend == 3 ? 2 : r.extend);
+        EXPECT_EQ(extend, r.extend);
         // Libraries of unknown faces are not offered.
         auto* libs = child<QComboBox>(dlg, "m_pFaceLibCombo");
         for (int i = 0; i < libs->count(); ++i)
@@ -152,12 +157,16 @@ TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
         QString person;
         QString contact;
         QString extend;
+        const char* idTyped;  // when the device offers the ID number
+        const char* idSent;
     };
     const Row rows[] = {
         {"device rules", kEverything, QString::fromUtf8("O'Neil & \xe5\xbc\xa0\xe4\xb8\x89 &amp;"),
-            QStringLiteral("\"q\" <a&b>"), longValue},
+            QStringLiteral("\"q\" <a&b>"), longValue, "AB12-3456", "AB123456"},  // "-" refused
         {"no name rule", kNoNameRule, QString(longValue).replace(QLatin1Char(' '), QLatin1Char('x')),
-            QStringLiteral("'<>&\"").repeated(10), QString::fromUtf8("\xe7\xa0\x94\xe5\x8f\x91 R&D <1>")},
+            QStringLiteral("'<>&\"").repeated(10), QString::fromUtf8("\xe7\xa0\x94\xe5\x8f\x91 R&D <1>"), "", ""},
+        // An offered contact is sent even when empty; an empty ID number is not.
+        {"empty contact and number", kEverything, QStringLiteral("Li"), QString(), QStringLiteral("x"), "", ""},
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
@@ -175,7 +184,7 @@ TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
         if (full) {
             child<QComboBox>(dlg, "m_pGenderCombo")->setCurrentIndex(1);
             child<QComboBox>(dlg, "m_pIDTypeCombo")->setCurrentIndex(2);
-            typeText(child<QLineEdit>(dlg, "m_pIDNoEdit"), QStringLiteral("AB12-3456"));  // "-" refused
+            typeText(child<QLineEdit>(dlg, "m_pIDNoEdit"), QLatin1String(r.idTyped));
             auto* province = child<QComboBox>(dlg, "m_pProvinceCombo");
             province->setCurrentIndex(province->findData(44));  // from the device's city table
             auto* city = child<QComboBox>(dlg, "m_pCityCombo");
@@ -194,13 +203,15 @@ TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
         ASSERT_TRUE(stored.bValid) << recs.back()["xml"].get<std::string>();
         EXPECT_EQ(QString::fromStdString(stored.name), r.person);
         EXPECT_EQ(QString::fromStdString(stored.contact), r.contact);
+        EXPECT_TRUE(stored.bContactSet);
+        EXPECT_EQ(stored.bIDNumberSet, *r.idSent != '\0');
         ASSERT_FALSE(stored.extendList.empty());
         EXPECT_EQ(QString::fromStdString(stored.extendList[0].value), r.extend);
         EXPECT_EQ(stored.extendList[0].name, "Department");
         if (full) {
             EXPECT_EQ(stored.gender, "female");
             EXPECT_EQ(stored.idType, "passportID");
-            EXPECT_EQ(stored.idNumber, "AB123456");
+            EXPECT_EQ(stored.idNumber, r.idSent);
             EXPECT_EQ(std::tie(stored.province, stored.city), std::make_tuple(std::string("44"), std::string("03")));
             EXPECT_EQ(stored.birthDate, "2000-01-01T00:00:00");
         }

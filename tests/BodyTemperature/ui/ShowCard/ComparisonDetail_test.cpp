@@ -102,19 +102,24 @@ TEST(DetailContent, ValueTablesByAttributeFamily)
 TEST(ComparisonDetail, ArrangementByEventType)
 {
     const struct {
-        uint32_t kind; const char* title; int page, firstX; bool comparison, scene, temperatureRow;
+        uint32_t kind; const char* title; int page, firstX; bool comparison, scene, temperatureRow, faceMeasured;
     } rows[] = {
-        {0, "FacePictureComparisonInformation", 1, 1, true, false, false},
-        {1, "FacePictureComparisonInformation", 0, 1, true, false, false},
-        {2, "FacePictureComparisonInformation", 0, 1, true, false, false},
-        {3, "FaceSnapDetail", 0, 210, false, true, false},
-        {4, "FaceTemperatureCaptuTpwUkAkA", 0, 210, false, true, true},
-        {9, "FacePictureComparisonInformation", 1, 1, true, false, false},
+        {0, "FacePictureComparisonInformation", 1, 1, true, false, false, true},
+        {1, "FacePictureComparisonInformation", 0, 1, true, false, false, true},
+        {2, "FacePictureComparisonInformation", 0, 1, true, false, false, true},
+        {3, "FaceSnapDetail", 0, 210, false, true, false, true},
+        {4, "FaceTemperatureCaptuTpwUkAkA", 0, 210, false, true, true, true},
+        // The face block's state code shows whether or not its own measured flag is set.
+        {4, "FaceTemperatureCaptuTpwUkAkA", 0, 210, false, true, true, false},
+        {9, "FacePictureComparisonInformation", 1, 1, true, false, false, true},
     };
     for (const auto& r : rows) {
-        SCOPED_TRACE(testing::Message() << "kind " << r.kind);
+        SCOPED_TRACE(testing::Message() << "kind " << r.kind << (r.faceMeasured ? "" : ", face not measured"));
+        AlarmShowInfo info = Record(r.kind);
+        if (!r.faceMeasured)
+            info.faceInfoList.front().TemperatureEnabled = 0;
         CComparisonDetail dialog;
-        dialog.SetAlarmInfo(Record(r.kind));
+        dialog.SetAlarmInfo(info);
         EXPECT_EQ(dialog.objectName(), QStringLiteral("ComparisonDetailClass"));
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("FacePictureComparisonInformation"));
         EXPECT_EQ(Text(dialog, "m_pTitleLbl"), QLatin1String(r.title));

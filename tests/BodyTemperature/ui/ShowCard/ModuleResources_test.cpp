@@ -1,6 +1,7 @@
 // Every picture and style sheet path the module names exists in its
-// resources, and every translation key it looks up has an English and a
-// Chinese text in its own translation context.
+// resources; lupdate run over the module and the host would keep every
+// translation entry, and every key they mark has a finished English and
+// Chinese text in its translation context.
 #include <QDirIterator>
 #include <QFile>
 #include <QLibraryInfo>
@@ -10,7 +11,6 @@
 #include <QTranslator>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
-#include <map>
 #include <set>
 
 #include "support/TestSupport.h"
@@ -70,19 +70,21 @@ TEST(ModuleResources, TranslationsAreEmbeddedForBothLanguages)
     }
 }
 
-using Keys = std::map<QString, std::set<QString>>;  // context -> source keys
+// What lupdate would do to a translation file: entries it would drop (no
+// longer found in the code) and keys without a finished translation (new in
+// the code, or never translated).
+struct TsFindings {
+    QStringList dropped, untranslated;
+};
 
-// Messages of a .ts file; with `translatedOnly`, only those with a finished,
-// non-empty translation.
-Keys ReadTs(const QString& file, bool translatedOnly)
+TsFindings ReadUpdatedTs(const QString& file)
 {
-    Keys keys;
+    TsFindings found;
     QFile f(file);
     if (!f.open(QIODevice::ReadOnly))
-        return keys;
+        return found;
     QXmlStreamReader xml(&f);
-    QString context, source, translation;
-    bool unfinished = false;
+    QString context, source, translation, type;
     while (!xml.atEnd()) {
         xml.readNext();
         if (xml.isStartElement()) {
@@ -91,47 +93,68 @@ Keys ReadTs(const QString& file, bool translatedOnly)
             else if (xml.name() == QLatin1String("source"))
                 source = xml.readElementText();
             else if (xml.name() == QLatin1String("translation")) {
-                unfinished = xml.attributes().value(QLatin1String("type")) == QLatin1String("unfinished");
+                type = xml.attributes().value(QLatin1String("type")).toString();
                 translation = xml.readElementText();
             }
         } else if (xml.isEndElement() && xml.name() == QLatin1String("message")) {
-            if (!translatedOnly || (!unfinished && !translation.trimmed().isEmpty()))
-                keys[context].insert(source);
-            source.clear();
+            const QString entry = context + QStringLiteral(": \"") + source + QLatin1Char('"');
+            if (type == QLatin1String("obsolete") || type == QLatin1String("vanished"))
+                found.dropped << entry;
+            else if (type == QLatin1String("unfinished") || translation.trimmed().isEmpty())
+                found.untranslated << entry;
+            type.clear();
             translation.clear();
-            unfinished = false;
         }
     }
-    return keys;
+    EXPECT_FALSE(xml.hasError()) << qPrintable(file);
+    return found;
 }
 
-TEST(ModuleTranslations, EveryKeyTheCodeUsesIsTranslated)
+TEST(Translations, LupdateKeepsEveryEntryAndFindsEveryKeyTranslated)
 {
-    // lupdate finds the keys exactly as Qt looks them up at run time: tr() in
-    // the namespace-qualified class context, translate() in the given one.
+    // lupdate runs on copies, as the project's own update (which drops
+    // obsolete entries) would run on the files: tr() in the namespace-qualified
+    // class context, translate() and QT_TRANSLATE_NOOP in the given one.
     const QString lupdate = QLibraryInfo::location(QLibraryInfo::BinariesPath) + QStringLiteral("/lupdate");
     ASSERT_TRUE(QFile::exists(lupdate)) << qPrintable(lupdate);
-    QTemporaryDir tmp;
-    const QString scanned = tmp.filePath(QStringLiteral("scan.ts"));
-    QProcess p;
-    // Include paths let lupdate see the namespaces the classes are declared in.
-    p.start(lupdate, {QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
-                      QStringLiteral("-I"), ModuleDir(), QStringLiteral("-I"), testsupport::sourceDir() + QStringLiteral("/host"),
-                      ModuleDir(), QStringLiteral("-ts"), scanned});
-    ASSERT_TRUE(p.waitForFinished(120000));
-    ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().constData();
-    const Keys used = ReadTs(scanned, false);
-    ASSERT_FALSE(used.empty());
-
-    for (const char* lang : {"en", "zh_CN"}) {
-        const Keys translated =
-            ReadTs(ModuleDir() + QStringLiteral("/translations/BodyTemperature_%1.ts").arg(QLatin1String(lang)), true);
-        for (const auto& ctx : used)
-            for (const QString& key : ctx.second) {
-                auto it = translated.find(ctx.first);
-                EXPECT_TRUE(it != translated.end() && it->second.count(key))
-                    << lang << ": no translation of \"" << qPrintable(key) << "\" in context " << qPrintable(ctx.first);
-            }
+    const QString source = testsupport::sourceDir();
+    const struct {
+        const char* name;
+        QString scanned;
+        QStringList tsFiles;
+    } rows[] = {
+        {"module", ModuleDir(),
+            {ModuleDir() + QStringLiteral("/translations/BodyTemperature_en.ts"),
+                ModuleDir() + QStringLiteral("/translations/BodyTemperature_zh_CN.ts")}},
+        {"host", source + QStringLiteral("/host"),
+            {source + QStringLiteral("/host/app/translations/vantordesk_en.ts"),
+                source + QStringLiteral("/host/app/translations/vantordesk_zh_CN.ts")}},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
+        QTemporaryDir tmp;
+        QStringList copies;
+        for (const QString& ts : r.tsFiles) {
+            copies << tmp.filePath(QFileInfo(ts).fileName());
+            ASSERT_TRUE(QFile::copy(ts, copies.last())) << qPrintable(ts);
+        }
+        QProcess p;
+        // Include paths let lupdate see the namespaces the classes are declared in.
+        p.start(lupdate, QStringList{QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
+                             QStringLiteral("-I"), ModuleDir(), QStringLiteral("-I"), source + QStringLiteral("/host"),
+                             r.scanned, QStringLiteral("-ts")}
+                + copies);
+        ASSERT_TRUE(p.waitForFinished(120000));
+        ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().constData();
+        for (const QString& copy : copies) {
+            const TsFindings found = ReadUpdatedTs(copy);
+            for (const QString& e : found.dropped)
+                ADD_FAILURE() << qPrintable(QFileInfo(copy).fileName()) << ": lupdate would drop " << qPrintable(e)
+                              << " (no longer marked in the code)";
+            for (const QString& e : found.untranslated)
+                ADD_FAILURE() << qPrintable(QFileInfo(copy).fileName()) << ": no finished translation of "
+                              << qPrintable(e);
+        }
     }
 }
 

@@ -1,14 +1,17 @@
 // The frequent-person detail view on real widgets, pictures downloaded from
 // the emulator: pages and pager, picture k of page p, the attribute items the
 // mask asks for, the person panel, failed downloads, the add request.
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTranslator>
 #include <algorithm>
 #include <gtest/gtest.h>
 
+#include "Base/Log.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "support/DeviceSim.h"
 #include "ui/ShowCard/ReCustomer/CBTPropItem.h"
@@ -106,6 +109,23 @@ TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
         EXPECT_EQ(buttons(view), (std::vector<bool>{several, several, false, false}));
         EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     }
+
+    // Translated: previous and next name themselves, first and last show icons,
+    // and the page count stays next to its slash.
+    QTranslator english;
+    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
+    QCoreApplication::installTranslator(&english);
+    CHFPDShowDetailWid view;
+    view.SetHFPDRecords(Records(41), "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
+    EXPECT_EQ(child<QLabel>(view, "m_pPageLabel")->text(), QStringLiteral("/3 pages"));
+    const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
+        {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
+    for (const auto& t : texts) {
+        EXPECT_EQ(child<QPushButton>(view, t[0])->text(), QLatin1String(t[1])) << t[0];
+        EXPECT_EQ(child<QPushButton>(view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
+    }
+    QCoreApplication::removeTranslator(&english);
+    EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
 }
 
 TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
@@ -131,10 +151,11 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     EXPECT_EQ(buttons(view), (std::vector<bool>{true, true, true, true}));
 
     // Page 2 opens with its first picture (record 21) selected; picture 5 is record 25.
-    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 21"));
+    auto camera = [&] { return child<QLabel>(view, "m_pCameraLabel")->text(); };
+    EXPECT_TRUE(testsupport::waitUntil([&] { return camera() == QStringLiteral("Camera 21"); }));
     ASSERT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     QTest::mouseClick(thumbs(view).at(4), Qt::LeftButton);
-    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
+    EXPECT_TRUE(testsupport::waitUntil([&] { return camera() == QStringLiteral("Camera 25"); }));
     EXPECT_EQ(child<QLabel>(view, "m_pTimeLabel")->text(), QStringLiteral("2026-11-20 08:25:00"));
     EXPECT_TRUE(thumbs(view).at(4)->IsChecked());
     EXPECT_FALSE(thumbs(view).at(0)->IsChecked());
@@ -164,13 +185,16 @@ TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
     for (const auto& row : rows) {
         CHFPDShowDetailWid view;
         view.SetHFPDRecords(Records(3), "TEST0001", row.mask, {});
-        QStringList titles, values;
-        for (CBTPropItem* item : view.findChildren<CBTPropItem*>()) {
-            titles << item->findChild<QLabel*>(QStringLiteral("m_pLabelTitle"))->text();
-            values << item->findChild<QLabel*>(QStringLiteral("m_pLabelTitleSel"))->text();
-        }
-        EXPECT_EQ(titles, row.titles) << std::hex << row.mask;
-        EXPECT_EQ(values, row.values) << std::hex << row.mask;
+        auto texts = [&view](const char* label) {
+            QStringList shown;
+            for (CBTPropItem* item : view.findChildren<CBTPropItem*>())
+                shown << item->findChild<QLabel*>(QLatin1String(label))->text();
+            return shown;
+        };
+        EXPECT_EQ(texts("m_pLabelTitle"), row.titles) << std::hex << row.mask;
+        // The values come with the downloaded picture.
+        EXPECT_TRUE(testsupport::waitUntil([&] { return texts("m_pLabelTitleSel") == row.values; }))
+            << std::hex << row.mask;
     }
 }
 
@@ -199,18 +223,38 @@ TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
     CHFPDShowDetailWid view;
     HFPDRecordList records = Records(6, 3);
     records[0].picUrl = "/DVAPI/pictures/nothing/scene.jpg";
+    records[3].picUrl = "/DVAPI/Intelligent/FDLib";  // an answer that is not a picture
     view.SetHFPDRecords(records, "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
     view.show();
     ASSERT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     QStringList states;
-    for (CHFPDPicLabel* l : thumbs(view))
+    for (CHFPDPicLabel* l : thumbs(view)) {
         states << l->property("thumbState").toString();
+        EXPECT_EQ(l->styleSheet(), QStringLiteral("CHFPDPicLabel{boder-image:url("
+                                                  ":/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
+    }
     EXPECT_EQ(states, (QStringList{"loaded", "loaded", "failed", "loaded", "loaded", "loaded"}));
-    // The scene of the selected record failed: the user is told once.
+    // The scene of the selected record failed: the user is told once, and
+    // that record's camera and time are not shown over the failure.
     EXPECT_TRUE(testsupport::waitUntil([] {
         return VantorGUIToolkit::CInformationDlg::ShownMessages()
             == QStringList{QStringLiteral("IncorrectPortNoPleaseChangeNATInRemoteConfiguration")};
     }));
+    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QString());
+    EXPECT_EQ(child<QLabel>(view, "m_pTimeLabel")->text(), QString());
+
+    // Downloaded but not a picture: the picture widget says so in the log, the
+    // capture's texts show (the download itself worked).
+    Base::Log::SetDebug(true);
+    QTest::mouseClick(thumbs(view).at(3), Qt::LeftButton);
+    EXPECT_TRUE(testsupport::waitUntil(
+        [&] { return child<QLabel>(view, "m_pCameraLabel")->text() == QStringLiteral("Camera 4"); }));
+    Base::Log::SetDebug(false);
+    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QByteArray written = log.readAll();
+    EXPECT_TRUE(written.contains("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: "));
+    EXPECT_TRUE(written.contains("Failed to load image"));
 
     // The add request carries the device, the mapped channel and the face as downloaded.
     QSignalSpy add(&view, &CHFPDShowDetailWid::SignalAddHFPDFaceToLibrary);
