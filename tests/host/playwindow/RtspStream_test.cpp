@@ -363,6 +363,30 @@ TEST_F(RtspStreamTest, KeyFramesWithheldAreWaitedForAndRecovered)
     }
 }
 
+// A window nobody sees decodes only key frames; shown again, it goes on
+// from the next key frame, with no picture built on the skipped ones.
+TEST_F(RtspStreamTest, UnseenWindowDecodesKeyFramesOnly)
+{
+    CStreamPlayWindowWithTask w(0);
+    w.resize(640, 360);
+    w.show();
+    PaintedPictures pictures(w);
+    ASSERT_TRUE(w.StartPreviewUrl(rtspUrl("/ch2/h264/sub", s_rtspPort), "cam-unseen"));
+    ASSERT_TRUE(plays(w, 3000));
+    std::set<size_t> whole = pictures.Collect(100);
+    w.hide();
+    const uint64_t hidden = w.DecodedFrames();
+    testsupport::pump(3000);
+    EXPECT_LE(w.DecodedFrames() - hidden, 3u) << "more than the key frames of three seconds";
+    w.show();
+    EXPECT_TRUE(playsOn(w, 5000)) << w.MessageText().toStdString();
+    const std::set<size_t> shownAgain = pictures.Collect(50);
+    const std::set<size_t> after = pictures.Collect(100);
+    whole.insert(after.begin(), after.end());
+    EXPECT_EQ(notWhole(shownAgain, whole), 0u) << "of " << shownAgain.size();
+    w.StopPreview();
+}
+
 // The camera's resolution is changed while it plays: the picture follows
 // (4:3 in a 16:9 window) on the same connection.
 TEST_F(RtspStreamTest, ResolutionChangeKeepsPlayingAtTheNewSize)
