@@ -330,11 +330,13 @@ int main(int argc, char** argv)
         {4, QPoint(350, 72), QSize(565, 397), 2},
         {9, QPoint(350, 72), QSize(377, 265), 3},
     };
-    const auto wanted = [&filters](const QString& word, const QStringList& group) {
+    // Table rows run unless only the 1600x900 window is asked for.
+    const bool table = filters.isEmpty() || filters != QStringList{QStringLiteral("1600")};
+    const auto wanted = [&filters, table](const QString& word, const QStringList& group) {
         bool any = false;
         for (const QString& f : filters)
             any = any || group.contains(f);
-        return !any || filters.contains(word);
+        return table && (!any || filters.contains(word));
     };
     const QStringList codecs{QStringLiteral("h264"), QStringLiteral("h265")};
     const QStringList kinds{QStringLiteral("sub"), QStringLiteral("main")};
@@ -395,11 +397,15 @@ int main(int argc, char** argv)
 
     if (filters.isEmpty() || filters.contains(QStringLiteral("1600"))) {
         const Grid big{1, QPoint(100, 100), QSize(1600, 900), 1};
-        std::vector<double> host;
-        for (int round = 0; round < rounds; ++round)
-            host.push_back(PlayHost({url(1, "h264", "sub")}, big, seconds, xPid).Total());
-        printf("\none 1600x900 window of an H.264 sub stream: %.3f / %.3f cores (min / median, with X)\n", Min(host),
-            Median(host));
+        std::vector<double> host, withX;
+        for (int round = 0; round < rounds; ++round) {
+            const HostRun r = PlayHost({url(1, "h264", "sub")}, big, seconds, xPid);
+            host.push_back(r.cores);
+            withX.push_back(r.Total());
+        }
+        printf("\none 1600x900 window of an H.264 sub stream: host %.3f / %.3f cores, with the X server %.3f / %.3f "
+               "(min / median)\n",
+            Min(host), Median(host), Min(withX), Median(withX));
     }
 
     // Start to first frame, and maximise (double click) to the main stream's first picture.
