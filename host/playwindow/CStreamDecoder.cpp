@@ -3,7 +3,6 @@
 #include <QUrl>
 #include <chrono>
 #include <ctime>
-#include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -412,7 +411,10 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     CKeyFrameGate gate(s.video->codec_id == AV_CODEC_ID_H264, NowMs());
     CSignalQuality quality;
     CRtpLossLog rtpLoss(s.fmt);
-    bool tornPicture = false;  // the next picture decoded lacks data, key frame or not
+    // Pictures still to come that may lack data, key frames or not. Two: the
+    // reader notices a gap while it reads the packet after it, which may
+    // already belong to the next picture.
+    int tornPictures = 0;
     const auto lost = [&](int count) {
         if (quality.Pictures(count, true, NowMs()) && m_cb.status)
             m_cb.status(State::PoorSignal, QString());
@@ -437,7 +439,8 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
             // lost in part, as packets missing from the RTP sequence.
             const int missing = s.pkt->pts != AV_NOPTS_VALUE ? quality.MissingBefore(s.pkt->pts) : 0;
             const bool torn = rtpLoss.Take() > 0;
-            tornPicture = tornPicture || torn;
+            if (torn)
+                tornPictures = 2;
             if (playing && (missing > 0 || torn)) {
                 gate.Damaged();
                 lost(std::max(missing, 1));
@@ -470,8 +473,9 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
                 m_decodeNs += uint64_t(decoded - mark);
                 mark = decoded;
                 badInARow = 0;  // the decoder follows the stream, whole pictures or not
-                const bool damaged = std::exchange(tornPicture, false) || s.frame->decode_error_flags != 0
+                const bool damaged = tornPictures > 0 || s.frame->decode_error_flags != 0
                     || (s.frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
+                tornPictures = std::max(0, tornPictures - 1);
                 if (playing && quality.Pictures(1, damaged, NowMs()) && m_cb.status)
                     m_cb.status(quality.Poor() ? State::PoorSignal : State::Playing, QString());
                 if (!gate.Admit(s.frame->key_frame != 0, damaged, NowMs()) || s.frame->width <= 0
