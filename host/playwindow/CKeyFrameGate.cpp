@@ -9,7 +9,17 @@ CKeyFrameGate::CKeyFrameGate(bool decoderRecovers, int64_t nowMs)
 {
 }
 
-bool CKeyFrameGate::Admit(bool key, int64_t nowMs)
+void CKeyFrameGate::Damaged(bool quiet)
+{
+    if (!m_shownOnce)
+        return;  // still waiting for the first picture: that wait is said on its own
+    if (m_showing)
+        m_waitingSaid = quiet;
+    m_showing = false;
+    m_broken = true;
+}
+
+bool CKeyFrameGate::Admit(bool key, bool damaged, int64_t nowMs)
 {
     if (key) {
         if (m_lastKeyMs >= 0)
@@ -20,13 +30,18 @@ bool CKeyFrameGate::Admit(bool key, int64_t nowMs)
         ++m_sinceKey;
         if (m_showing && m_longestRun > 0 && m_sinceKey > 2 * m_longestRun && nowMs - m_lastKeyMs > kWaitMs) {
             m_showing = false;
-            m_overdue = true;
+            m_broken = true;
+            m_waitingSaid = false;
         }
+    }
+    if (damaged) {
+        Damaged();
+        return false;
     }
     if (!m_showing && (key || (m_decoderRecovers && !m_shownOnce))) {
         m_showing = true;
         m_shownOnce = true;
-        m_overdue = false;
+        m_broken = false;
         m_waitingSaid = false;
     }
     return m_showing;
@@ -34,7 +49,7 @@ bool CKeyFrameGate::Admit(bool key, int64_t nowMs)
 
 bool CKeyFrameGate::SayWaiting(int64_t nowMs)
 {
-    if (m_showing || m_waitingSaid || (!m_overdue && nowMs - m_waitSinceMs <= kWaitMs))
+    if (m_showing || m_waitingSaid || (!m_broken && nowMs - m_waitSinceMs <= kWaitMs))
         return false;
     m_waitingSaid = true;
     return true;

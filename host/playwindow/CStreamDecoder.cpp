@@ -2,6 +2,7 @@
 
 #include <QUrl>
 #include <chrono>
+#include <ctime>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -14,6 +15,9 @@ extern "C" {
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
 #include "playwindow/CKeyFrameGate.h"
+#include "playwindow/CPictureFit.h"
+#include "playwindow/CRtpLossLog.h"
+#include "playwindow/CSignalQuality.h"
 #include "commlayer/CommErrors.h"
 #include "playwindow/CRtspAuthGuard.h"
 #include "playwindow/CTransportInput.h"
@@ -26,6 +30,13 @@ constexpr int kReadTimeoutMs = 5000;
 // A stream without video gives the same answer for a while.
 constexpr int kNoVideoRetryMs = 30000;
 std::atomic<int> g_liveDecoders{0};
+
+int64_t ThreadCpuNs()
+{
+    timespec ts{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return int64_t(ts.tv_sec) * 1000000000 + ts.tv_nsec;
+}
 
 int64_t NowMs()
 {
@@ -142,6 +153,11 @@ void CStreamDecoder::Stop()
     m_bSound = false;
 }
 
+void CStreamDecoder::SetSeen(bool seen)
+{
+    m_seen = seen;
+}
+
 void CStreamDecoder::SetTargetSize(const QSize& size)
 {
     m_targetSize = (static_cast<uint64_t>(std::max(0, size.width())) << 32) | static_cast<uint32_t>(std::max(0, size.height()));
@@ -172,16 +188,6 @@ bool CStreamDecoder::EnableSound(bool on)
     m_audio = std::move(out);
     m_bSound = true;
     return true;
-}
-
-QSize CStreamDecoder::ShownSize(const QSize& picture, const QSize& area)
-{
-    if (picture.isEmpty() || area.isEmpty())
-        return picture;
-    const double k = std::min(double(area.width()) / picture.width(), double(area.height()) / picture.height());
-    if (k >= 0.99 && k <= 1.01)
-        return picture;
-    return QSize(std::max(2, int(picture.width() * k)), std::max(2, int(picture.height() * k)));
 }
 
 QImage& CStreamDecoder::PooledImage(int w, int h)
@@ -318,6 +324,9 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     if (rtsp) {
         // Interleaved in the RTSP connection: no loss, and one port through firewalls.
         av_dict_set(&opts, "rtsp_transport", m_source.rtspOverUdp ? "udp" : "tcp", 0);
+        // A reorder queue over TCP too, so packets a camera drops are noticed (CRtpLossLog).
+        if (!m_source.rtspOverUdp)
+            av_dict_set(&opts, "reorder_queue_size", "4", 0);
         av_dict_set(&opts, "timeout", "5000000", 0);
         // The codec parameters come with the session description: little to probe.
         av_dict_set(&opts, "probesize", "200000", 0);
@@ -373,19 +382,17 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     }
     g_liveDecoders.fetch_add(1);
     avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
-    // Sub streams: one thread per window, the windows spread over the cores.
-    // Main streams up to 1080p: slice threads, which cost nothing when a
-    // camera sends one slice per picture and add no latency; frame threads
-    // would cost a quarter more CPU (H.264) to a third more (H.265) in
-    // hand-offs, plus a frame of latency each. Larger streams get frame threads.
+    // Streams up to 1080p: one thread per window, the windows spread over
+    // the cores. Slice threads cost a third more CPU per H.265 picture even
+    // when the camera sends one slice; frame threads a quarter (H.264) to a
+    // third (H.265) more in hand-offs, plus a frame of latency each. A 1080p
+    // picture takes a few milliseconds on one core, well inside its 40.
+    // Larger streams get frame threads.
     const AVCodecParameters* par = s.fmt->streams[s.videoIndex]->codecpar;
     const int cores = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
     if (par->width * par->height > 1920 * 1088) {
         s.video->thread_count = cores;
         s.video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
-    } else if (par->width * par->height >= 1280 * 720) {
-        s.video->thread_count = cores;
-        s.video->thread_type = FF_THREAD_SLICE;
     } else {
         s.video->thread_count = 1;
     }
@@ -407,7 +414,18 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
 
     bool playing = false;
     int badInARow = 0;
+    bool seen = true;
     CKeyFrameGate gate(s.video->codec_id == AV_CODEC_ID_H264, NowMs());
+    CSignalQuality quality;
+    CRtpLossLog rtpLoss(s.fmt);
+    // Pictures still to come that may lack data, key frames or not. Two: the
+    // reader notices a gap while it reads the packet after it, which may
+    // already belong to the next picture.
+    int tornPictures = 0;
+    const auto lost = [&](int count) {
+        if (quality.Pictures(count, true, NowMs()) && m_cb.status)
+            m_cb.status(State::PoorSignal, QString());
+    };
     while (!m_stop) {
         ArmDeadline(kReadTimeoutMs);
         ret = av_read_frame(s.fmt, s.pkt);
@@ -416,16 +434,39 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
             return playing;
         }
         if (s.pkt->stream_index == s.videoIndex) {
-            if (gate.SayWaiting(NowMs()) && m_cb.status)
+            if (seen != m_seen.load()) {
+                // Unseen: key frames only. Seen again: what follows the next key frame.
+                seen = !seen;
+                s.video->skip_frame = seen ? AVDISCARD_DEFAULT : AVDISCARD_NONKEY;
+                if (seen)
+                    gate.Damaged(true);
+            }
+            const bool keyPacket = (s.pkt->flags & AV_PKT_FLAG_KEY) != 0;
+            // A picture lost whole shows as a step in the time stamps; one
+            // lost in part, as packets missing from the RTP sequence.
+            const int missing = s.pkt->pts != AV_NOPTS_VALUE ? quality.MissingBefore(s.pkt->pts) : 0;
+            const bool torn = rtpLoss.Take() > 0;
+            if (torn)
+                tornPictures = 2;
+            if (playing && (missing > 0 || torn)) {
+                gate.Damaged();
+                lost(std::max(missing, 1));
+            }
+            // A key packet mends what was lost: no need to say so for it.
+            if (!keyPacket && gate.SayWaiting(NowMs()) && m_cb.status)
                 m_cb.status(State::WaitingForKeyFrame, QString());
+            int64_t mark = ThreadCpuNs();
             ret = avcodec_send_packet(s.video, s.pkt);
             av_packet_unref(s.pkt);
             if (ret < 0 && ret != AVERROR(EAGAIN)) {
+                m_decodeNs += uint64_t(ThreadCpuNs() - mark);
                 ++m_badPackets;
                 // Before its first picture a stream joined between key frames
                 // fails until one comes (parameter sets ride with it): that is waiting.
                 if (!playing)
                     continue;
+                gate.Damaged();
+                lost(1);
                 if (++badInARow == 1 && m_cb.status)
                     m_cb.status(State::Playing, QStringLiteral("damaged frame skipped"));
                 if (badInARow > 50) {
@@ -435,18 +476,24 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
                 continue;
             }
             while (avcodec_receive_frame(s.video, s.frame) == 0) {
-                // A damaged key frame still came: what follows builds on it.
-                if (!gate.Admit(s.frame->key_frame != 0, NowMs())) {
-                    av_frame_unref(s.frame);
-                    continue;
-                }
-                if (s.frame->decode_error_flags != 0 || s.frame->width <= 0 || s.frame->height <= 0) {
-                    ++m_badPackets;
+                const int64_t decoded = ThreadCpuNs();
+                m_decodeNs += uint64_t(decoded - mark);
+                mark = decoded;
+                badInARow = 0;  // the decoder follows the stream, whole pictures or not
+                const bool damaged = tornPictures > 0 || s.frame->decode_error_flags != 0
+                    || (s.frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
+                tornPictures = std::max(0, tornPictures - 1);
+                if (playing && quality.Pictures(1, damaged, NowMs()) && m_cb.status)
+                    m_cb.status(quality.Poor() ? State::PoorSignal : State::Playing, QString());
+                if (!gate.Admit(s.frame->key_frame != 0, damaged, NowMs()) || s.frame->width <= 0
+                    || s.frame->height <= 0) {
+                    if (damaged)
+                        ++m_badPackets;
                     av_frame_unref(s.frame);
                     continue;
                 }
                 const uint64_t target = m_targetSize.load();
-                const QSize shown = ShownSize(QSize(s.frame->width, s.frame->height),
+                const QSize shown = CPictureFit::Shown(QSize(s.frame->width, s.frame->height),
                     QSize(static_cast<int>(target >> 32), static_cast<int>(target & 0xffffffffu)));
                 const int w = shown.width(), h = shown.height();
                 bool fullRange = s.frame->color_range == AVCOL_RANGE_JPEG;
@@ -470,8 +517,10 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
                 sws_scale(s.sws, s.frame->data, s.frame->linesize, 0, s.frame->height, dst, dstStride);
                 QImage img = pooled;
                 av_frame_unref(s.frame);
+                const int64_t converted = ThreadCpuNs();
+                m_convertNs += uint64_t(converted - mark);
+                mark = converted;
                 ++m_decoded;
-                badInARow = 0;
                 if (!playing) {
                     playing = true;
                     if (m_cb.status)

@@ -10,9 +10,11 @@
 // for the password in clear, ends the stream for good: retrying would only
 // knock on the same door. A stream without video is looked at again only
 // now and then. Pictures are shown from a key frame on; when the stream's key
-// frames stop coming (well past their usual interval) the pictures built on
-// the missing ones are held back until the next key frame, and the window is
-// told it waits for one.
+// frames stop coming (well past their usual interval), or data is lost (a
+// decode error, a gap in the stream), the pictures built on the missing ones
+// are held back until a key frame decodes cleanly, and the window is told it
+// waits for one; when too many pictures are lost it is told the signal is
+// poor. A window that is not seen has only its key frames decoded.
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -34,9 +36,10 @@ class CStreamDecoder final {
 public:
     // CertificateNotTrusted and PasswordRefused are final (Stopped follows).
     // NoVideo: the stream carries no picture; tried again after a long pause.
-    // WaitingForKeyFrame: connected, packets come, no picture can be shown yet.
+    // WaitingForKeyFrame: connected, packets come, no whole picture can be shown yet.
+    // PoorSignal: a large share of the pictures is lost; Playing (no message) when that ends.
     enum class State { Connecting, Playing, Retrying, CertificateNotTrusted, PasswordRefused, Stopped, NoVideo,
-        WaitingForKeyFrame };
+        WaitingForKeyFrame, PoorSignal };
     struct Callbacks {
         std::function<void()> frameReady;  // a new picture waits in TakeFrame()
         std::function<void(State, QString)> status;
@@ -57,6 +60,10 @@ public:
     void SetTargetSize(const QSize& size);
     // Takes the newest picture (null when none is waiting).
     QImage TakeFrame();
+    // Whether the window is seen. Unseen, only key frames are decoded and
+    // converted (a few a second, so the picture is current when it shows
+    // again); once seen again, pictures show from the next key frame.
+    void SetSeen(bool seen);
 
     // The stream's audio goes to the sound server while enabled. Fails when
     // the stream has no audio or no sound server answers.
@@ -65,18 +72,15 @@ public:
     // Counters for diagnostics and tests.
     uint64_t DecodedFrames() const { return m_decoded.load(); }
     uint64_t BadPackets() const { return m_badPackets.load(); }
+    // Decode thread CPU spent decoding and converting pictures (benches).
+    uint64_t DecodeNs() const { return m_decodeNs.load(); }
+    uint64_t ConvertNs() const { return m_convertNs.load(); }
 
     // Decoder contexts alive in this process (leak checks).
     static int LiveDecoders();
 
     // Pause before reconnect attempt n (0-based), in milliseconds.
     static int BackoffMs(int attempt);
-
-    // The size a picture of this size is shown at in an area: the largest of
-    // its aspect that fits, or its own size when that is within 1% of it
-    // (drawn 1:1, centred, losing or leaving at most 1% at the edges). The
-    // conversion without scaling costs a fifth of a scaled one at 1080p.
-    static QSize ShownSize(const QSize& picture, const QSize& area);
 
 private:
     struct Session;
@@ -110,6 +114,9 @@ private:
 
     std::atomic<uint64_t> m_decoded{0};
     std::atomic<uint64_t> m_badPackets{0};
+    std::atomic<uint64_t> m_decodeNs{0};
+    std::atomic<uint64_t> m_convertNs{0};
+    std::atomic<bool> m_seen{true};
 };
 
 } // namespace playwindow

@@ -178,6 +178,7 @@ bool CStreamPlayWindowWithTask::StartSource(const playwindow::CStreamSource& sou
     m_decoder = MakeDecoder(source, m_generation);
     m_bPlayedOnce = false;
     m_bStalled = false;
+    m_bPoorSignal = false;
     m_pStallTimer->start();
     ShowMessage(tr("Connecting..."));
     BeginPreview(cameraId, source.url);
@@ -200,6 +201,7 @@ std::unique_ptr<playwindow::CStreamDecoder> CStreamPlayWindowWithTask::MakeDecod
     };
     auto decoder = std::make_unique<playwindow::CStreamDecoder>(source, std::move(cb));
     decoder->SetTargetSize(size());
+    decoder->SetSeen(isVisible() && !window()->isMinimized());
     decoder->Start();
     return decoder;
 }
@@ -331,6 +333,17 @@ uint64_t CStreamPlayWindowWithTask::PaintedFrames() const
     return m_pVideo->PaintedFrames();
 }
 
+CStreamPlayWindowWithTask::StepCost CStreamPlayWindowWithTask::StepCosts() const
+{
+    StepCost cost;
+    if (m_decoder) {
+        cost.decodeNs = m_decoder->DecodeNs();
+        cost.convertNs = m_decoder->ConvertNs();
+    }
+    cost.paintNs = m_pVideo->PaintNs();
+    return cost;
+}
+
 uint64_t CStreamPlayWindowWithTask::BadPackets() const
 {
     return m_decoder ? m_decoder->BadPackets() : 0;
@@ -344,6 +357,7 @@ void CStreamPlayWindowWithTask::OnFrameReady(quint64 generation)
         m_generation = generation;
         m_pendingGeneration = 0;
         m_strUrl = m_pendingUrl;
+        m_bPoorSignal = false;
         if (m_bSound && !m_decoder->EnableSound(true))
             CloseSound();
         m_pMessage->hide();
@@ -359,7 +373,25 @@ void CStreamPlayWindowWithTask::OnFrameReady(quint64 generation)
     if (m_bStalled) {
         m_bStalled = false;
         m_pMessage->hide();
+        ShowSignalState();
     }
+    // A window minimised with its top level gets no hide event of its own.
+    if (window()->isMinimized())
+        UpdateSeen();
+}
+
+void CStreamPlayWindowWithTask::ShowSignalState()
+{
+    if (m_bPoorSignal)
+        ShowMessage(tr("Poor signal"));
+}
+
+void CStreamPlayWindowWithTask::UpdateSeen()
+{
+    const bool seen = isVisible() && !window()->isMinimized();
+    for (auto* d : {&m_decoder, &m_pending})
+        if (*d)
+            (*d)->SetSeen(seen);
 }
 
 void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, const QString& message)
@@ -372,10 +404,17 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
             ShowMessage(m_bPlayedOnce ? tr("Reconnecting...") : tr("Connecting..."));
         break;
     case playwindow::CStreamDecoder::State::Playing:
-        if (message.isEmpty())
-            m_pMessage->hide();
-        else
+        if (message.isEmpty()) {
+            m_bPoorSignal = false;
+            if (!m_bStalled)
+                m_pMessage->hide();
+        } else if (!m_bPoorSignal) {
             ShowMessage(tr("Stream problem: %1").arg(message), 2000);
+        }
+        break;
+    case playwindow::CStreamDecoder::State::PoorSignal:
+        m_bPoorSignal = true;
+        ShowSignalState();
         break;
     case playwindow::CStreamDecoder::State::Retrying:
         m_pVideo->Clear();
@@ -394,9 +433,13 @@ void CStreamPlayWindowWithTask::OnDecoderStatus(quint64 generation, int state, c
         ShowMessage(tr("This stream has no video."));
         break;
     case playwindow::CStreamDecoder::State::WaitingForKeyFrame:
-        // The last good picture stays; the next one shown clears the message.
+        // The last whole picture stays, dimmed; the next one shown clears the message.
         m_bStalled = true;
-        ShowMessage(tr("Waiting for a key frame..."));
+        m_pVideo->SetDimmed(HasFrame());
+        if (m_bPoorSignal)
+            ShowSignalState();
+        else
+            ShowMessage(tr("Waiting for a key frame..."));
         break;
     case playwindow::CStreamDecoder::State::Stopped:
         break;
@@ -462,6 +505,18 @@ void CStreamPlayWindowWithTask::resizeEvent(QResizeEvent* event)
 {
     QFrame::resizeEvent(event);
     UpdateChildren();
+}
+
+void CStreamPlayWindowWithTask::showEvent(QShowEvent* event)
+{
+    QFrame::showEvent(event);
+    UpdateSeen();
+}
+
+void CStreamPlayWindowWithTask::hideEvent(QHideEvent* event)
+{
+    QFrame::hideEvent(event);
+    UpdateSeen();
 }
 
 void CStreamPlayWindowWithTask::enterEvent(QEvent* event)

@@ -77,6 +77,13 @@ public:
     uint64_t DecodedFrames() const;
     uint64_t PaintedFrames() const;
     uint64_t BadPackets() const;
+    // CPU per step so far: decoding and converting (decode thread), painting (GUI thread).
+    struct StepCost {
+        uint64_t decodeNs = 0;
+        uint64_t convertNs = 0;
+        uint64_t paintNs = 0;
+    };
+    StepCost StepCosts() const;
 
 signals:
     void SignalSelected();
@@ -90,6 +97,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -110,6 +119,10 @@ private:
     // alert: a refusal the operator must act on (shown in red).
     void ShowMessage(const QString& text, int ms = 0, bool alert = false);
     void UpdateChildren();
+    // Tells the decoders whether anyone can see this window.
+    void UpdateSeen();
+    // After a picture or a change of signal: the message the picture needs, if any.
+    void ShowSignalState();
 
     int m_iIndex;
     CLiveViewControllerPlugin* m_pPlugin = nullptr;
@@ -146,4 +159,5 @@ private:
     QElapsedTimer m_frameClock;  // since the last picture
     bool m_bStalled = false;
     bool m_bPlayedOnce = false;
+    bool m_bPoorSignal = false;
 };

@@ -54,6 +54,10 @@
         <source>Waiting for a key frame...</source>
         <translation>Waiting for a key frame...</translation>
     </message>
+    <message>
+        <source>Poor signal</source>
+        <translation>Poor signal</translation>
+    </message>
 </context>
 <context>
     <name>UiDataController::CErrorInfoMgr</name>

@@ -54,6 +54,10 @@
         <source>Waiting for a key frame...</source>
         <translation>正在等待关键帧...</translation>
     </message>
+    <message>
+        <source>Poor signal</source>
+        <translation>信号差</translation>
+    </message>
 </context>
 <context>
     <name>UiDataController::CErrorInfoMgr</name>

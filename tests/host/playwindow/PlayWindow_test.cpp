@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include "playwindow/CPictureFit.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/LoopbackStream.h"
@@ -149,6 +150,30 @@ TEST_F(PlayWindowTest, SoundOfAStreamWithAudioPlaysOnTheSoundServer)
     w.CloseSound();
     EXPECT_TRUE(testsupport::waitUntil([] { return !testsupport::PrivatePulseServer::somethingPlays(); }, 3000));
     w.StopPreview();
+}
+
+// Grid cells of the page on a 1920x1080 screen, and edges: even widths,
+// the aspect kept, 1:1 within a hair.
+TEST(PictureFit, EvenWidthsKeepTheAspect)
+{
+    const struct {
+        QSize picture;
+        QSize area;
+        QSize shown;
+    } rows[] = {
+        {{1920, 1080}, {1131, 636}, {1130, 635}},
+        {{1920, 1080}, {565, 318}, {564, 317}},
+        {{640, 360}, {377, 212}, {376, 211}},
+        {{640, 360}, {1600, 900}, {1600, 900}},
+        {{640, 360}, {639, 359}, {640, 360}},
+        {{480, 360}, {640, 360}, {480, 360}},
+        {{640, 360}, {0, 0}, {640, 360}},
+        {{1920, 1080}, {3, 3}, {2, 2}},
+    };
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.area.width());
+        EXPECT_EQ(playwindow::CPictureFit::Shown(r.picture, r.area), r.shown);
+    }
 }
 
 TEST(StreamDecoder, BackoffGrowsAndCaps)
