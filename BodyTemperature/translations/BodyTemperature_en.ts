@@ -461,6 +461,10 @@
 <context>
     <name>CSoundConfigPage</name>
     <message>
+        <source>VoicePathWithQuote</source>
+        <translation>This file cannot be kept in the settings: its path contains a single quote (&apos;). Rename the file or its folder, or choose another file.</translation>
+    </message>
+    <message>
         <source>VoiceConfiguration</source>
         <translation>Voice settings</translation>
     </message>

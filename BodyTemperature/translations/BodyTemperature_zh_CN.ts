@@ -461,6 +461,10 @@
 <context>
     <name>CSoundConfigPage</name>
     <message>
+        <source>VoicePathWithQuote</source>
+        <translation>无法在设置中保存此文件：其路径包含单引号（&apos;）。请重命名文件或所在文件夹，或选择其他文件。</translation>
+    </message>
+    <message>
         <source>VoiceConfiguration</source>
         <translation>语音配置</translation>
     </message>

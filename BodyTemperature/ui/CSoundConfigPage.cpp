@@ -21,6 +21,8 @@
 namespace BodyTemperature {
 namespace {
 QString text(const char* key) { return QCoreApplication::translate("CSoundConfigPage", key); }
+// Spelled out so that lupdate sees the key.
+QString quoteRefusal() { return QCoreApplication::translate("CSoundConfigPage", "VoicePathWithQuote"); }
 } // namespace
 
 CSoundConfigPage::CSoundConfigPage(QWidget* parent) : QDialog(parent)
@@ -69,6 +71,12 @@ VantorGUIToolkit::CPathComboBox* CSoundConfigPage::makeChooser(const char* objec
     chooser->setFileMode(QFileDialog::ExistingFile);
     chooser->setDialogTitle(text("OpenAudioFile"));
     chooser->setFilter(text("AudioFiles") + QStringLiteral("(*.wav)"));
+    chooser->setPathCheck([](const QString& path) {
+        if (IsStorablePath(path))
+            return true;
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(quoteRefusal());
+        return false;
+    });
     return chooser;
 }
 
@@ -84,6 +92,11 @@ bool CSoundConfigPage::FillDefaultVoicePaths(AlarmDisplayConfig& config, int lan
     config.strAbnormalVoice = VantorGUIToolkit::GetTargetPathFile(
         chinese ? QStringLiteral("abnormal.wav") : QStringLiteral("abnormal_en.wav"));
     return true;
+}
+
+bool CSoundConfigPage::IsStorablePath(const QString& path)
+{
+    return !path.contains(QLatin1Char('\''));
 }
 
 void CSoundConfigPage::SetConfig(const AlarmDisplayConfig& config)
@@ -108,6 +121,12 @@ void CSoundConfigPage::onClickedOK()
     const bool soundNormal = m_pNormalCheck->isChecked();
     const bool soundAbnormal = m_pAbnormalCheck->isChecked();
     const bool soundNoMask = m_pNoMaskCheck->isChecked();
+    // A typed path the store cannot keep would empty the settings: the page
+    // stays open so that the user can choose another file.
+    if (!IsStorablePath(normal) || !IsStorablePath(abnormal) || !IsStorablePath(noMask)) {
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(quoteRefusal());
+        return;
+    }
 
     if (normal != m_config.strNormalVoice || abnormal != m_config.strAbnormalVoice
         || noMask != m_config.strNoMaskVoice || soundNormal != m_config.bSoundNormal
