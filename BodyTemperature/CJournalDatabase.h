@@ -37,6 +37,12 @@ public:
     bool Insert(const std::vector<JournalEvent>& rows);
     // Deletes rows older than `before` (seconds since 1970); the count removed, -1 on failure.
     int PruneBefore(int64_t before);
+    // Bytes the rows take in the file: its pages less the free ones, which
+    // later rows reuse. -1 on failure.
+    int64_t UsedBytes();
+    // Deletes the oldest rows until the rows take at most `bytes`; the count
+    // removed, -1 on failure.
+    int PruneToSize(int64_t bytes);
 
     // All leaves faceJpeg empty; Flagged: abnormal temperature or no mask, with faces.
     enum class Rows { All, AllWithFaces, Flagged };

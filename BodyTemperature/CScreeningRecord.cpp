@@ -23,6 +23,7 @@ CScreeningRecord::CScreeningRecord(QObject* parent, const QString& path)
             this, [this, failing, replaced, reason] { onStateChanged(failing, replaced, reason); }, Qt::QueuedConnection);
     };
     m_journal = std::make_unique<CEventJournal>(std::move(options));
+    m_journal->SetSizeLimit(clientcommonlogical::CConfigMgr::Instance()->GetRecordMaxBytes());
 }
 
 CScreeningRecord::~CScreeningRecord()

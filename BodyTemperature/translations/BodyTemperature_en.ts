@@ -2464,6 +2464,14 @@
         <translation>Choose a folder</translation>
     </message>
     <message>
+        <source>ReportJournalSizeOf</source>
+        <translation>Screening record on this computer: %1 of at most %2 (the oldest events make room)</translation>
+    </message>
+    <message>
+        <source>ReportJournalSize</source>
+        <translation>Screening record on this computer: %1</translation>
+    </message>
+    <message>
         <source>ReportFormats</source>
         <translation>Formats</translation>
     </message>

@@ -2464,6 +2464,14 @@
         <translation>选择文件夹</translation>
     </message>
     <message>
+        <source>ReportJournalSizeOf</source>
+        <translation>本机筛查记录：%1，上限 %2（超出时删除最早的事件）</translation>
+    </message>
+    <message>
+        <source>ReportJournalSize</source>
+        <translation>本机筛查记录：%1</translation>
+    </message>
+    <message>
         <source>ReportFormats</source>
         <translation>格式</translation>
     </message>

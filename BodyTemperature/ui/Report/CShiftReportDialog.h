@@ -30,6 +30,9 @@ public:
     ~CShiftReportDialog() override;
 
     bool IsExporting() const;
+    // "Screening record: 1.2 GB of 2.0 GB": the journal's size on the disk
+    // and the configured bound.
+    static QString JournalSizeText(const QString& journalPath);
 
 signals:
     void signalExportFinished(bool ok);
