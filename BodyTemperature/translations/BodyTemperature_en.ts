@@ -2409,6 +2409,14 @@
 <context>
     <name>BodyTemperature::CDeviceHealthBanner</name>
     <message>
+        <source>DeviceAlarmStreamLostReason</source>
+        <translation>Device %1: alarm stream lost, silent for %2 (%3)</translation>
+    </message>
+    <message>
+        <source>DeviceAlarmStreamSilentReason</source>
+        <translation>connected, but the device sends nothing</translation>
+    </message>
+    <message>
         <source>DeviceAlarmStreamLost</source>
         <translation>Device %1: alarm stream lost, silent for %2</translation>
     </message>

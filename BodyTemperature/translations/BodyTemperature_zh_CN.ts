@@ -2409,6 +2409,14 @@
 <context>
     <name>BodyTemperature::CDeviceHealthBanner</name>
     <message>
+        <source>DeviceAlarmStreamLostReason</source>
+        <translation>设备 %1：报警流中断，已静默 %2（%3）</translation>
+    </message>
+    <message>
+        <source>DeviceAlarmStreamSilentReason</source>
+        <translation>已连接，但设备没有发送任何数据</translation>
+    </message>
+    <message>
         <source>DeviceAlarmStreamLost</source>
         <translation>设备 %1：报警流中断，已静默 %2</translation>
     </message>

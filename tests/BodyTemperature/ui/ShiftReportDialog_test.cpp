@@ -100,7 +100,8 @@ TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
 
     if (!qEnvironmentVariableIsEmpty("BT_GALLERY")) {
         commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(QStringLiteral("GALLERY01"), true);
-        commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(QStringLiteral("GALLERY01"), false);
+        commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(
+            QStringLiteral("GALLERY01"), false, QStringLiteral("alarm stream silent for 12.0 s"));
         testsupport::pump(1200);
         QImage page = m_dlg->grab().toImage();
         QPainter p(&page);
