@@ -133,6 +133,24 @@ void CEventJournal::prune(CJournalDatabase& db)
         BASE_LOG_INFO("screening journal: %d row(s) older than %d day(s) removed", removed, m_options.retentionDays);
 }
 
+void CEventJournal::pruneToSize(CJournalDatabase& db)
+{
+    const int64_t limit = m_sizeLimit;
+    if (limit <= 0)
+        return;
+    const int64_t used = db.UsedBytes();
+    if (used >= 0 && used <= limit)
+        return;
+    // Down to nine tenths: a chunk at a time rather than a few rows per batch.
+    const int removed = db.PruneToSize(limit / 10 * 9, m_options.keepAfterKey);
+    if (removed > 0)
+        BASE_LOG_INFO("screening journal %s: %d oldest row(s) removed to stay within %.1f MB (%.1f MB were used)",
+            qUtf8Printable(m_options.path), removed, double(limit) / (1 << 20), double(used) / (1 << 20));
+    else if (removed < 0)
+        BASE_LOG_WARN("screening journal %s: cannot keep it within %.1f MB (%s)", qUtf8Printable(m_options.path),
+            double(limit) / (1 << 20), qUtf8Printable(db.error()));
+}
+
 void CEventJournal::run()
 {
     CJournalDatabase db;
@@ -180,6 +198,7 @@ void CEventJournal::run()
                 lastPrune = now;
                 prune(db);
             }
+            pruneToSize(db);
             continue;
         }
 

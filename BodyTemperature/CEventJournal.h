@@ -58,6 +58,10 @@ public:
     // true when all of it is in the file (reports and tests).
     bool Flush(int timeoutMs = 10000);
 
+    // Bound on the bytes the rows take in the file (0: none); the oldest rows
+    // go first. Any thread; applied after the next commit.
+    void SetSizeLimit(int64_t bytes) { m_sizeLimit = bytes; }
+
     bool IsFailing() const { return m_failing; }
     int64_t Written() const { return m_written; }
     int64_t Dropped() const { return m_dropped; }
@@ -69,6 +73,7 @@ private:
     void run();
     bool ensureOpen(CJournalDatabase& db);
     void prune(CJournalDatabase& db);
+    void pruneToSize(CJournalDatabase& db);
     void setFailing(const QString& reason);
 
     Options m_options;
@@ -82,6 +87,7 @@ private:
     std::atomic<bool> m_failing{false};
     std::atomic<int64_t> m_written{0};
     std::atomic<int64_t> m_dropped{0};
+    std::atomic<int64_t> m_sizeLimit{0};
     std::thread m_worker;
 };
 

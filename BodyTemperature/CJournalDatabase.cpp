@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace BodyTemperature {
@@ -331,6 +332,66 @@ int CJournalDatabase::PruneBefore(int64_t before, const std::string& keepAfterKe
     if (rc != SQLITE_DONE)
         return fail("prune"), -1;
     return sqlite3_changes(m_db);
+}
+
+int64_t CJournalDatabase::UsedBytes()
+{
+    if (m_db == nullptr)
+        return -1;
+    auto value = [this](const char* sql) -> int64_t {
+        sqlite3_stmt* st = nullptr;
+        int64_t v = -1;
+        if (sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+            v = sqlite3_column_int64(st, 0);
+        sqlite3_finalize(st);
+        return v;
+    };
+    const int64_t pages = value("PRAGMA page_count");
+    const int64_t free = value("PRAGMA freelist_count");
+    const int64_t size = value("PRAGMA page_size");
+    if (pages < 0 || free < 0 || size < 0)
+        return fail("size"), -1;
+    return (pages - free) * size;
+}
+
+int CJournalDatabase::PruneToSize(int64_t bytes, const std::string& keepAfterKey)
+{
+    const char* sql = keepAfterKey.empty()
+        ? "DELETE FROM events WHERE id IN (SELECT id FROM events ORDER BY time, id LIMIT ?)"
+        : "DELETE FROM events WHERE id IN (SELECT id FROM events WHERE id < (SELECT MAX(id) FROM events)"
+          " AND id <= COALESCE((SELECT CAST(value AS INTEGER) FROM journal_state WHERE key = ?2), 0)"
+          " ORDER BY time, id LIMIT ?1)";
+    sqlite3_stmt* st = nullptr;
+    if (m_db == nullptr || sqlite3_prepare_v2(m_db, sql, -1, &st, nullptr) != SQLITE_OK)
+        return fail("prune"), -1;
+    int removed = 0;
+    // Rows differ in size (faces): remove by the average, look again.
+    for (int round = 0; round < 16; ++round) {
+        const int64_t used = UsedBytes();
+        const int64_t rows = Count(INT64_MIN, INT64_MAX);
+        if (used < 0 || rows < 0) {
+            removed = -1;
+            break;
+        }
+        if (used <= bytes || rows == 0)
+            break;
+        const int64_t perRow = std::max<int64_t>(1, used / rows);
+        sqlite3_reset(st);
+        sqlite3_bind_int64(st, 1, std::max<int64_t>(1, (used - bytes + perRow - 1) / perRow));
+        if (!keepAfterKey.empty())
+            bindText(st, 2, keepAfterKey);
+        if (sqlite3_step(st) != SQLITE_DONE) {
+            fail("prune");
+            removed = -1;
+            break;
+        }
+        const int changes = sqlite3_changes(m_db);
+        removed += changes;
+        if (changes == 0)  // what is left waits for the site record
+            break;
+    }
+    sqlite3_finalize(st);
+    return removed;
 }
 
 bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::function<bool(JournalEvent&&)>& row)

@@ -41,6 +41,13 @@ public:
     // -1 on failure. With keepAfterKey, rows above the id that state value
     // names are kept, and so is the newest row (ids then never restart).
     int PruneBefore(int64_t before, const std::string& keepAfterKey = std::string());
+    // Bytes the rows take in the file: its pages less the free ones, which
+    // later rows reuse. -1 on failure.
+    int64_t UsedBytes();
+    // Deletes the oldest rows until the rows take at most `bytes`; the count
+    // removed, -1 on failure. keepAfterKey as for PruneBefore: rows a site
+    // record has not taken yet stay even when the bound is passed.
+    int PruneToSize(int64_t bytes, const std::string& keepAfterKey = std::string());
 
     // All leaves faceJpeg empty; Flagged: abnormal temperature or no mask, with faces.
     enum class Rows { All, AllWithFaces, Flagged };

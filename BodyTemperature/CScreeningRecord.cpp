@@ -38,6 +38,7 @@ CScreeningRecord::CScreeningRecord(QObject* parent, const QString& path)
         options.onCommitted = [this] { m_replicator->Notify(); };
     }
     m_journal = std::make_unique<CEventJournal>(std::move(options));
+    m_journal->SetSizeLimit(clientcommonlogical::CConfigMgr::Instance()->GetRecordMaxBytes());
 }
 
 CScreeningRecord::~CScreeningRecord()

@@ -43,12 +43,4 @@ HfpdScript HfpdScripts::script(const std::string& task) const
     return it == m_scripts.end() ? HfpdScript() : it->second;
 }
 
-void HfpdScripts::applyTargets(const std::string& task, nlohmann::json& targets) const
-{
-    const HfpdScript s = script(task);
-    for (size_t i = 0; i < s.targets.size() && i < targets.size(); ++i)
-        if (s.targets[i].is_object())
-            targets[i].update(s.targets[i]);
-}
-
 } // namespace devicesim

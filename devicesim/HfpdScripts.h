@@ -30,8 +30,6 @@ public:
 
     int countPoll(const std::string& task);  // returns the poll number (1 for the first)
     HfpdScript script(const std::string& task) const;
-    // Overrides the generated records with the script's fields.
-    void applyTargets(const std::string& task, nlohmann::json& targets) const;
 
 private:
     mutable std::mutex m_mutex;

@@ -11,6 +11,7 @@ SimContext::SimContext(const SimOptions& options, RtspControl& rtspControl)
       pictures(opts.sceneWidth, opts.sceneHeight),
       rtsp(rtspControl),
       keepAliveMs(opts.keepAliveMs),
+      keepAliveIdleOnly(opts.keepAliveIdleOnly),
       events(opts, pictures),
       rng(opts.seed),
       m_hfpdPollsNeeded(opts.hfpdPolls)

@@ -63,6 +63,7 @@ public:
     RtspControl& rtsp;       // thread-safe itself
     std::atomic<bool> stopping{false};
     std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
+    std::atomic<bool> keepAliveIdleOnly;    // keep-alives only while no event flows (run-time setting)
     std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)
 
     std::mutex mutex;  // guards the members below

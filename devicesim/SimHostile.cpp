@@ -45,6 +45,9 @@ void addHostileRoutes(httplib::Server& http, SimContext& sim)
         if (!readJsonBody(req, res, d))
             return;
         sim.keepAliveMs = std::max(0, d.value("ms", sim.opts.keepAliveMs));
+        const std::string mode = d.value("mode", std::string());
+        if (mode == "fixed" || mode == "idle")
+            sim.keepAliveIdleOnly = mode == "idle";
         sendOk(res);
     });
 }

@@ -23,7 +23,9 @@ void setEndlessBody(httplib::Response& res, int status, SimContext& sim);
 
 // POST /control/alertStream/silence {"silent":true}: open alert streams stay
 // open but carry nothing (no events, no keep-alives) until it is set false.
-// POST /control/keepAlive {"ms":N}: keep-alive period of the alert stream (0: none).
+// POST /control/keepAlive {"ms":N,"mode":"fixed"|"idle"}: keep-alive period of
+// the alert stream (0: none); "fixed" sends them on the period whether or not
+// events flow, "idle" only while none does.
 void addHostileRoutes(httplib::Server& http, SimContext& sim);
 
 } // namespace devicesim

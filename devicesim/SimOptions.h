@@ -28,7 +28,8 @@ struct SimOptions {
     int videoFps = 25;
     int rtspPort = -1;            // RTSP streams: -1 off, 0 any free port
     int hfpdPolls = 3;            // result polls until progress reaches 100
-    int keepAliveMs = 5000;       // alert-stream keep-alive while no event flows; 0: none
+    int keepAliveMs = 5000;       // alert-stream keep-alive period; 0: none
+    bool keepAliveIdleOnly = false;  // keep-alives only while no event flows (else on the fixed period)
 };
 
 } // namespace devicesim

@@ -1,6 +1,7 @@
 // Device information, channel states, the alert stream and live video.
 #include <QDateTime>
 #include <QString>
+#include <algorithm>
 #include <chrono>
 #include <httplib.h>
 #include <thread>
@@ -38,27 +39,34 @@ void addStreamRoutes(httplib::Server& http, SimContext& sim)
     http.Get("/DVAPI/Event/notification/alertStream", [&sim](const Request&, Response& res) {
         auto sub = sim.hub.subscribe();
         sim.logLine("alert stream opened (%zu clients)", sim.hub.subscribers());
-        auto lastWrite = std::make_shared<std::chrono::steady_clock::time_point>(std::chrono::steady_clock::now());
+        using Clock = std::chrono::steady_clock;
+        struct Times {
+            Clock::time_point lastWrite = Clock::now();  // any part
+            Clock::time_point lastBeat = Clock::now();   // keep-alives
+        };
+        auto times = std::make_shared<Times>();
         res.set_chunked_content_provider(std::string("multipart/mixed; boundary=") + kBoundary,
-            [&sim, sub, lastWrite](size_t, httplib::DataSink& sink) {
+            [&sim, sub, times](size_t, httplib::DataSink& sink) {
                 if (sim.alertSilent) {  // frozen: the connection stays open, nothing is sent
                     std::this_thread::sleep_for(std::chrono::milliseconds(100));
                     return !sim.stopping && !sub->dropped && sink.is_writable();
                 }
+                // A real device beats on its fixed period whether or not events
+                // flow; the idle-only mode beats only while none does.
+                const int keepAlive = sim.keepAliveMs;
+                const Clock::time_point since = sim.keepAliveIdleOnly ? times->lastWrite : times->lastBeat;
+                if (keepAlive > 0 && Clock::now() - since >= std::chrono::milliseconds(keepAlive)) {
+                    const std::string part = keepAlivePart(keepAlive);
+                    times->lastWrite = times->lastBeat = Clock::now();
+                    return sink.write(part.data(), part.size());
+                }
                 Chunks ev;
-                if (!AlertHub::next(*sub, ev, std::chrono::milliseconds(200))) {
+                if (!AlertHub::next(*sub, ev, std::chrono::milliseconds(keepAlive > 0 ? std::clamp(keepAlive, 20, 200) : 200))) {
                     if (sim.stopping || sub->dropped)
                         return false;
-                    const int keepAlive = sim.keepAliveMs;
-                    if (keepAlive > 0
-                        && std::chrono::steady_clock::now() - *lastWrite >= std::chrono::milliseconds(keepAlive)) {
-                        const std::string part = keepAlivePart(keepAlive);
-                        *lastWrite = std::chrono::steady_clock::now();
-                        return sink.write(part.data(), part.size());
-                    }
                     return sink.is_writable();
                 }
-                *lastWrite = std::chrono::steady_clock::now();
+                times->lastWrite = Clock::now();
                 for (const auto& c : ev)
                     if (!sink.write(c->data(), c->size()))
                         return false;

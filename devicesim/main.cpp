@@ -24,6 +24,7 @@ void usage()
         "usage: devicesim [--listen ADDR] [--port N] [--channels N] [--rate EVENTS_PER_S] [--seed N]\n"
         "                 [--user NAME] [--password TEXT] [--db FILE] [--serial ID] [--log FILE]\n"
         "                 [--abnormal SHARE] [--unit C|F] [--scene WxH] [--hfpd-polls N] [--keepalive-ms N]\n"
+        "                 [--keepalive-mode fixed|idle]\n"
         "                 [--tls-cert PEM --tls-key PEM] [--rtsp-port N]\n");
 }
 
@@ -55,6 +56,7 @@ bool parse(int argc, char** argv, devicesim::SimOptions& o)
         else if (a == "--hfpd-polls") o.hfpdPolls = std::atoi(v.c_str());
         else if (a == "--rtsp-port") o.rtspPort = std::atoi(v.c_str());
         else if (a == "--keepalive-ms") o.keepAliveMs = std::max(0, std::atoi(v.c_str()));
+        else if (a == "--keepalive-mode" && (v == "fixed" || v == "idle")) o.keepAliveIdleOnly = v == "idle";
         else if (a == "--scene") {
             if (std::sscanf(v.c_str(), "%dx%d", &o.sceneWidth, &o.sceneHeight) != 2 || o.sceneWidth < 64
                 || o.sceneHeight < 64) {

@@ -461,6 +461,10 @@
 <context>
     <name>CSoundConfigPage</name>
     <message>
+        <source>VoicePathWithQuote</source>
+        <translation>This file cannot be kept in the settings: its path contains a single quote (&apos;). Rename the file or its folder, or choose another file.</translation>
+    </message>
+    <message>
         <source>VoiceConfiguration</source>
         <translation>Voice settings</translation>
     </message>
@@ -2401,6 +2405,14 @@
 <context>
     <name>BodyTemperature::CDeviceHealthBanner</name>
     <message>
+        <source>DeviceAlarmStreamLostReason</source>
+        <translation>Device %1: alarm stream lost, silent for %2 (%3)</translation>
+    </message>
+    <message>
+        <source>DeviceAlarmStreamSilentReason</source>
+        <translation>connected, but the device sends nothing</translation>
+    </message>
+    <message>
         <source>DeviceAlarmStreamLost</source>
         <translation>Device %1: alarm stream lost, silent for %2</translation>
     </message>
@@ -2470,6 +2482,14 @@
     <message>
         <source>ReportChooseFolder</source>
         <translation>Choose a folder</translation>
+    </message>
+    <message>
+        <source>ReportJournalSizeOf</source>
+        <translation>Screening record on this computer: %1 of at most %2 (the oldest events make room)</translation>
+    </message>
+    <message>
+        <source>ReportJournalSize</source>
+        <translation>Screening record on this computer: %1</translation>
     </message>
     <message>
         <source>ReportFormats</source>

@@ -461,6 +461,10 @@
 <context>
     <name>CSoundConfigPage</name>
     <message>
+        <source>VoicePathWithQuote</source>
+        <translation>无法在设置中保存此文件：其路径包含单引号（&apos;）。请重命名文件或所在文件夹，或选择其他文件。</translation>
+    </message>
+    <message>
         <source>VoiceConfiguration</source>
         <translation>语音配置</translation>
     </message>
@@ -2401,6 +2405,14 @@
 <context>
     <name>BodyTemperature::CDeviceHealthBanner</name>
     <message>
+        <source>DeviceAlarmStreamLostReason</source>
+        <translation>设备 %1：报警流中断，已静默 %2（%3）</translation>
+    </message>
+    <message>
+        <source>DeviceAlarmStreamSilentReason</source>
+        <translation>已连接，但设备没有发送任何数据</translation>
+    </message>
+    <message>
         <source>DeviceAlarmStreamLost</source>
         <translation>设备 %1：报警流中断，已静默 %2</translation>
     </message>
@@ -2470,6 +2482,14 @@
     <message>
         <source>ReportChooseFolder</source>
         <translation>选择文件夹</translation>
+    </message>
+    <message>
+        <source>ReportJournalSizeOf</source>
+        <translation>本机筛查记录：%1，上限 %2（超出时删除最早的事件）</translation>
+    </message>
+    <message>
+        <source>ReportJournalSize</source>
+        <translation>本机筛查记录：%1</translation>
     </message>
     <message>
         <source>ReportFormats</source>

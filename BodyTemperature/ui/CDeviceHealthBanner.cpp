@@ -28,6 +28,7 @@ CDeviceHealthBanner::CDeviceHealthBanner(QWidget* parent) : QFrame(parent)
     m_pText = new QLabel(this);
     m_pText->setObjectName(QStringLiteral("m_pDeviceHealthText"));
     m_pText->setWordWrap(true);
+    m_pText->setTextFormat(Qt::PlainText);  // names and reasons from devices
     row->addWidget(m_pText, 1);
     m_pTick = new QTimer(this);
     m_pTick->setInterval(1000);
@@ -68,7 +69,14 @@ void CDeviceHealthBanner::refresh()
         if (clientcommonlogical::CConfigMgr::Instance()->FindDevice(s.deviceId.toStdString(), device)
             && !device.name.empty())
             name = QStringLiteral("%1 (%2)").arg(QString::fromStdString(device.name), s.deviceId);
-        lines << tr("DeviceAlarmStreamLost").arg(name, CDeviceSilence::FormatDuration(now - s.sinceMs));
+        const QString since = CDeviceSilence::FormatDuration(now - s.sinceMs);
+        // Why, as the intake saw it: a stream that stays open but says nothing
+        // is told in words; other reasons are the transport's own.
+        QString reason = commlayer::CDeviceStateNotifier::Instance()->DeviceProblem(s.deviceId);
+        if (reason.contains(QStringLiteral("silent")))
+            reason = tr("DeviceAlarmStreamSilentReason");
+        lines << (reason.isEmpty() ? tr("DeviceAlarmStreamLost").arg(name, since)
+                                   : tr("DeviceAlarmStreamLostReason").arg(name, since, reason));
     }
     if (m_siteState != 0) {
         const QString since = QDateTime::fromMSecsSinceEpoch(m_siteSinceMs).toString(QStringLiteral("hh:mm"));

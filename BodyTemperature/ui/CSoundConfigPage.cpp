@@ -73,6 +73,12 @@ VantorGUIToolkit::CPathComboBox* CSoundConfigPage::makeChooser(const char* objec
     chooser->setFileMode(QFileDialog::ExistingFile);
     chooser->setDialogTitle(PageText::tr("OpenAudioFile"));
     chooser->setFilter(PageText::tr("AudioFiles") + QStringLiteral("(*.wav)"));
+    chooser->setPathCheck([](const QString& path) {
+        if (IsStorablePath(path))
+            return true;
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("VoicePathWithQuote"));
+        return false;
+    });
     return chooser;
 }
 
@@ -88,6 +94,11 @@ bool CSoundConfigPage::FillDefaultVoicePaths(AlarmDisplayConfig& config, int lan
     config.strAbnormalVoice = VantorGUIToolkit::GetTargetPathFile(
         chinese ? QStringLiteral("abnormal.wav") : QStringLiteral("abnormal_en.wav"));
     return true;
+}
+
+bool CSoundConfigPage::IsStorablePath(const QString& path)
+{
+    return !path.contains(QLatin1Char('\''));
 }
 
 void CSoundConfigPage::SetConfig(const AlarmDisplayConfig& config)
@@ -112,6 +123,12 @@ void CSoundConfigPage::onClickedOK()
     const bool soundNormal = m_pNormalCheck->isChecked();
     const bool soundAbnormal = m_pAbnormalCheck->isChecked();
     const bool soundNoMask = m_pNoMaskCheck->isChecked();
+    // A typed path the store cannot keep would empty the settings: the page
+    // stays open so that the user can choose another file.
+    if (!IsStorablePath(normal) || !IsStorablePath(abnormal) || !IsStorablePath(noMask)) {
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(PageText::tr("VoicePathWithQuote"));
+        return;
+    }
 
     if (normal != m_config.strNormalVoice || abnormal != m_config.strAbnormalVoice
         || noMask != m_config.strNoMaskVoice || soundNormal != m_config.bSoundNormal

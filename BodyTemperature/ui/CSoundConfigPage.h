@@ -35,6 +35,10 @@ public:
     // (1: Chinese, anything else English) when all three are empty.
     // Returns true when it changed config.
     static bool FillDefaultVoicePaths(AlarmDisplayConfig& config, int language);
+    // Whether the settings store can keep this path: it writes paths into its
+    // statement unescaped, so a single quote would fail the save and leave
+    // the settings table empty.
+    static bool IsStorablePath(const QString& path);
 
 public slots:
     void onClickedOK();

@@ -8,6 +8,8 @@
 #include <libxml/parser.h>
 #include <mutex>
 
+#include "Base/DeviceText.h"
+
 namespace CapabilitySet {
 namespace detail {
 
@@ -79,7 +81,7 @@ std::string text(xmlNodePtr node)
     for (xmlNodePtr c = node->children; c; c = c->next)
         if ((c->type == XML_TEXT_NODE || c->type == XML_CDATA_SECTION_NODE) && c->content)
             out += reinterpret_cast<const char*>(c->content);
-    return out;
+    return Base::DeviceText(std::move(out));
 }
 
 std::string childText(xmlNodePtr parent, const char* name)
@@ -174,7 +176,7 @@ bool jsonString(const nlohmann::json& obj, const char* key, std::string& out)
     if (it == obj.end() || it->is_null())
         return true;
     if (it->is_string()) {
-        out = it->get<std::string>();
+        out = Base::DeviceText(it->get<std::string>());
         return true;
     }
     if (it->is_number_integer()) {

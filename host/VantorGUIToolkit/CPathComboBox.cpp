@@ -75,7 +75,7 @@ void CPathComboBox::onBrowse()
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QStringList files = dialog.selectedFiles();
-    if (!files.isEmpty())
+    if (!files.isEmpty() && (!m_pathCheck || m_pathCheck(files.first())))
         addPath(files.first());
 }
 

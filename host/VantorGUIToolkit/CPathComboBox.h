@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 class QComboBox;
 class QToolButton;
@@ -24,6 +25,9 @@ public:
     // A name filter such as "Audio files(*.wav)".
     void setFilter(const QString& filter);
     QString filter() const { return m_strFilter; }
+    // Asked about each file chosen in the dialog; a file it refuses (false)
+    // is not taken and the current path stays. The owner says why.
+    void setPathCheck(std::function<bool(const QString&)> check) { m_pathCheck = std::move(check); }
 
     // Adds path as an item (once) and makes it current.
     void addPath(const QString& path);
@@ -46,6 +50,7 @@ private:
     int m_iFileMode = QFileDialog::ExistingFile;
     QString m_strTitle;
     QString m_strFilter;
+    std::function<bool(const QString&)> m_pathCheck;
 };
 
 } // namespace VantorGUIToolkit

@@ -99,6 +99,7 @@ bool CConfigMgr::Load(const QString& path)
     m_regionMode = root.value(QStringLiteral("regionMode")).toInt(1);
     m_brand = brand;
     m_recordRetentionDays = std::max(0, root.value(QStringLiteral("recordRetentionDays")).toInt(90));
+    m_recordMaxBytes = int64_t(std::max(0.0, root.value(QStringLiteral("recordMaxMB")).toDouble(2048)) * (1 << 20));
     m_debugLog = root.value(QStringLiteral("logLevel")).toString() == QStringLiteral("debug");
     m_devices = std::move(devices);
     m_siteRecord = std::move(site);
@@ -114,6 +115,8 @@ std::vector<int> CConfigMgr::GetBrandValues() const { std::lock_guard<std::mutex
 void CConfigMgr::SetBrandValues(const std::vector<int>& values) { std::lock_guard<std::mutex> l(m_mutex); m_brand = values; }
 int CConfigMgr::GetRecordRetentionDays() const { std::lock_guard<std::mutex> l(m_mutex); return m_recordRetentionDays; }
 void CConfigMgr::SetRecordRetentionDays(int days) { std::lock_guard<std::mutex> l(m_mutex); m_recordRetentionDays = days; }
+int64_t CConfigMgr::GetRecordMaxBytes() const { std::lock_guard<std::mutex> l(m_mutex); return m_recordMaxBytes; }
+void CConfigMgr::SetRecordMaxBytes(int64_t bytes) { std::lock_guard<std::mutex> l(m_mutex); m_recordMaxBytes = bytes; }
 bool CConfigMgr::IsDebugLog() const { std::lock_guard<std::mutex> l(m_mutex); return m_debugLog; }
 SiteRecordConfig CConfigMgr::GetSiteRecord() const { std::lock_guard<std::mutex> l(m_mutex); return m_siteRecord; }
 void CConfigMgr::SetSiteRecord(const SiteRecordConfig& site) { std::lock_guard<std::mutex> l(m_mutex); m_siteRecord = site; }

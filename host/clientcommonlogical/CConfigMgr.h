@@ -4,6 +4,7 @@
 // read from any thread, changed on the GUI thread (or by tests). Passwords are
 // kept in memory only and never logged.
 #include <QString>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -71,6 +72,10 @@ public:
     // Days a module keeps its event records (0: no limit); "recordRetentionDays", default 90.
     int GetRecordRetentionDays() const;
     void SetRecordRetentionDays(int days);
+    // Bytes a module's event record may take (0: no limit); "recordMaxMB" in
+    // megabytes, default 2048.
+    int64_t GetRecordMaxBytes() const;
+    void SetRecordMaxBytes(int64_t bytes);
     // "logLevel": "debug" writes debug records to the host log; anything else info.
     bool IsDebugLog() const;
 
@@ -89,6 +94,7 @@ private:
     int m_regionMode = 1;
     std::vector<int> m_brand{0, 0, 0};
     int m_recordRetentionDays = 90;
+    int64_t m_recordMaxBytes = int64_t(2048) << 20;
     bool m_debugLog = false;
     std::vector<DeviceConfig> m_devices;
     SiteRecordConfig m_siteRecord;

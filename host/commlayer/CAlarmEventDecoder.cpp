@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "Base/DeviceText.h"
+
 namespace commlayer {
 
 namespace {
@@ -31,7 +33,7 @@ std::string str(const json& o, const char* key)
     if (it == o.end())
         return std::string();
     if (it->is_string())
-        return it->get<std::string>();
+        return Base::DeviceText(it->get<std::string>());
     if (it->is_number_integer())
         return std::to_string(it->get<long long>());
     return std::string();

@@ -1,6 +1,7 @@
 #include "commlayer/CAlarmSubscription.h"
 
 #include <QString>
+#include <chrono>
 #include <ctime>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -17,6 +18,8 @@
 namespace commlayer {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 uint64_t threadCpuNs()
 {
@@ -108,24 +111,13 @@ void CAlarmSubscription::runStream()
     const uint64_t cpuStart = threadCpuNs();
     int backoffMs = 500;
     bool wasOnline = false;
+    // After a silence cut the device counts as back only once it speaks
+    // again: a reconnection that is answered but stays silent keeps it offline.
+    bool cutForSilence = false;
     while (!m_stop) {
         CAlarmEventDecoder decoder(m_device);
         std::unique_ptr<CMultipartReader> reader;
         bool streaming = false;
-        decoder.onError = [this](const std::string& why) {
-            ++m_stats.errors;
-            BASE_LOG_ERROR("alarm stream of device [%s]: %s", m_device.id.c_str(), why.c_str());
-        };
-        decoder.onEvent = [this, cpuStart](publicdatacontroller::IntelAlarmEventInfo&& info) {
-            m_stats.pictureBytes += pictureBytes(info);
-            BASE_LOG_DEBUG("alarm %u from device [%s] camera [%s] event [%s] faces %zu", info.eventType,
-                info.deviceID.c_str(), info.cameraID.c_str(), info.eventID.c_str(), info.faceInfoList.size());
-            auto alarm = std::make_shared<const publicdatacontroller::CIntelAlarmObject>(std::move(info));
-            Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(std::move(alarm));
-            ++m_stats.events;
-            m_stats.cpuNs = threadCpuNs() - cpuStart;
-        };
-
         detail::HttpExchange ex;
         ex.path = kAlertPath;
         ex.timeoutMs = 0;  // a stream has no end; silence is caught by the limits below
@@ -136,26 +128,54 @@ void CAlarmSubscription::runStream()
         ex.abortFlag = &m_stop;
         ex.socketFd = &m_socket;
         ex.socketMutex = &m_socketMutex;
-        decoder.onKeepAlive = [this, &ex](int intervalSec) {
-            if (!m_keepAliveSeen) {
-                m_keepAliveSeen = true;
-                BASE_LOG_INFO("alarm stream of device [%s] sends keep-alives (every %d s): silence over %d ms "
-                              "reconnects", m_device.id.c_str(), intervalSec, m_silenceLimitMs);
+        // Events that keep coming with no gap over the silence limit for a
+        // while show a device that keeps its stream busy (such a device may
+        // send keep-alives only when it has nothing else to say).
+        Clock::time_point runStart{};
+        Clock::time_point lastEvent{};
+        auto learn = [this, &ex](const char* how) {
+            if (!m_keepsAlive) {
+                m_keepsAlive = true;
+                BASE_LOG_INFO("alarm stream of device [%s] is kept alive (%s): silence over %d ms reconnects",
+                    m_device.id.c_str(), how, m_silenceLimitMs);
             }
             ex.idleLimitMs = m_silenceLimitMs;
         };
+        decoder.onError = [this](const std::string& why) {
+            ++m_stats.errors;
+            BASE_LOG_ERROR("alarm stream of device [%s]: %s", m_device.id.c_str(), why.c_str());
+        };
+        decoder.onEvent = [this, cpuStart, &runStart, &lastEvent, &learn](
+                              publicdatacontroller::IntelAlarmEventInfo&& info) {
+            m_stats.pictureBytes += pictureBytes(info);
+            BASE_LOG_DEBUG("alarm %u from device [%s] camera [%s] event [%s] faces %zu", info.eventType,
+                info.deviceID.c_str(), info.cameraID.c_str(), info.eventID.c_str(), info.faceInfoList.size());
+            auto alarm = std::make_shared<const publicdatacontroller::CIntelAlarmObject>(std::move(info));
+            Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(std::move(alarm));
+            ++m_stats.events;
+            m_stats.cpuNs = threadCpuNs() - cpuStart;
+            if (!m_keepsAlive) {
+                const Clock::time_point now = Clock::now();
+                if (lastEvent == Clock::time_point{} || now - lastEvent > std::chrono::milliseconds(m_silenceLimitMs))
+                    runStart = now;
+                else if (now - runStart >= std::chrono::milliseconds(m_silenceLimitMs) * kSteadyRunFactor)
+                    learn("a steady flow of events");
+                lastEvent = now;
+            }
+        };
+        decoder.onKeepAlive = [&learn](int) { learn("keep-alives"); };
         ex.onHeaders = [&](long status, const std::string& contentType) {
             if (status != 200)
                 return;
             streaming = true;
-            ex.idleLimitMs = m_keepAliveSeen ? m_silenceLimitMs : 0;
+            ex.idleLimitMs = m_keepsAlive ? m_silenceLimitMs : 0;
             reader = std::make_unique<CMultipartReader>(boundaryOf(contentType), kMaxPartBytes);
             reader->onPart = [&decoder](CMultipartReader::Part& part) { decoder.onPart(part); };
             reader->onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
             ++m_stats.connects;
             backoffMs = 500;
             BASE_LOG_INFO("alarm stream of device [%s] connected", m_device.id.c_str());
-            if (!wasOnline) {
+            if (!wasOnline && !cutForSilence) {
                 wasOnline = true;
                 CDeviceStateNotifier::Instance()->SetDeviceOnline(id, true);
             }
@@ -163,6 +183,12 @@ void CAlarmSubscription::runStream()
         uint64_t copiedBefore = 0;
         ex.sink = [&](const char* data, size_t len) {
             if (reader) {
+                if (cutForSilence && len > 0) {
+                    cutForSilence = false;
+                    BASE_LOG_INFO("alarm stream of device [%s] speaks again", m_device.id.c_str());
+                    wasOnline = true;
+                    CDeviceStateNotifier::Instance()->SetDeviceOnline(id, true);
+                }
                 reader->feed(data, len);
                 m_stats.copiedBytes += reader->bytesCopied() - copiedBefore;
                 copiedBefore = reader->bytesCopied();
@@ -178,6 +204,7 @@ void CAlarmSubscription::runStream()
             BASE_LOG_WARN("alarm stream of device [%s] silent for %d ms (%s): reconnecting", m_device.id.c_str(),
                 m_silenceLimitMs, streaming ? "after the answer" : "no answer");
             wasOnline = false;
+            cutForSilence = true;
             CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false,
                 QStringLiteral("alarm stream silent for %1 s").arg(m_silenceLimitMs / 1000.0, 0, 'f', 1));
         } else if (streaming) {

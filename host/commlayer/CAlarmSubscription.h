@@ -6,11 +6,15 @@
 // CDeviceStateNotifier. Owned by CAlarmIntake (or a test); the destructor
 // stops and joins both threads promptly (an open transfer is cut).
 //
-// Silence: once the device has sent a keep-alive on its stream, a stream
-// that brings no byte for SilenceLimitMs (keep-alives included) is cut,
-// reported offline (reason "alarm stream silent ...") and reopened; so is an
-// answer whose headers do not come within that time. A device that never
-// sends keep-alives falls back to the 90 s low-speed rule.
+// Silence: once the device has shown that it keeps its stream alive (a
+// keep-alive, or events with no gap over the limit for kSteadyRunFactor
+// times the limit), in this connection or an earlier one, a stream that
+// brings no byte for SilenceLimitMs is cut, reported offline (reason "alarm
+// stream silent ...") and reopened; so is an answer whose headers do not come
+// within that time. After such a cut the device is reported online again
+// only once the new stream brings a byte: a reconnection into silence keeps
+// it offline with its reason. A device that has shown neither falls back to
+// the 90 s low-speed rule.
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
@@ -50,6 +54,7 @@ public:
     static constexpr const char* kBoundaryDefault = "btalertboundary7d1f";
     static constexpr qint64 kMaxPartBytes = 16 * 1024 * 1024;
     static constexpr int kSilenceLimitMs = 12000;
+    static constexpr int kSteadyRunFactor = 3;
 
 private:
     void runStream();
@@ -59,7 +64,7 @@ private:
     clientcommonlogical::DeviceConfig m_device;
     int m_statusPollMs;
     int m_silenceLimitMs = kSilenceLimitMs;
-    bool m_keepAliveSeen = false;  // stream thread only
+    bool m_keepsAlive = false;  // stream thread only: silence is watched from now on
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
     std::condition_variable m_cv;

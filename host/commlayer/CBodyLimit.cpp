@@ -5,6 +5,12 @@
 namespace commlayer {
 namespace detail {
 
+size_t CBodyLimit::ForDevicePath(const std::string& path)
+{
+    static const std::string records = "/DVAPI/SDT/HFPD/searchTask/result/";
+    return path.compare(0, records.size(), records) == 0 ? kRecordList : kDocument;
+}
+
 void CBodyLimit::StartResponse(long status)
 {
     m_status = status;

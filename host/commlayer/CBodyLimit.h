@@ -5,6 +5,7 @@
 // Used by DeviceHttp's transfer callbacks, one per transfer, on the thread
 // that runs the transfer; not thread-safe.
 #include <cstddef>
+#include <string>
 
 namespace commlayer {
 namespace detail {
@@ -15,6 +16,12 @@ public:
     static constexpr size_t kPicture = 32u * 1024 * 1024;   // downloaded pictures
     static constexpr size_t kErrorBody = 64u * 1024;        // bodies of 3xx..5xx answers, digest challenges
     static constexpr size_t kStatusDocument = 256u * 1024;  // the channel-status poll
+    // A returning-person task's records come in one answer of about 430 bytes
+    // a record: room for 300 000.
+    static constexpr size_t kRecordList = 128u * 1024 * 1024;
+
+    // The answer limit of a device-API request by its path.
+    static size_t ForDevicePath(const std::string& path);
 
     // answerLimit: for the body of a successful answer that is buffered.
     explicit CBodyLimit(size_t answerLimit) : m_answerLimit(answerLimit) {}

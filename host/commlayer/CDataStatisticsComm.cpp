@@ -82,6 +82,7 @@ bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::Dv
         ex.contentType = ex.body.front() == '{' ? "application/json" : "application/xml";
     ex.timeoutMs = req.timeout > 0 ? req.timeout : 30000;
     ex.connectTimeoutMs = std::min<long>(ex.timeoutMs, 10000);
+    ex.maxBodyBytes = detail::CBodyLimit::ForDevicePath(ex.path);
     detail::HttpResult r = detail::Perform(dev, ex);
     rsp.httpStatus = int32_t(r.status);
     rsp.contentType = r.contentType;

@@ -1,6 +1,6 @@
 // The screening journal against real SQLite files: alarms from the emulator
 // become rows through the information display, rows survive a restart and an
-// old schema, retention prunes, a journal that cannot be written is announced
+// old schema, retention and the size bound prune, a journal that cannot be written is announced
 // once while the page goes on, and a writer killed with SIGKILL loses at most
 // its last batch.
 #include <QCoreApplication>
@@ -17,6 +17,7 @@
 
 #include "CEventJournal.h"
 #include "CJournalDatabase.h"
+#include "Base/Log.h"
 #include "CScreeningRecord.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "commlayer/CAlarmSubscription.h"
@@ -184,6 +185,52 @@ TEST_F(JournalTest, RetentionPrunesOldRowsInTheBackground)
         }
         EXPECT_EQ(readAll(path).size(), r.kept + 1) << "retention " << r.retentionDays;
     }
+}
+
+// A size bound drops the oldest rows first, says so in the log, and the
+// newest rows stay; without a bound, or under it, nothing goes.
+TEST_F(JournalTest, ASizeBoundDropsTheOldestRowsFirst)
+{
+    const QString log = path(QStringLiteral("journal.log"));
+    Base::Log::Init(log.toStdString());
+    const int64_t now = QDateTime::currentSecsSinceEpoch();
+    QByteArray face(4000, '\0');
+    for (int i = 0; i < face.size(); ++i)
+        face[i] = char((i * 7919) >> 3);  // hardly compressible, like a JPEG
+    struct Row {
+        const char* name;
+        int64_t limit;
+        bool pruned;
+    } const rows[] = {{"bounded", 256 * 1024, true}, {"unbounded", 0, false}, {"under the bound", 64 << 20, false}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        const QString file = path(QStringLiteral("size-%1.db").arg(r.limit));
+        CEventJournal journal({file, 0, nullptr});
+        journal.SetSizeLimit(r.limit);
+        for (int i = 0; i < 300; ++i) {
+            JournalEvent e = numbered(now - 300 + i, i);
+            e.faceJpeg = face;
+            journal.Append(std::move(e));
+            if (i % 50 == 49) {
+                ASSERT_TRUE(journal.Flush());
+            }
+        }
+        const std::vector<JournalEvent> kept = readAll(file);
+        ASSERT_FALSE(kept.empty());
+        EXPECT_EQ(kept.back().personName, "299");
+        // What is left is the newest, without a gap.
+        EXPECT_EQ(kept.front().personName, std::to_string(300 - int(kept.size())));
+        EXPECT_EQ(kept.size() < 300, r.pruned) << kept.size();
+        if (r.limit > 0) {
+            CJournalDatabase db;
+            ASSERT_TRUE(db.Open(file, CJournalDatabase::OpenMode::Read));
+            EXPECT_LE(db.UsedBytes(), r.limit);
+        }
+    }
+    QFile text(log);
+    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(text.readAll().contains("oldest row(s) removed to stay within 0.2"));
+    Base::Log::Init();
 }
 
 // A small real file system, for the full disk (needs the right to mount).

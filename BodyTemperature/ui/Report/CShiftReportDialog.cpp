@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -115,9 +116,13 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     m_pStatus->setObjectName(QStringLiteral("m_pReportStatus"));
     m_pStatus->setWordWrap(true);
     body->addWidget(m_pStatus, 7, 0, 1, 2);
+    auto* journalSize = new QLabel(JournalSizeText(journalPath), parts.frame);
+    journalSize->setObjectName(QStringLiteral("m_pJournalSize"));
+    journalSize->setWordWrap(true);
+    body->addWidget(journalSize, 8, 0, 1, 2);
     body->setColumnStretch(1, 1);
 
-    LayOutSettingsDialog(this, parts, body, 16, QSize(520, 380));
+    LayOutSettingsDialog(this, parts, body, 16, QSize(520, 410));
 
     m_pProgressTimer = new QTimer(this);
     m_pProgressTimer->setInterval(100);
@@ -139,6 +144,18 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CShiftReportDialog::onCancel);
     connect(parts.close, &QToolButton::clicked, this, &CShiftReportDialog::reject);
     onSincePageOpened();
+}
+
+QString CShiftReportDialog::JournalSizeText(const QString& journalPath)
+{
+    // The file and its write-ahead log: what the journal takes on the disk.
+    const qint64 bytes = QFileInfo(journalPath).size() + QFileInfo(journalPath + QStringLiteral("-wal")).size();
+    const int64_t limit = clientcommonlogical::CConfigMgr::Instance()->GetRecordMaxBytes();
+    const QLocale locale;
+    const QString size = locale.formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+    return limit > 0
+        ? tr("ReportJournalSizeOf").arg(size, locale.formattedDataSize(limit, 1, QLocale::DataSizeTraditionalFormat))
+        : tr("ReportJournalSize").arg(size);
 }
 
 CShiftReportDialog::~CShiftReportDialog()

@@ -30,6 +30,9 @@ public:
     ~CShiftReportDialog() override;
 
     bool IsExporting() const;
+    // "Screening record: 1.2 GB of 2.0 GB": the journal's size on the disk
+    // and the configured bound.
+    static QString JournalSizeText(const QString& journalPath);
 
     // The screening history's Export: the range becomes the filter's (its open
     // end the current time) and only the filter's rows are written until the

@@ -1,6 +1,6 @@
 // The voice settings dialog on the real settings file: defaults written on
 // opening, Save with and without changes, choosing a file, failing saves,
-// Cancel and Close.
+// a file the store cannot keep, Cancel and Close.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -112,6 +112,46 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
         EXPECT_EQ(messages(), QStringList{QLatin1String(readOnly ? "SaveFailed" : "SaveSuccessfulYCFI2BGO")});
         EXPECT_TRUE(page->GetConfig() == expected);
         EXPECT_TRUE(reloaded() == (readOnly ? withVoices() : expected));
+    }
+}
+
+// The store cannot keep a path with a single quote (its save would empty the
+// table): the page refuses such a file when it is browsed or typed, and the
+// saved settings stay as they were.
+TEST_F(SoundConfigPageTest, AFileWhosePathHoldsAQuoteIsRefusedAndTheSettingsStay)
+{
+    const QString wav = path(QStringLiteral("it's mine.wav"));
+    QFile f(wav);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    struct Row {
+        const char* name;
+        bool browse;
+    };
+    for (const Row& r : {Row{"browsed", true}, Row{"typed", false}}) {
+        SCOPED_TRACE(r.name);
+        VantorGUIToolkit::CInformationDlg::ClearShownMessages();
+        auto page = openPage();
+        const QByteArray before = fileBytes();
+        auto* chooser = testsupport::child<VantorGUIToolkit::CPathComboBox>(page, "m_pNormalPathCombo");
+        if (r.browse) {
+            QTimer::singleShot(0, page.get(), [&] {
+                auto* dialog = page->findChild<QFileDialog*>();
+                ASSERT_NE(dialog, nullptr);
+                dialog->selectFile(wav);
+                static_cast<QDialog*>(dialog)->accept();
+            });
+            chooser->browseButton()->click();
+            EXPECT_EQ(chooser->currentPath(), withVoices().strNormalVoice);
+        } else {
+            chooser->comboBox()->setEditText(wav);
+            testsupport::child<QPushButton>(page, "m_pSaveBtn")->click();
+            EXPECT_TRUE(page->isVisible());
+        }
+        EXPECT_EQ(messages(), QStringList{QStringLiteral("VoicePathWithQuote")});
+        EXPECT_TRUE(page->GetConfig() == withVoices());
+        EXPECT_TRUE(fileBytes() == before);
+        EXPECT_TRUE(reloaded() == withVoices());
     }
 }
 

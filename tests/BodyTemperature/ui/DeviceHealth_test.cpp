@@ -56,7 +56,7 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     QTranslator english;
     ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
     QCoreApplication::installTranslator(&english);
-    testsupport::DeviceSim sim;
+    testsupport::DeviceSim sim({"--keepalive-ms", "300"});
     ASSERT_TRUE(sim.start());
     auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
     rsc->Init();
@@ -80,6 +80,7 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     };
 
     auto sub = std::make_unique<commlayer::CAlarmSubscription>(sim.device(), 150);
+    sub->SetSilenceLimitMs(1000);
     sub->Start();
     ASSERT_TRUE(waitUntil([&] { return allCameras(false); }, 10000));
     EXPECT_FALSE(banner->isVisible());
@@ -100,6 +101,20 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
 
     ASSERT_TRUE(sim.start(port));
     EXPECT_TRUE(waitUntil([&] { return !banner->isVisible() && allCameras(false); }, 20000));
+
+    // A stream that stays open but falls silent, and stays silent across the
+    // reconnection: the banner says so until the device speaks again. (Once
+    // it has shown its keep-alives: only then is its silence a fault.)
+    testsupport::pump(800);
+    sim.control("POST", "/control/alertStream/silence", R"({"silent":true})");
+    const QString silent = QStringLiteral("the device sends nothing");
+    ASSERT_TRUE(waitUntil([&] { return banner->isVisible(); }, 4000));
+    EXPECT_TRUE(banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(silent));
+    ASSERT_TRUE(waitUntil([&] { return sub->Stats().silences >= 2; }, 5000));
+    EXPECT_TRUE(banner->isVisible());
+    EXPECT_TRUE(banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(silent));
+    sim.control("POST", "/control/alertStream/silence", R"({"silent":false})");
+    EXPECT_TRUE(waitUntil([&] { return !banner->isVisible(); }, 5000));
     sub->Stop();
     QCoreApplication::removeTranslator(&english);
 }

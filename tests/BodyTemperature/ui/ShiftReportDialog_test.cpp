@@ -99,10 +99,15 @@ TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
     dialog->findChild<QPushButton*>(QStringLiteral("m_pPresetLast24"))->click();
     EXPECT_NEAR(from->dateTime().secsTo(to->dateTime()), 24 * 3600 + 60, 61);
     testsupport::pump(400);  // the journal commits its batch
+    // The journal's size on the disk next to its bound (2048 MB unless configured).
+    const QString size = dialog->findChild<QLabel*>(QStringLiteral("m_pJournalSize"))->text();
+    EXPECT_TRUE(size.contains(QStringLiteral("2.0 GB"))) << qPrintable(size);
+    EXPECT_NE(size.left(8), QStringLiteral("ReportJo"));
 
     if (!qEnvironmentVariableIsEmpty("BT_GALLERY")) {
         commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(QStringLiteral("GALLERY01"), true);
-        commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(QStringLiteral("GALLERY01"), false);
+        commlayer::CDeviceStateNotifier::Instance()->SetDeviceOnline(
+            QStringLiteral("GALLERY01"), false, QStringLiteral("alarm stream silent for 12.0 s"));
         testsupport::pump(1200);
         QImage page = m_dlg->grab().toImage();
         QPainter p(&page);

@@ -2,7 +2,9 @@
 // against broken, hostile and oversized text.
 #include <functional>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+#include "Base/DeviceText.h"
 #include "CapabilitySet/CityCodeCapability.h"
 #include "CapabilitySet/FaceDataLibraryCap.h"
 #include "CapabilitySet/FaceDataLibraryCfg.h"
@@ -165,6 +167,38 @@ std::vector<Reader> readers()
                  R"("rect":{"x":0.1,"y":0.2,"width":0.3,"height":0.4}}]})",
             reader<HFPDSearchFaceResult>([](const HFPDSearchFaceResult& c) { return !c.bValid && c.results.empty(); })},
     };
+}
+
+// Bidirectional controls in a device's text would reorder what the operator
+// reads: every text read from an answer comes without them, the rest intact.
+TEST(Parsers, DeviceTextsComeWithoutBidirectionalControls)
+{
+    struct Row {
+        const char* name;
+        std::string device;
+        std::string shown;
+    };
+    const Row rows[] = {
+        {"plain", "Zo\u00eb Chen", "Zo\u00eb Chen"},
+        {"right-to-left override", "\u202egpj.exe", "gpj.exe"},
+        {"every embedding and override", "a\u202ab\u202bc\u202cd\u202de\u202ef", "abcdef"},
+        {"isolates", "\u2066x\u2067y\u2068z\u2069", "xyz"},
+        {"neighbours kept", "\u2029\u202f\u2065\u206a\u200f", "\u2029\u202f\u2065\u206a\u200f"},
+        {"empty", "", ""},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        EXPECT_EQ(Base::DeviceText(r.device), r.shown);
+        EXPECT_EQ(Base::DeviceText(r.device + "\xE2\x80"), r.shown + "\xE2\x80");  // cut short: kept
+        const FaceDataLibraryCfg libs("<FDLibBaseCfgList><FDLibBaseCfg><FDID>1</FDID><name>" + r.device
+            + "</name></FDLibBaseCfg></FDLibBaseCfgList>");
+        ASSERT_EQ(libs.libraries.size(), 1u);
+        EXPECT_EQ(libs.libraries[0].name, r.shown);
+        nlohmann::json hfpd = {{"progress", 100}, {"targets", {{{"index", 1}, {"cameraName", r.device}}}}};
+        const HFPDSearchFaceResult found(hfpd.dump());
+        ASSERT_EQ(found.results.size(), 1u);
+        EXPECT_EQ(found.results[0].cameraName, r.shown);
+    }
 }
 
 TEST(Parsers, ValidTextIsReadBadTextFailsAndLeavesTheRecordEmpty)

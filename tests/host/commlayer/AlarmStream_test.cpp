@@ -2,6 +2,7 @@
 // order and intact, bad parts are skipped, the stream comes back after the
 // device drops it, and availability is reported.
 #include <QSignalSpy>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -60,7 +61,7 @@ TEST_F(AlarmStreamTest, EventsArriveInOrderWithFieldsAndPictures)
         {"faces", {{{"Temperature", 38.2}, {"TemperatureAnomaly", 1}, {"Mask", 1}, {"facePicID", 4242}}}},
         {"pictures", {{"bk0", {{"base64", scene.toBase64().toStdString()}}}, {"sub0", {{"base64", face.toBase64().toStdString()}}}}}});
     const std::string compare = inject({{"eventCode", 100103}, {"channelID", 3},
-        {"comparison", {{"similarity", 0.91}, {"person", {{"name", "Zo\u00eb \u00dcnicode"}, {"FDID", "2"}}}}}});
+        {"comparison", {{"similarity", 0.91}, {"person", {{"name", "Zo\u00eb \u00dcnicode\u202e"}, {"FDID", "2"}}}}}});
     const std::string returning = inject({{"eventCode", 100112}, {"channelID", 1}, {"taskID", "hfpd-xyz"}});
     const std::string sceneOnly = inject({{"eventCode", 100101}, {"channelID", 4}, {"bNoSubPic", true}});
     ASSERT_TRUE(waitUntil([this] { return m_events.size() >= 4; }));
@@ -87,7 +88,7 @@ TEST_F(AlarmStreamTest, EventsArriveInOrderWithFieldsAndPictures)
 
     const IntelAlarmEventInfo& b = m_events[1];
     EXPECT_EQ(b.cameraID, "TEST0001-CH3");
-    EXPECT_EQ(b.alarmInfo.comparison.people.name, "Zo\u00eb \u00dcnicode");
+    EXPECT_EQ(b.alarmInfo.comparison.people.name, "Zo\u00eb \u00dcnicode");  // without its bidirectional override
     EXPECT_DOUBLE_EQ(b.alarmInfo.comparison.similarity, 0.91);
     EXPECT_FALSE(b.alarmInfo.comparison.people.extendList.empty());
     EXPECT_TRUE(b.alarmInfo.comparison.libraryPic.startsWith("\xFF\xD8"));
@@ -170,6 +171,68 @@ TEST_F(AlarmStreamTest, ReconnectsAfterADropOrRestartAndReportsAvailability)
     ASSERT_EQ(channelSpy.count(), 1);
     EXPECT_EQ(channelSpy.at(0).at(1).toInt(), 2);
     EXPECT_FALSE(channelSpy.at(0).at(2).toBool());
+}
+
+// A device that falls silent while events flow: caught within the silence
+// limit whether it beats on a fixed period or only while idle (so that its
+// busy stream carries no keep-alive at all); reconnected into silence it
+// stays offline with its reason until it speaks again. (An idle device that
+// beats: EmulatorHostile.)
+TEST(AlarmStreamSilence, SilenceAfterBusyOrIdleStreamsIsCaughtAndReconnectingIntoItStaysOffline)
+{
+    struct Row {
+        const char* name;
+        const char* options;
+        double rate;
+    };
+    const Row rows[] = {
+        {"fixed heartbeat, busy", "--keepalive-mode fixed --keepalive-ms 300", 10},
+        {"heartbeat only while idle, busy", "--keepalive-mode idle --keepalive-ms 5000", 10},
+    };
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    const QString id = QStringLiteral("TEST0001");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        testsupport::DeviceSim sim(QString::fromLatin1(row.options).split(QLatin1Char(' '))
+            << QStringLiteral("--scene") << QStringLiteral("320x180"));
+        ASSERT_TRUE(sim.start());
+        sim.control("POST", "/control/settings", QByteArray("{\"rate\":") + QByteArray::number(row.rate) + '}');
+        testsupport::pump(100);
+        QSignalSpy spy(notifier, &commlayer::CDeviceStateNotifier::signalDeviceOnline);
+        commlayer::CAlarmSubscription sub(sim.device(), 0);
+        sub.SetSilenceLimitMs(1000);
+        sub.Start();
+        ASSERT_TRUE(waitUntil([&] { return notifier->IsDeviceOnline(id); }));
+        // Long enough for a steady flow of events to show (three silence limits).
+        testsupport::pump(4500);
+        if (row.rate > 0) {
+            EXPECT_GT(sub.Stats().events.load(), 20u);
+        }
+
+        sim.control("POST", "/control/alertStream/silence", R"({"silent":true})");
+        const auto silent = std::chrono::steady_clock::now();
+        ASSERT_TRUE(waitUntil([&] { return sub.Stats().silences >= 1; }, 10000));
+        EXPECT_LT(std::chrono::steady_clock::now() - silent, std::chrono::milliseconds(3000));
+        ASSERT_TRUE(waitUntil([&] { return !notifier->IsDeviceOnline(id); }, 1000));
+        EXPECT_TRUE(notifier->DeviceProblem(id).contains(QStringLiteral("silent"))) << qPrintable(notifier->DeviceProblem(id));
+
+        // Reconnected into silence: answered, but still offline with its reason.
+        ASSERT_TRUE(waitUntil([&] { return sub.Stats().silences >= 2; }, 5000));
+        EXPECT_GE(sub.Stats().connects.load(), 2u);
+        EXPECT_FALSE(notifier->IsDeviceOnline(id));
+        EXPECT_TRUE(notifier->DeviceProblem(id).contains(QStringLiteral("silent")));
+
+        sim.control("POST", "/control/alertStream/silence", R"({"silent":false})");
+        ASSERT_TRUE(waitUntil([&] { return notifier->IsDeviceOnline(id); }, 5000));
+        testsupport::pump(100);
+        std::vector<bool> states;
+        for (const QList<QVariant>& signal : spy)
+            if (signal.at(0).toString() == id)
+                states.push_back(signal.at(1).toBool());
+        EXPECT_EQ(states, (std::vector<bool>{true, false, true}));
+        sub.Stop();
+        testsupport::pump(100);
+    }
 }
 
 // The reader on hand-made streams, fed in pieces of every size.

@@ -71,6 +71,9 @@ TEST(HostileDevice, EndlessAndOversizedBodiesAreCutByKind)
             self.sendForever(fd, chunk);
         } else if (req.find("/nine") != std::string::npos) {
             FakeDevice::send(fd, head(200, "image/jpeg", (long long)nineMb.size()) + nineMb);
+        } else if (req.find("/json") != std::string::npos) {
+            const std::string doc = "{\"a\":\"" + std::string(nineMb.size(), 'x') + "\"}";
+            FakeDevice::send(fd, head(200, "application/json", (long long)doc.size()) + doc);
         }
     });
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({fakeConfig("FAKE", dev.port())});
@@ -89,6 +92,11 @@ TEST(HostileDevice, EndlessAndOversizedBodiesAreCutByKind)
         {"endless picture", true, "/endless200", {commlayer::kErrTooLarge, 200}},
         {"endless error page for a picture", true, "/endless500", {commlayer::kErrTooLarge, 500}},
         {"picture of the same size is fine", true, "/nine", {0, 0}},
+        {"document of the same size", false, "/json", {commlayer::kErrTooLarge, 200}},
+        // A returning-person task's records come in one answer with a limit of its own.
+        {"record list of the same size is fine", false, "/DVAPI/SDT/HFPD/searchTask/result/recordData/json", {0, 0}},
+        {"endless record list", false, "/DVAPI/SDT/HFPD/searchTask/result/recordData/endless200",
+            {commlayer::kErrTooLarge, 200}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

@@ -1,5 +1,7 @@
 #include "ui/ShowCard/ReCustomer/CHFPDSearchWorker.h"
 
+#include <map>
+
 #include "Base/Base.h"
 #include "Base/Log.h"
 #include "CapabilitySet/HFPDSearchFaceResult.h"
@@ -45,14 +47,22 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
         }
     }
 
+    // A task holds up to hundreds of thousands of records on a few channels:
+    // a channel the device has mapped once is not asked again in this search
+    // (a failed mapping is, record by record).
+    std::map<std::string, std::string> mappedChannels;
     for (const CapabilitySet::HFPDFaceResultItem& item : result.results) {
         if (cancel != nullptr && cancel->IsCancelled())
             return false;
         HFPDRecord record = CHFPDRecordBuilder::Build(item);
-        std::string mapped;
-        if (!MapChannel(deviceId, record.channelID, mapped))
-            continue;
-        record.channelID = mapped;
+        auto known = mappedChannels.find(record.channelID);
+        if (known == mappedChannels.end()) {
+            std::string mapped;
+            if (!MapChannel(deviceId, record.channelID, mapped))
+                continue;
+            known = mappedChannels.emplace(record.channelID, std::move(mapped)).first;
+        }
+        record.channelID = known->second;
         records.push_back(std::move(record));
     }
     return true;

@@ -1,5 +1,5 @@
 // Frequent-person record search against the emulator: polling until the task
-// is complete, channel mapping, cancel and transport failures.
+// is complete, channel mapping, large tasks, cancel and transport failures.
 #include <QElapsedTimer>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -105,6 +105,23 @@ TEST_F(HFPDSearchTest, CompletesAfterTheDevicesPollsWithChannelsMappedInDeviceOr
     for (size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(records[i].captureTimeText, "2020-05-01 10:20:30") << i;
         EXPECT_EQ(records[i].captureTime, Base::TimeUtil::StrDatetime2TimeT("2020-05-01 10:20:30")) << i;
+    }
+}
+
+// A task's records come in one answer: 100 000 of them (about 40 MB, well
+// over the limit of other answers) are read as whole as 20 000 are.
+TEST_F(HFPDSearchTest, LargeTasksAreReadWhole)
+{
+    for (int count : {20000, 100000}) {
+        SCOPED_TRACE(count);
+        const std::string task = "t-large-" + std::to_string(count);
+        Script({{"taskID", task}, {"polls", 1}, {"count", count}});
+        HFPDRecordList records;
+        ASSERT_TRUE(CHFPDSearchManager::Instance()->SearchRecords("TEST0001", task, records));
+        ASSERT_EQ(records.size(), size_t(count));
+        EXPECT_EQ(records.back().index, count);
+        EXPECT_FALSE(records.back().picUrl.empty());
+        EXPECT_FALSE(records.back().channelID.empty());
     }
 }
 
