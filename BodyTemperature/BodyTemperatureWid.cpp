@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
@@ -18,8 +19,10 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
-    // Device searches of returning-person cards run module code on pool threads.
+    // Device searches of returning-person cards and face uploads run module
+    // code on other threads: their requests are cut, so these return at once.
     CFrequenterUnit::StopAllDetails(m_pDialog);
+    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -39,6 +42,7 @@ void BodyTemperatureWid::saveState()
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
     CFrequenterUnit::StopAllDetails(m_pDialog);
+    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
 }
 
 void BodyTemperatureWid::readState()

@@ -56,7 +56,25 @@ CBTAddFaceWnd::CBTAddFaceWnd(QWidget* parent) : QDialog(parent)
     buildForm();
 }
 
-CBTAddFaceWnd::~CBTAddFaceWnd() = default;
+CBTAddFaceWnd::~CBTAddFaceWnd()
+{
+    // Deleted with its page while it uploads: the upload's frame below the
+    // waiting dialog's loop then ends within milliseconds instead of waiting
+    // for the device.
+    if (m_pUpload)
+        m_pUpload->Abort();
+}
+
+void CBTAddFaceWnd::CloseAllUnder(QObject* root)
+{
+    if (root == nullptr)
+        return;
+    for (CBTAddFaceWnd* dlg : root->findChildren<CBTAddFaceWnd*>()) {
+        if (dlg->m_pUpload)
+            dlg->m_pUpload->Abort();
+        dlg->reject();
+    }
+}
 
 bool CBTAddFaceWnd::OpenForFace(QWidget* parent, const std::string& deviceOrCameraId, const QByteArray& faceJpeg)
 {
@@ -404,10 +422,15 @@ void CBTAddFaceWnd::OnApply()
         record.extendList.push_back(item);
     }
 
-    if (m_picture.isEmpty())
+    if (m_picture.isEmpty()) {
         showMessage(CFaceUploadOutcome::Translate("FailedToAddPicture"));
-    else
-        m_bAdded = runUpload(record);
+    } else {
+        const QPointer<CBTAddFaceWnd> self(this);
+        const bool added = runUpload(record);
+        if (!self)
+            return;  // deleted with its page while it uploaded
+        m_bAdded = added;
+    }
     close();
 }
 
@@ -418,7 +441,10 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
     thread->SetPicture(m_picture.constData(), uint32_t(m_picture.size()));
     thread->SetPersonRecord(record);
 
-    auto* chase = new VantorGUIToolkit::CChaseDialog(QString::fromLatin1(kLoadingGif), "Processing", this);
+    const QPointer<CBTAddFaceWnd> self(this);
+    m_pUpload = thread.get();
+    const QPointer<VantorGUIToolkit::CChaseDialog> chase
+        = new VantorGUIToolkit::CChaseDialog(QString::fromLatin1(kLoadingGif), "Processing", this);
     chase->setObjectName(QStringLiteral("m_pChaseDialog"));
     connect(chase, &VantorGUIToolkit::CChaseDialog::SignalCancel, thread.get(),
         &CInportFaceDataRecordThread::OnCancelThread);
@@ -426,21 +452,31 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
         &VantorGUIToolkit::CChaseDialog::OnImmediatelyStopChase);
     thread->start(QThread::InheritPriority);
     chase->ExecChase();
-    chase->deleteLater();
-    if (!thread->isFinished()) {
-        // Cancelled: the worker ends after its current device call. Alarms
-        // keep arriving meanwhile; the form takes no input until then.
+    if (chase)
+        chase->deleteLater();
+    if (self && !thread->isFinished()) {
+        // Cancelled: the worker's request is cut; it may still ask the device
+        // whether the face was stored. Alarms keep arriving meanwhile; the
+        // form takes no input until then.
         setEnabled(false);
         QEventLoop waitForWorker;
         connect(thread.get(), &QThread::finished, &waitForWorker, &QEventLoop::quit);
         if (!thread->isFinished())
             waitForWorker.exec();
-        setEnabled(true);
+        if (self)
+            setEnabled(true);
     }
+    if (!self) {
+        // Deleted meanwhile (its destructor cut the upload): nothing to show it in.
+        thread->Abort();
+        thread->wait();
+        return false;
+    }
+    m_pUpload = nullptr;
     thread->wait();
 
-    const auto outcome = CFaceUploadOutcome::Evaluate(
-        thread->IsSuccess(), thread->IsCancelled(), thread->UploadState(), thread->ErrorPair());
+    const auto outcome = CFaceUploadOutcome::Evaluate(thread->IsSuccess(), thread->IsCancelled(),
+        thread->UploadState(), thread->ErrorPair(), thread->StoredCheck());
     showMessage(outcome.text);
     return outcome.success;
 }

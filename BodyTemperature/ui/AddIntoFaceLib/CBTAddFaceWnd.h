@@ -6,8 +6,10 @@
 //
 // Open it from anywhere with OpenForFace(parent, device or camera id, JPEG):
 // it returns when the dialog is closed. Device requests block the GUI thread
-// while the form is prepared (up to 30 s each); the upload runs on a worker.
-// GUI thread; created with new and a parent, deleted by its opener.
+// while the form is prepared (up to 30 s each); the upload runs on a worker,
+// which a cancel, CloseAllUnder() (the page left) or the dialog's deletion
+// cuts at once. GUI thread; created with new and a parent, deleted by its
+// opener (or with its parent, also while it uploads).
 #include <QByteArray>
 #include <QDialog>
 #include <QPointer>
@@ -35,6 +37,8 @@ class CYearMonthDayEdit;
 
 namespace BodyTemperature {
 
+class CInportFaceDataRecordThread;
+
 class CBTAddFaceWnd final : public QDialog {
     Q_OBJECT
 public:
@@ -52,6 +56,9 @@ public:
     // Selects the device and prepares the form for it. False when not usable.
     bool SetDevice(const std::string& deviceOrCameraId);
     bool IsAdded() const { return m_bAdded; }
+
+    // Cuts the upload of every add-to-library dialog under root and closes them.
+    static void CloseAllUnder(QObject* root);
 
 public slots:
     void OnComboDeviceChanged(int index);
@@ -79,6 +86,7 @@ private:
     std::string m_strFDID;
     bool m_bUsable = false;
     bool m_bAdded = false;
+    QPointer<CInportFaceDataRecordThread> m_pUpload;  // while runUpload() runs
 
     publicdatacontroller::CDeviceCombinationModel* m_pDeviceModel = nullptr;
     VantorGUIToolkit::CSecondarySortFilterModel* m_pDeviceProxy = nullptr;

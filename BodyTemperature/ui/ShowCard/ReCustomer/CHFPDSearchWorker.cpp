@@ -5,13 +5,13 @@
 #include "CapabilitySet/HFPDSearchFaceResult.h"
 #include "commlayer/CDataStatisticsComm.h"
 #include "protocol/DevicePassThrough.h"
-#include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
+#include "commlayer/CRequestCancel.h"
 #include "ui/ShowCard/ReCustomer/CHFPDRecordBuilder.h"
 
 namespace BodyTemperature {
 
 bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::string& taskId,
-    HFPDRecordList& records, CHFPDCancelToken* cancel) const
+    HFPDRecordList& records, commlayer::CRequestCancel* cancel) const
 {
     records.clear();
     if (deviceId.empty())
@@ -27,7 +27,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
         if (cancel != nullptr && cancel->IsCancelled())
             return false;
         protocol::DvapiPassThroughRspData rsp;
-        if (!commlayer::CDataStatisticsComm::dvapiRequest(deviceId, rsp, req)) {
+        if (!commlayer::CDataStatisticsComm::dvapiRequest(deviceId, rsp, req, cancel)) {
             const auto err = Base::Error::GetLastError();
             BASE_LOG_WARN("HFPD result of task [%s] on [%s] failed [%d-%d]", taskId.c_str(), deviceId.c_str(),
                 err.first, err.second);
@@ -40,7 +40,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
             if (!cancel->WaitFor(std::chrono::milliseconds(kPollIntervalMs)))
                 return false;
         } else {
-            CHFPDCancelToken never;
+            commlayer::CRequestCancel never;
             never.WaitFor(std::chrono::milliseconds(kPollIntervalMs));
         }
     }
@@ -50,7 +50,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
             return false;
         HFPDRecord record = CHFPDRecordBuilder::Build(item);
         std::string mapped;
-        if (!MapChannel(deviceId, record.channelID, mapped))
+        if (!MapChannel(deviceId, record.channelID, mapped, cancel))
             continue;
         record.channelID = mapped;
         records.push_back(std::move(record));
@@ -59,7 +59,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
 }
 
 bool CHFPDSearchWorker::MapChannel(const std::string& deviceId, const std::string& channelText,
-    std::string& mapped) const
+    std::string& mapped, commlayer::CRequestCancel* cancel) const
 {
     int channel = 0;
     std::string error;
@@ -72,7 +72,7 @@ bool CHFPDSearchWorker::MapChannel(const std::string& deviceId, const std::strin
     req.params = {Base::Encrypt::Base64EncodeEx(std::to_string(channel)), Base::Encrypt::Base64EncodeEx("false")};
     req.timeout = kRequestTimeoutMs;
     protocol::NetsdkPassThroughRspData rsp;
-    if (!commlayer::CDataStatisticsComm::devnetsdkrequest(deviceId, rsp, req))
+    if (!commlayer::CDataStatisticsComm::devnetsdkrequest(deviceId, rsp, req, cancel))
         return false;
     return Base::Encrypt::Base64DecodeEx(rsp.data, mapped);
 }
