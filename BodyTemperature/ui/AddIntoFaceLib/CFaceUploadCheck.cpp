@@ -1,15 +1,16 @@
 #include "ui/AddIntoFaceLib/CFaceUploadCheck.h"
 
 #include <QCryptographicHash>
+#include <algorithm>
+#include <map>
 #include <mutex>
-#include <set>
 
 namespace BodyTemperature {
 
 namespace {
 
 std::mutex s_ledgerMutex;
-std::set<std::string> s_unheard;  // guarded by s_ledgerMutex
+std::map<std::string, std::vector<std::string>> s_unheard;  // guarded by s_ledgerMutex
 
 // The person document without what the device assigns, for comparison.
 std::string personFields(CapabilitySet::FaceDataRecordCfg r)
@@ -32,8 +33,10 @@ CapabilitySet::FaceDataRecordCfg CFaceUploadCheck::Conditions(const CapabilitySe
     return cond;
 }
 
-bool CFaceUploadCheck::Matches(const std::string& searchAnswer, const CapabilitySet::FaceDataRecordCfg& uploaded)
+std::vector<std::string> CFaceUploadCheck::Matches(const std::string& searchAnswer,
+    const CapabilitySet::FaceDataRecordCfg& uploaded)
 {
+    std::vector<std::string> found;
     const std::string wanted = personFields(uploaded);
     static const std::string open = "<MatchElement>";
     static const std::string close = "</MatchElement>";
@@ -46,12 +49,21 @@ bool CFaceUploadCheck::Matches(const std::string& searchAnswer, const Capability
         // Devices list the record's fields directly or inside its own document.
         if (element.find("<FaceAppendData") == std::string::npos)
             element = "<FaceAppendData>" + element + "</FaceAppendData>";
-        CapabilitySet::FaceDataRecordCfg found;
-        if (found.Parse(element) && personFields(found) == wanted)
-            return true;
+        CapabilitySet::FaceDataRecordCfg record;
+        if (record.Parse(element) && personFields(record) == wanted)
+            found.push_back(record.PID);
         at = end;
     }
-    return false;
+    return found;
+}
+
+bool CFaceUploadCheck::Added(const std::vector<std::string>& before, const std::vector<std::string>& after)
+{
+    if (after.size() > before.size())
+        return true;
+    return std::any_of(after.begin(), after.end(), [&before](const std::string& pid) {
+        return !pid.empty() && std::find(before.begin(), before.end(), pid) == before.end();
+    });
 }
 
 std::string CFaceUploadCheck::Key(const std::string& deviceId, const std::string& FDID, const std::string& personXml,
@@ -66,16 +78,20 @@ std::string CFaceUploadCheck::Key(const std::string& deviceId, const std::string
     return hash.result().toHex().toStdString();
 }
 
-void CFaceUploadCheck::MarkUnheard(const std::string& key)
+void CFaceUploadCheck::MarkUnheard(const std::string& key, const std::vector<std::string>& before)
 {
     std::lock_guard<std::mutex> lock(s_ledgerMutex);
-    s_unheard.insert(key);
+    s_unheard.emplace(key, before);  // an earlier attempt's picture of the library stays
 }
 
-bool CFaceUploadCheck::IsUnheard(const std::string& key)
+bool CFaceUploadCheck::IsUnheard(const std::string& key, std::vector<std::string>& before)
 {
     std::lock_guard<std::mutex> lock(s_ledgerMutex);
-    return s_unheard.count(key) != 0;
+    const auto it = s_unheard.find(key);
+    if (it == s_unheard.end())
+        return false;
+    before = it->second;
+    return true;
 }
 
 void CFaceUploadCheck::Forget(const std::string& key)

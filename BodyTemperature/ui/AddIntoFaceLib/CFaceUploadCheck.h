@@ -20,16 +20,22 @@ public:
     // The search conditions that find the uploaded record: its library and name.
     static CapabilitySet::FaceDataRecordCfg Conditions(const CapabilitySet::FaceDataRecordCfg& uploaded,
         const std::string& FDID);
-    // True when the answer of that search lists a record with every person
-    // field of the uploaded one (name, gender, ID, region, birth date,
-    // contact, extended items), whatever identifier the device gave it.
-    static bool Matches(const std::string& searchAnswer, const CapabilitySet::FaceDataRecordCfg& uploaded);
+    // The identifiers of the records in the answer of that search that have
+    // every person field of the uploaded one (name, gender, ID, region, birth
+    // date, contact, extended items); one entry per record, "" when it has none.
+    static std::vector<std::string> Matches(const std::string& searchAnswer,
+        const CapabilitySet::FaceDataRecordCfg& uploaded);
+    // Whether the matches after the upload hold one that was not there
+    // before it (the same person may have been in the library already).
+    static bool Added(const std::vector<std::string>& before, const std::vector<std::string>& after);
 
-    // The ledger of uploads whose outcome the client did not hear, by record.
+    // The ledger of uploads whose outcome the client did not hear, by record,
+    // with the matches the library held before the first attempt.
     static std::string Key(const std::string& deviceId, const std::string& FDID, const std::string& personXml,
         const std::vector<char>& picture);
-    static void MarkUnheard(const std::string& key);
-    static bool IsUnheard(const std::string& key);
+    static void MarkUnheard(const std::string& key, const std::vector<std::string>& before);
+    // False when the record is not in the ledger; else its matches before.
+    static bool IsUnheard(const std::string& key, std::vector<std::string>& before);
     static void Forget(const std::string& key);
 };
 

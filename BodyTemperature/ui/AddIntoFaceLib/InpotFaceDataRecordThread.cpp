@@ -87,12 +87,18 @@ void CInportFaceDataRecordThread::run()
             m_strDeviceId, m_strFDID, CapabilitySet::FaceDataRecordCfg::StructToXML(m_record), m_picture);
         // An earlier attempt at this very record may have been stored without
         // the client hearing of it: look for it before sending it again.
+        // Otherwise note which records like it the library already holds, to
+        // tell a record this upload stored from an older one.
+        std::vector<std::string> before;
         bool send = true;
-        if (CFaceUploadCheck::IsUnheard(key)) {
-            checkStored();
+        if (CFaceUploadCheck::IsUnheard(key, before)) {
+            checkStored(before);
             send = m_eStored == CFaceUploadCheck::Stored::No;
             if (send)
                 CFaceUploadCheck::Forget(key);
+        } else {
+            findMatches(before, m_pCancel.get());
+            send = !m_pCancel->IsCancelled();
         }
         if (!send) {
             m_bSuccess = false;
@@ -102,8 +108,8 @@ void CInportFaceDataRecordThread::run()
             BASE_LOG_ERROR("GetFaceToLibRes failed, error code: [%d-%d]", m_iFirstCode.load(), m_iSecondCode.load());
             m_bSuccess = false;
             if (m_bUnheard) {
-                CFaceUploadCheck::MarkUnheard(key);
-                checkStored();
+                CFaceUploadCheck::MarkUnheard(key, before);
+                checkStored(before);
                 if (m_eStored == CFaceUploadCheck::Stored::No)
                     CFaceUploadCheck::Forget(key);
             }
@@ -113,16 +119,25 @@ void CInportFaceDataRecordThread::run()
     emit SignalStop(false);
 }
 
-void CInportFaceDataRecordThread::checkStored()
+bool CInportFaceDataRecordThread::findMatches(std::vector<std::string>& matches, commlayer::CRequestCancel* cancel)
 {
     const CapabilitySet::FaceDataRecordCfg cond = CFaceUploadCheck::Conditions(m_record, m_strFDID);
     std::string answer;
     uint32_t error = 0;
-    if (!SearchFaceDataRecords(cond, error, m_strDeviceId, answer, kCheckTimeoutMs, m_pAbort.get()))
+    if (!SearchFaceDataRecords(cond, error, m_strDeviceId, answer, kCheckTimeoutMs, cancel))
+        return false;
+    matches = CFaceUploadCheck::Matches(answer, m_record);
+    return true;
+}
+
+void CInportFaceDataRecordThread::checkStored(const std::vector<std::string>& before)
+{
+    std::vector<std::string> after;
+    if (!findMatches(after, m_pAbort.get()))
         m_eStored = CFaceUploadCheck::Stored::Unknown;
     else
-        m_eStored = CFaceUploadCheck::Matches(answer, m_record) ? CFaceUploadCheck::Stored::Yes
-                                                                : CFaceUploadCheck::Stored::No;
+        m_eStored = CFaceUploadCheck::Added(before, after) ? CFaceUploadCheck::Stored::Yes
+                                                          : CFaceUploadCheck::Stored::No;
     BASE_LOG_INFO("face upload to library [%s] of [%s] not heard; the device says: %s", m_strFDID.c_str(),
         m_strDeviceId.c_str(),
         m_eStored == CFaceUploadCheck::Stored::Yes ? "stored"

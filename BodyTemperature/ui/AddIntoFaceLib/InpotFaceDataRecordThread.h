@@ -9,6 +9,7 @@
 // device whether the face was stored (StoredCheck()); the same record sent
 // again later is first looked for, never stored twice. Abort() (the owner
 // goes away) also cuts that question, so the thread ends within milliseconds.
+// Before sending, it notes which records like this one the library holds.
 #include <QThread>
 #include <atomic>
 #include <cstdint>
@@ -68,7 +69,9 @@ protected:
 
 private:
     bool upload();
-    void checkStored();
+    // The library's records like the uploaded one (CFaceUploadCheck::Matches); false when the search failed.
+    bool findMatches(std::vector<std::string>& matches, commlayer::CRequestCancel* cancel);
+    void checkStored(const std::vector<std::string>& before);
 
     std::string m_strDeviceId;
     std::string m_strFDID;

@@ -35,7 +35,7 @@ namespace {
 constexpr int kHeldMs = 25000;
 constexpr qint64 kLongestGapMs = 100;
 
-enum class Kind { Search, Poll, Thumb, Picture, Upload };
+enum class Kind { Search, Poll, Thumb, Picture, Capability, Upload };
 enum class Action { Cancel, Close, LeavePage, TearDown };
 
 struct Row {
@@ -45,7 +45,7 @@ struct Row {
 
 std::string rowName(const Row& r)
 {
-    static const char* kinds[] = {"Search", "Poll", "Thumbnail", "Picture", "Upload"};
+    static const char* kinds[] = {"Search", "Poll", "Thumbnail", "Picture", "Capability", "Upload"};
     static const char* actions[] = {"Cancel", "Close", "LeavePage", "TearDown"};
     return std::string(kinds[int(r.kind)]) + "_" + actions[int(r.action)];
 }
@@ -138,8 +138,11 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
         Fault(pictures, held);
         Fault(pictures + "?face=1");  // the thumbnail answers
         break;
+    case Kind::Capability: Fault("/DVAPI/Intelligent/FDLib/capabilities", held); break;
     case Kind::Upload: Fault("/DVAPI/SDK/batch", held); break;
     }
+    // The waiting dialog of the add-to-library dialog's requests, of its upload.
+    const char* const chaseName = row.kind == Kind::Capability ? "m_pRequestChase" : "m_pChaseDialog";
     const int goneBefore = Stat("clientsGone");
 
     auto frame = std::make_unique<QWidget>();
@@ -155,7 +158,7 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
             Fault("/DVAPI/SDT/HFPD/searchTask/result/recordData/" + task, held);
             pollHeld = true;
         }
-        const bool shown = row.kind == Kind::Upload ? Visible<VantorGUIToolkit::CChaseDialog>() != nullptr
+        const bool shown = row.kind >= Kind::Capability ? Visible<VantorGUIToolkit::CChaseDialog>(chaseName) != nullptr
             : row.kind == Kind::Search || row.kind == Kind::Poll
             ? Visible<CWaitShowWid>() != nullptr
             : Visible<CHFPDShowDetailWid>("ReCustomerDetailsDlg") != nullptr;
@@ -165,8 +168,10 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
         acted = true;
         switch (row.action) {
         case Action::Cancel:
-            if (row.kind == Kind::Upload)
-                Visible<VantorGUIToolkit::CChaseDialog>()->findChild<QPushButton*>(QStringLiteral("m_pCancelBtn"))->click();
+            if (row.kind >= Kind::Capability)
+                Visible<VantorGUIToolkit::CChaseDialog>(chaseName)
+                    ->findChild<QPushButton*>(QStringLiteral("m_pCancelBtn"))
+                    ->click();
             else
                 QTest::keyClick(Visible<CWaitShowWid>(), Qt::Key_Escape);
             break;
@@ -181,7 +186,7 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
         return true;
     });
 
-    if (row.kind == Kind::Upload) {
+    if (row.kind >= Kind::Capability) {
         AddFace(list, QStringLiteral("Held Upload"));
     } else {
         QPointer<CFrequenterUnit> card = new CFrequenterUnit(list);
@@ -249,7 +254,7 @@ TEST_F(CancelFixture, UnheardUploadIsCheckedAndNeverStoredTwice)
             testsupport::GuiGapProbe probe;
             if (a.cancel)
                 WhileModal(&probe, [&] {
-                    auto* chase = Visible<VantorGUIToolkit::CChaseDialog>();
+                    auto* chase = Visible<VantorGUIToolkit::CChaseDialog>("m_pChaseDialog");
                     if (chase == nullptr || Stat("delaying") < 1)
                         return false;
                     probe.start();
@@ -278,7 +283,8 @@ INSTANTIATE_TEST_SUITE_P(HeldRequests, RequestCancelTest,
         Row{Kind::Poll, Action::TearDown}, Row{Kind::Thumb, Action::Close}, Row{Kind::Thumb, Action::LeavePage},
         Row{Kind::Thumb, Action::TearDown}, Row{Kind::Picture, Action::Close},
         Row{Kind::Picture, Action::LeavePage}, Row{Kind::Picture, Action::TearDown},
-        Row{Kind::Upload, Action::Cancel}, Row{Kind::Upload, Action::LeavePage},
+        Row{Kind::Capability, Action::Cancel}, Row{Kind::Capability, Action::LeavePage},
+        Row{Kind::Capability, Action::TearDown}, Row{Kind::Upload, Action::Cancel}, Row{Kind::Upload, Action::LeavePage},
         Row{Kind::Upload, Action::TearDown}),
     [](const ::testing::TestParamInfo<Row>& p) { return rowName(p.param); });
 

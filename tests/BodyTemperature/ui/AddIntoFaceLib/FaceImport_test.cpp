@@ -109,7 +109,11 @@ TEST(FaceImportCheck, SearchAnswerListsTheUploadedRecord)
         {"nothing listed", "<FDSearchResult><numOfMatches>0</numOfMatches></FDSearchResult>", false},
     };
     for (const auto& r : rows)
-        EXPECT_EQ(CFaceUploadCheck::Matches(r.answer, up), r.stored) << r.name;
+        EXPECT_EQ(!CFaceUploadCheck::Matches(r.answer, up).empty(), r.stored) << r.name;
+    // The same person may have been in the library before the upload.
+    EXPECT_FALSE(CFaceUploadCheck::Added({"7"}, {"7"}));
+    EXPECT_TRUE(CFaceUploadCheck::Added({"7"}, {"7", "9"}));
+    EXPECT_TRUE(CFaceUploadCheck::Added({}, {""}));
 }
 
 // The upload as the add-to-library dialog runs it (which also checks what
