@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CComparisonDetail.h"
@@ -19,8 +20,10 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
-    // Device searches of returning-person cards run module code on pool threads.
+    // Device searches of returning-person cards and face uploads run module
+    // code on other threads: their requests are cut, so these return at once.
     CFrequenterUnit::StopAllDetails(m_pDialog);
+    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -43,6 +46,7 @@ void BodyTemperatureWid::saveState()
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
     CFrequenterUnit::StopAllDetails(m_pDialog);
+    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
 }
 
 void BodyTemperatureWid::readState()

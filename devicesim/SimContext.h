@@ -23,7 +23,8 @@
 namespace devicesim {
 
 struct Fault {
-    int delayMs = 0;
+    int delayMs = 0;         // before the request is handled
+    int answerDelayMs = 0;   // after it was handled (it took effect), before the answer goes out
     bool drop = false;       // close the connection in the middle of the answer
     int status = 0;          // answer this HTTP status with a status document
     int subStatus = 0;       // sub-status code in that document
@@ -65,6 +66,8 @@ public:
     std::atomic<int> keepAliveMs;           // alert-stream keep-alive period (run-time setting)
     std::atomic<bool> keepAliveIdleOnly;    // keep-alives only while no event flows (run-time setting)
     std::atomic<bool> alertSilent{false};   // open alert streams carry nothing (run-time setting)
+    std::atomic<int> delaying{0};           // requests held back by a fault's delay right now
+    std::atomic<int> clientsGone{0};        // held-back requests whose client closed the connection
 
     std::mutex mutex;  // guards the members below
     EventFactory events;

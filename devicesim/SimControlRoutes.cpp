@@ -81,6 +81,7 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
             return;
         Fault f;
         f.delayMs = d.value("delayMs", 0);
+        f.answerDelayMs = d.value("answerDelayMs", 0);
         f.drop = d.value("drop", false);
         f.status = d.value("status", 0);
         f.subStatus = d.value("subStatus", 0);
@@ -183,7 +184,8 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
 
     http.Get("/control/stats", [&sim](const Request&, Response& res) {
         res.set_content(nlohmann::json{{"clients", sim.hub.subscribers()}, {"published", sim.hub.published()},
-                                       {"rate", sim.hub.rate()}, {"rtspConnections", sim.rtsp.connections()}}.dump(),
+                                       {"rate", sim.hub.rate()}, {"rtspConnections", sim.rtsp.connections()}, {"delaying", sim.delaying.load()},
+                                       {"clientsGone", sim.clientsGone.load()}}.dump(),
             "application/json");
     });
 }

@@ -2,8 +2,13 @@
 
 #include <chrono>
 #include <httplib.h>
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <openssl/rand.h>
+#include <poll.h>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 #include "SimHostile.h"
 #include "SimHttp.h"
@@ -42,6 +47,40 @@ std::map<std::string, std::string> parseDigest(const std::string& header)
         out[key] = value;
     }
     return out;
+}
+
+// The connection a request came on: the server hands its handlers no socket,
+// so it is found by the request's two ports. It stays open while the handler
+// runs, so the descriptor cannot change under the caller.
+int connectionOf(const httplib::Request& req)
+{
+    const int limit = int(sysconf(_SC_OPEN_MAX));
+    for (int fd = 3; fd < limit && fd < 65536; ++fd) {
+        sockaddr_storage peer{}, local{};
+        socklen_t peerLen = sizeof peer, localLen = sizeof local;
+        if (getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLen) != 0
+            || getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLen) != 0)
+            continue;
+        auto portOf = [](const sockaddr_storage& a) {
+            return a.ss_family == AF_INET6 ? ntohs(reinterpret_cast<const sockaddr_in6&>(a).sin6_port)
+                                           : ntohs(reinterpret_cast<const sockaddr_in&>(a).sin_port);
+        };
+        if (portOf(peer) == req.remote_port && portOf(local) == req.local_port)
+            return fd;
+    }
+    return -1;
+}
+
+// True when the client has closed (or reset) the connection.
+bool clientGone(int fd)
+{
+    pollfd p{fd, POLLIN | POLLRDHUP, 0};
+    if (poll(&p, 1, 0) <= 0)
+        return false;
+    if (p.revents & (POLLRDHUP | POLLHUP | POLLERR))
+        return true;
+    char c;
+    return recv(fd, &c, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
 }
 
 std::unique_ptr<httplib::Server> makeServer(const SimOptions& opts)
@@ -132,7 +171,12 @@ void SimServer::configureServer()
         m_sim.logLine("%s %s failed: %s", req.method.c_str(), req.path.c_str(), what.c_str());
         sendJsonError(res, 400, what);
     });
-    m_http->set_post_routing_handler([](const httplib::Request&, httplib::Response& res) {
+    m_http->set_post_routing_handler([this](const httplib::Request& req, httplib::Response& res) {
+        if (res.has_header("X-Sim-Answer-Delay")) {
+            const int ms = std::atoi(res.get_header_value("X-Sim-Answer-Delay").c_str());
+            res.headers.erase("X-Sim-Answer-Delay");
+            hold(req, ms);
+        }
         if (res.has_header("X-Sim-Malformed")) {
             res.body = res.body.substr(0, res.body.size() / 2) + "<<\x01garbage{[";
             res.headers.erase("X-Sim-Malformed");
@@ -184,7 +228,9 @@ bool SimServer::applyFault(const httplib::Request& req, httplib::Response& res)
         auto& faults = m_sim.faults;
         auto best = faults.end();
         for (auto it = faults.begin(); it != faults.end(); ++it)
-            if (req.path.compare(0, it->first.size(), it->first) == 0 && it->second.remaining != 0
+            // Against the target, so a query can tell request kinds apart (a face
+            // thumbnail from its scene); a path prefix is a prefix of it as well.
+            if (req.target.compare(0, it->first.size(), it->first) == 0 && it->second.remaining != 0
                 && (best == faults.end() || it->first.size() > best->first.size()))
                 best = it;
         if (best == faults.end())
@@ -193,10 +239,14 @@ bool SimServer::applyFault(const httplib::Request& req, httplib::Response& res)
         if (best->second.remaining > 0)
             --best->second.remaining;
     }
-    m_sim.logLine("fault on %s: delay %d drop %d status %d malformed %d", req.path.c_str(), fault.delayMs, fault.drop,
-        fault.status, fault.malformed);
-    for (int waited = 0; waited < fault.delayMs && !m_sim.stopping; waited += 20)
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    m_sim.logLine("fault on %s: delay %d answer delay %d drop %d status %d malformed %d", req.path.c_str(),
+        fault.delayMs, fault.answerDelayMs, fault.drop, fault.status, fault.malformed);
+    if (!hold(req, fault.delayMs)) {
+        res.status = 499;  // nobody to answer; the request is not carried out
+        return true;
+    }
+    if (fault.answerDelayMs > 0)
+        res.set_header("X-Sim-Answer-Delay", std::to_string(fault.answerDelayMs));
     if (fault.endless) {
         setEndlessBody(res, fault.status != 0 ? fault.status : 200, m_sim);
         return true;
@@ -215,6 +265,27 @@ bool SimServer::applyFault(const httplib::Request& req, httplib::Response& res)
     if (fault.malformed)
         res.set_header("X-Sim-Malformed", "1");
     return false;
+}
+
+bool SimServer::hold(const httplib::Request& req, int ms)
+{
+    if (ms <= 0)
+        return true;
+    const int fd = connectionOf(req);
+    ++m_sim.delaying;
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (std::chrono::steady_clock::now() < until && !m_sim.stopping) {
+        if (fd >= 0 && clientGone(fd)) {
+            ++m_sim.clientsGone;
+            m_sim.logLine("client of %s %s closed the connection while it was held back", req.method.c_str(),
+                req.path.c_str());
+            --m_sim.delaying;
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    --m_sim.delaying;
+    return true;
 }
 
 } // namespace devicesim

@@ -31,6 +31,8 @@ private:
     void configureServer();
     bool checkDigest(const httplib::Request& req, httplib::Response& res);
     bool applyFault(const httplib::Request& req, httplib::Response& res);
+    // Holds the request back for ms; false when its client closed the connection meanwhile.
+    bool hold(const httplib::Request& req, int ms);
 
     SimContext m_sim;
     std::unique_ptr<httplib::Server> m_http;

@@ -2019,6 +2019,14 @@
         <translation>Added successfully.</translation>
     </message>
     <message>
+        <source>FaceStoredBeforeTheCancelTookEffect</source>
+        <translation>The face was stored before the cancel took effect.</translation>
+    </message>
+    <message>
+        <source>FaceUploadOutcomeUnknown</source>
+        <translation>The device did not say whether the face was stored. Check the face picture library before adding it again.</translation>
+    </message>
+    <message>
         <source>FailedToAddPicture</source>
         <translation>Failed to add the picture.</translation>
     </message>

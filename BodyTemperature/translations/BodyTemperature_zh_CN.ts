@@ -2019,6 +2019,14 @@
         <translation>添加成功。</translation>
     </message>
     <message>
+        <source>FaceStoredBeforeTheCancelTookEffect</source>
+        <translation>取消生效前，人脸已存入人脸库。</translation>
+    </message>
+    <message>
+        <source>FaceUploadOutcomeUnknown</source>
+        <translation>设备未确认人脸是否已存入。请先查看人脸库，再重新添加。</translation>
+    </message>
+    <message>
         <source>FailedToAddPicture</source>
         <translation>添加图片失败。</translation>
     </message>

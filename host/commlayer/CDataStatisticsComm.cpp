@@ -39,7 +39,7 @@ std::string devicePath(const std::string& reference)
 // answer (reply keeps the raw text). On failure the error pair is set; what
 // names the call in the log.
 bool postSdkJson(const std::string& deviceId, const char* path, const nlohmann::json& body, int timeout,
-    const char* what, nlohmann::json& answer, std::string& reply)
+    const char* what, nlohmann::json& answer, std::string& reply, CRequestCancel* cancel)
 {
     clientcommonlogical::DeviceConfig dev;
     if (!findDevice(deviceId, dev))
@@ -50,6 +50,7 @@ bool postSdkJson(const std::string& deviceId, const char* path, const nlohmann::
     ex.body = body.dump();
     ex.contentType = "application/json";
     ex.timeoutMs = timeout > 0 ? timeout : 30000;
+    ex.cancel = cancel;
     const detail::HttpResult r = detail::Perform(dev, ex);
     if (!detail::CheckResult(r, true)) {
         const auto err = Base::Error::GetLastError();
@@ -65,7 +66,7 @@ bool postSdkJson(const std::string& deviceId, const char* path, const nlohmann::
 } // namespace
 
 bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::DvapiPassThroughRspData& rsp,
-    const protocol::DvapiPassThroughReq& req)
+    const protocol::DvapiPassThroughReq& req, CRequestCancel* cancel)
 {
     rsp = protocol::DvapiPassThroughRspData();
     detail::HttpExchange ex;
@@ -83,6 +84,7 @@ bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::Dv
     ex.timeoutMs = req.timeout > 0 ? req.timeout : 30000;
     ex.connectTimeoutMs = std::min<long>(ex.timeoutMs, 10000);
     ex.maxBodyBytes = detail::CBodyLimit::ForDevicePath(ex.path);
+    ex.cancel = cancel;
     detail::HttpResult r = detail::Perform(dev, ex);
     rsp.httpStatus = int32_t(r.status);
     rsp.contentType = r.contentType;
@@ -98,7 +100,7 @@ bool CDataStatisticsComm::dvapiRequest(const std::string& deviceId, protocol::Dv
 }
 
 bool CDataStatisticsComm::devnetsdkrequest(const std::string& deviceId, protocol::NetsdkPassThroughRspData& rsp,
-    const protocol::NetsdkPassThroughReq& req)
+    const protocol::NetsdkPassThroughReq& req, CRequestCancel* cancel)
 {
     rsp = protocol::NetsdkPassThroughRspData();
     if (req.function.empty()) {
@@ -111,7 +113,7 @@ bool CDataStatisticsComm::devnetsdkrequest(const std::string& deviceId, protocol
     nlohmann::json answer;
     std::string reply;
     const std::string what = "SDK function " + req.function;
-    if (!postSdkJson(deviceId, "/DVAPI/SDK/passThrough", j, req.timeout, what.c_str(), answer, reply))
+    if (!postSdkJson(deviceId, "/DVAPI/SDK/passThrough", j, req.timeout, what.c_str(), answer, reply, cancel))
         return false;
     if (!answer.is_object() || !answer.contains("data") || !answer["data"].is_string()) {
         Base::Error::SetLastError(kErrBadAnswer, 0);
@@ -122,7 +124,7 @@ bool CDataStatisticsComm::devnetsdkrequest(const std::string& deviceId, protocol
 }
 
 bool CDataStatisticsComm::uploadToFaceLibSDKRequest(bool& finished, const std::string& deviceId,
-    std::vector<protocol::UploadResult>& results, protocol::BatchPassThroughReq& req)
+    std::vector<protocol::UploadResult>& results, protocol::BatchPassThroughReq& req, CRequestCancel* cancel)
 {
     finished = false;
     results.clear();
@@ -145,7 +147,7 @@ bool CDataStatisticsComm::uploadToFaceLibSDKRequest(bool& finished, const std::s
     j["condition"] = Base::Encrypt::Base64EncodeEx(req.condition);
     nlohmann::json answer;
     std::string reply;
-    if (!postSdkJson(deviceId, "/DVAPI/SDK/batch", j, req.timeout, "face upload", answer, reply))
+    if (!postSdkJson(deviceId, "/DVAPI/SDK/batch", j, req.timeout, "face upload", answer, reply, cancel))
         return false;
     if (!answer.is_object() || !answer.contains("results") || !answer["results"].is_array()) {
         Base::Error::SetLastError(kErrBadAnswer, 0);
@@ -175,7 +177,7 @@ bool CDataStatisticsComm::uploadToFaceLibSDKRequest(bool& finished, const std::s
 }
 
 bool CDeviceDownloadsComm::request(const std::string& reference, const std::string& deviceId, QByteArray& data,
-    int timeoutMs)
+    int timeoutMs, CRequestCancel* cancel)
 {
     data.clear();
     if (reference.empty()) {
@@ -189,6 +191,7 @@ bool CDeviceDownloadsComm::request(const std::string& reference, const std::stri
     ex.path = devicePath(reference);
     ex.timeoutMs = timeoutMs > 0 ? timeoutMs : 30000;
     ex.maxBodyBytes = detail::CBodyLimit::kPicture;
+    ex.cancel = cancel;
     detail::HttpResult r = detail::Perform(dev, ex);
     if (!detail::CheckResult(r, false)) {
         const auto err = Base::Error::GetLastError();

@@ -19,6 +19,7 @@ enum TransportError : int {
     kErrTls = 29,          // TLS handshake or certificate verification failed
     kErrInsecureAuth = 31, // the device asked for the password in clear outside verified TLS
     kErrNoDevice = 47,     // device identifier not in the host configuration
+    kErrCancelled = 48,    // the caller cancelled the request (CRequestCancel)
 };
 
 } // namespace commlayer

@@ -7,6 +7,8 @@ namespace detail {
 
 std::string DescribeFailure(const HttpResult& r)
 {
+    if (r.cancelled)
+        return "cancelled by the caller";
     if (r.bodyTooLarge)
         return "answer body over " + std::to_string(r.bodyLimit) + " bytes (http " + std::to_string(r.status)
             + "): transfer cut";

@@ -20,8 +20,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 struct Transfer {
-    explicit Transfer(const HttpExchange& e) : ex(&e), limit(e.maxBodyBytes) {}
+    explicit Transfer(const HttpExchange& e)
+        : ex(&e), abortFlag(e.abortFlag != nullptr ? e.abortFlag : e.cancel != nullptr ? e.cancel->Flag() : nullptr),
+          limit(e.maxBodyBytes)
+    {
+    }
     const HttpExchange* ex = nullptr;
+    const std::atomic<bool>* abortFlag = nullptr;
     HttpResult* result = nullptr;
     bool headersReported = false;
     bool aborted = false;
@@ -102,7 +107,7 @@ size_t onBody(char* data, size_t size, size_t n, void* user)
 int onProgress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
     auto* t = static_cast<Transfer*>(user);
-    if (t->ex->abortFlag && *t->ex->abortFlag) {
+    if (t->abortFlag && *t->abortFlag) {
         t->aborted = true;
         return 1;
     }
@@ -116,6 +121,8 @@ int onProgress(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 curl_socket_t onOpenSocket(void* user, curlsocktype, struct curl_sockaddr* addr)
 {
     auto* t = static_cast<Transfer*>(user);
+    if (t->ex->cancel != nullptr)
+        return t->ex->cancel->OpenSocket(addr->family, addr->socktype, addr->protocol);
     // Under the same lock as the stopper: a stop either sees this socket or
     // is seen here, so no connection outlives it.
     std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
@@ -130,6 +137,8 @@ curl_socket_t onOpenSocket(void* user, curlsocktype, struct curl_sockaddr* addr)
 int onCloseSocket(void* user, curl_socket_t fd)
 {
     auto* t = static_cast<Transfer*>(user);
+    if (t->ex->cancel != nullptr)
+        return t->ex->cancel->CloseSocket(fd);
     std::lock_guard<std::mutex> lock(*t->ex->socketMutex);
     if (*t->ex->socketFd == fd)
         *t->ex->socketFd = -1;
@@ -196,12 +205,12 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &t);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, onBody);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &t);
-    if (ex.abortFlag || ex.idleLimitMs > 0) {
+    if (t.abortFlag || ex.idleLimitMs > 0) {
         curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
         curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, onProgress);
         curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &t);
     }
-    if (ex.socketFd && ex.socketMutex) {
+    if (ex.cancel || (ex.socketFd && ex.socketMutex)) {
         curl_easy_setopt(curl, CURLOPT_OPENSOCKETFUNCTION, onOpenSocket);
         curl_easy_setopt(curl, CURLOPT_OPENSOCKETDATA, &t);
         curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
@@ -225,6 +234,12 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     result.curlCode = curl_easy_perform(curl);
     if (result.curlCode == CURLE_OK || result.status == 0)
         curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &result.status);
+    if (ex.cancel != nullptr) {
+        curl_off_t connectUs = 0;
+        curl_easy_getinfo(curl, CURLINFO_CONNECT_TIME_T, &connectUs);
+        ex.cancel->SetReached(connectUs > 0);
+        result.cancelled = result.curlCode != CURLE_OK && ex.cancel->IsCancelled();
+    }
     result.insecureAuthRefused = result.status == 401 && t.offeredBasic && !t.offeredDigest && !verifiedTls;
     curl_easy_cleanup(curl);
     curl_slist_free_all(headers);
@@ -306,6 +321,10 @@ bool CheckResult(const HttpResult& r, bool requireWellFormed)
 {
     int first = kErrNone;
     int second = 0;
+    if (r.cancelled) {
+        Base::Error::SetLastError(kErrCancelled, 0);
+        return false;
+    }
     if (r.bodyTooLarge) {
         Base::Error::SetLastError(kErrTooLarge, int(r.status));
         return false;

@@ -10,6 +10,7 @@
 
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CBodyLimit.h"
+#include "commlayer/CRequestCancel.h"
 
 namespace commlayer {
 namespace detail {
@@ -34,6 +35,9 @@ struct HttpExchange {
     // (shutdown) at once; both guarded by socketMutex.
     int* socketFd = nullptr;
     std::mutex* socketMutex = nullptr;
+    // A caller's cancel: polled like abortFlag, and its Cancel() cuts the
+    // connection at once. Used instead of abortFlag and socketFd.
+    CRequestCancel* cancel = nullptr;
 };
 
 struct HttpResult {
@@ -48,6 +52,7 @@ struct HttpResult {
     bool idleCut = false;       // cut: nothing arrived for idleLimitMs
     long idleLimitMs = 0;
     bool afterChallenge = false;  // failed after the digest challenge, before any answer to it
+    bool cancelled = false;       // ended by the exchange's CRequestCancel
 };
 
 void GlobalInit();

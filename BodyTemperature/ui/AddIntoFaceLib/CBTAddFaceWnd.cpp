@@ -11,8 +11,12 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QTimer>
+#include <atomic>
 #include <memory>
+#include <pthread.h>
 #include <stdexcept>
+#include <thread>
 
 #include "Base/Base.h"
 #include "VantorGUIToolkit/CChaseDialog.h"
@@ -21,6 +25,7 @@
 #include "VantorGUIToolkit/CValidateLineEdit.h"
 #include "VantorGUIToolkit/CYearMonthDayEdit.h"
 #include "clientcommonlogical/CConfigMgr.h"
+#include "commlayer/CRequestCancel.h"
 #include "publicdatacontroller/CDeviceCombinationModel.h"
 #include "ui/AddIntoFaceLib/CAddFaceFormRules.h"
 #include "ui/AddIntoFaceLib/CBTFaceDataPublic.h"
@@ -37,13 +42,24 @@ const char* const kLoadingGif = ":/VantorDesk/Dialog/Images/Public/Control/Dialo
 const char* const kStyleSheet = ":/BodyTemperature/Qss/BodyTemperature/BodyTemperature.qss";
 using DeviceModel = publicdatacontroller::CDeviceCombinationModel;
 
-// The host's text for the error pair of the request that just failed, or fallback.
-QString failureText(const QString& fallback)
+// The host's text for the error pair of a request that failed, or fallback.
+QString failureText(std::pair<int, int> err, const QString& fallback)
 {
-    const auto err = Base::Error::GetLastError();
     const QString text = UiDataController::CErrorInfoMgr::GetErrorInfoByCode(err.first, err.second);
     return text.isEmpty() ? fallback : text;
 }
+
+// What the form is prepared from, read on the worker.
+struct DeviceLibraries {
+    CapabilitySet::FaceDataLibraryCap cap;
+    bool capRead = false;
+    std::pair<int, int> capError{0, 0};
+    CapabilitySet::FaceDataLibraryCfg libraries;
+    bool librariesRead = false;
+    CapabilitySet::CityCodeCapability cities;
+    bool citiesRead = false;
+    CapabilitySet::PersonnalInfoExtendListConfig firstLibraryExtend;  // of the library chosen first
+};
 } // namespace
 
 CBTAddFaceWnd::CBTAddFaceWnd(QWidget* parent) : QDialog(parent)
@@ -56,13 +72,36 @@ CBTAddFaceWnd::CBTAddFaceWnd(QWidget* parent) : QDialog(parent)
     buildForm();
 }
 
-CBTAddFaceWnd::~CBTAddFaceWnd() = default;
+CBTAddFaceWnd::~CBTAddFaceWnd()
+{
+    // Deleted with its page while it uploads: the upload's frame below the
+    // waiting dialog's loop then ends within milliseconds instead of waiting
+    // for the device.
+    if (m_pUpload)
+        m_pUpload->Abort();
+    if (m_pRequests)
+        m_pRequests->Cancel();
+}
+
+void CBTAddFaceWnd::CloseAllUnder(QObject* root)
+{
+    if (root == nullptr)
+        return;
+    for (CBTAddFaceWnd* dlg : root->findChildren<CBTAddFaceWnd*>()) {
+        if (dlg->m_pUpload)
+            dlg->m_pUpload->Abort();
+        if (dlg->m_pRequests)
+            dlg->m_pRequests->Cancel();
+        dlg->reject();
+    }
+}
 
 bool CBTAddFaceWnd::OpenForFace(QWidget* parent, const std::string& deviceOrCameraId, const QByteArray& faceJpeg)
 {
     QPointer<CBTAddFaceWnd> dlg = new CBTAddFaceWnd(parent);
     bool added = false;
-    if (dlg->SetFacePicture(faceJpeg) && dlg->SetDevice(deviceOrCameraId)) {
+    // Preparing waits for the device under a waiting dialog: the page may be torn down meanwhile.
+    if (dlg->SetFacePicture(faceJpeg) && dlg->SetDevice(deviceOrCameraId) && dlg) {
         dlg->exec();
         added = dlg && dlg->IsAdded();
     }
@@ -190,11 +229,14 @@ bool CBTAddFaceWnd::SetDevice(const std::string& deviceOrCameraId)
     int row = sourceRow < 0 ? 0 : m_pDeviceProxy->mapFromSource(m_pDeviceModel->index(sourceRow, 0)).row();
     if (m_pDeviceCombo->count() == 0)
         row = -1;
-    if (m_pDeviceCombo->currentIndex() == row)
-        OnComboDeviceChanged(row);  // same device again: prepare anew
-    else
-        m_pDeviceCombo->setCurrentIndex(row);
-    return m_bUsable;
+    // Prepared here rather than from the combo's signal: the dialog may be
+    // deleted while the device answers, which the combo must not be inside.
+    m_pDeviceCombo->blockSignals(true);
+    m_pDeviceCombo->setCurrentIndex(row);
+    m_pDeviceCombo->blockSignals(false);
+    const QPointer<CBTAddFaceWnd> self(this);
+    OnComboDeviceChanged(row);
+    return self && m_bUsable;
 }
 
 void CBTAddFaceWnd::OnComboDeviceChanged(int index)
@@ -202,27 +244,57 @@ void CBTAddFaceWnd::OnComboDeviceChanged(int index)
     m_strDeviceId = index < 0
         ? std::string()
         : m_pDeviceCombo->itemData(index, DeviceModel::DeviceIDRole).toString().toStdString();
-    m_bUsable = !m_strDeviceId.empty() && prepareForm();
+    const QPointer<CBTAddFaceWnd> self(this);
+    const bool usable = !m_strDeviceId.empty() && prepareForm();
+    if (!self)
+        return;
+    m_bUsable = usable;
     if (auto* confirm = findChild<QPushButton*>(QStringLiteral("m_pSaveBtn")))
         confirm->setEnabled(m_bUsable);
 }
 
 bool CBTAddFaceWnd::prepareForm()
 {
-    uint32_t err = 0;
     m_libraryExtend.clear();
     m_pFaceLibCombo->blockSignals(true);
     m_pFaceLibCombo->clear();
     m_pFaceLibCombo->blockSignals(false);
-    if (!GetFaceDataLibraryCapability(m_cap, err, m_strDeviceId)) {
-        showMessage(failureText(tr("GettingFacePictureLibraryFailed")));
+    const auto read = std::make_shared<DeviceLibraries>();
+    const std::string deviceId = m_strDeviceId;
+    const int regionMode = clientcommonlogical::CConfigMgr::Instance()->GetRegionMode();
+    const bool done = runRequests([read, deviceId, regionMode](commlayer::CRequestCancel* cancel) {
+        uint32_t err = 0;
+        read->capRead = GetFaceDataLibraryCapability(read->cap, err, deviceId, cancel);
+        if (!read->capRead) {
+            read->capError = Base::Error::GetLastError();
+            return;
+        }
+        if (!read->cap.bSupport)
+            return;
+        read->librariesRead = GetFaceDataLibraryCfg(read->libraries, err, deviceId, cancel);
+        if (!read->librariesRead)
+            return;
+        for (const CapabilitySet::FDLibBaseCfg& lib : read->libraries.libraries)
+            if (lib.type != "stranger") {
+                GetPersonnalInfoExtendListCfg(read->firstLibraryExtend, err, deviceId, lib.FDID, cancel);
+                break;
+            }
+        if (CAddFaceFormRules::RowsFor(read->cap, regionMode, {}).region)
+            read->citiesRead = GetCityCodeCapability(read->cities, err, deviceId, cancel);
+    });
+    if (!done)
+        return false;  // cancelled (the reason is the operator's) or the dialog is gone
+    m_cap = read->cap;
+    m_libraries = read->libraries;
+    if (!read->capRead) {
+        showMessage(failureText(read->capError, tr("GettingFacePictureLibraryFailed")));
         return false;
     }
     if (!m_cap.bSupport) {
         showMessage(tr("FacePictureLibraryIsNotSupported"));
         return false;
     }
-    if (!GetFaceDataLibraryCfg(m_libraries, err, m_strDeviceId)) {
+    if (!read->librariesRead) {
         showMessage(tr("GettingFacePictureLibraryFailed"));
         return false;
     }
@@ -244,8 +316,10 @@ bool CBTAddFaceWnd::prepareForm()
     CBTFaceDataPublic::FillIDTypeCombo(m_pIDTypeCombo, m_cap.idTypeList);
     m_pBirthEdit->SetLatest(QDateTime::currentDateTime());
     m_pBirthEdit->setDateTime(QDateTime(QDate(2000, 1, 1), QTime(0, 0, 0)));
-    fillRegion();
-    OnComboFaceLibChanged(m_pFaceLibCombo->currentIndex());
+    fillRegion(read->citiesRead ? read->cities : CapabilitySet::CityCodeCapability());
+    // The first library's extended fields came with the rest.
+    m_libraryExtend = read->firstLibraryExtend.items;
+    showRows();
     return true;
 }
 
@@ -261,14 +335,14 @@ void CBTAddFaceWnd::fillLibraries()
     m_strFDID = m_pFaceLibCombo->currentData().toString().toStdString();
 }
 
-void CBTAddFaceWnd::fillRegion()
+void CBTAddFaceWnd::fillRegion(const CapabilitySet::CityCodeCapability& cities)
 {
     m_cities = CapabilitySet::CityCodeCapability();
     if (!CAddFaceFormRules::RowsFor(m_cap, clientcommonlogical::CConfigMgr::Instance()->GetRegionMode(), {}).region)
         return;
-    uint32_t err = 0;
+    m_cities = cities;
     m_pProvinceCombo->blockSignals(true);
-    bool fromDevice = GetCityCodeCapability(m_cities, err, m_strDeviceId) && !m_cities.provinces.empty();
+    bool fromDevice = !m_cities.provinces.empty();
     if (fromDevice) {
         try {
             CBTFaceDataPublic::FillProvinceCombo(m_pProvinceCombo, m_cities);
@@ -290,10 +364,15 @@ void CBTAddFaceWnd::OnComboFaceLibChanged(int index)
     m_strFDID = index < 0 ? std::string() : m_pFaceLibCombo->itemData(index).toString().toStdString();
     m_libraryExtend.clear();
     if (!m_strFDID.empty()) {
-        CapabilitySet::PersonnalInfoExtendListConfig ext;
-        uint32_t err = 0;
-        if (GetPersonnalInfoExtendListCfg(ext, err, m_strDeviceId, m_strFDID))
-            m_libraryExtend = ext.items;
+        const auto ext = std::make_shared<CapabilitySet::PersonnalInfoExtendListConfig>();
+        const std::string deviceId = m_strDeviceId;
+        const std::string FDID = m_strFDID;
+        if (!runRequests([ext, deviceId, FDID](commlayer::CRequestCancel* cancel) {
+                uint32_t err = 0;
+                GetPersonnalInfoExtendListCfg(*ext, err, deviceId, FDID, cancel);
+            }))
+            return;  // cancelled: the caller sees it, or the dialog is gone
+        m_libraryExtend = ext->items;
     }
     showRows();
 }
@@ -408,10 +487,15 @@ void CBTAddFaceWnd::OnApply()
         record.extendList.push_back(item);
     }
 
-    if (m_picture.isEmpty())
+    if (m_picture.isEmpty()) {
         showMessage(CFaceUploadOutcome::Translate("FailedToAddPicture"));
-    else
-        m_bAdded = runUpload(record);
+    } else {
+        const QPointer<CBTAddFaceWnd> self(this);
+        const bool added = runUpload(record);
+        if (!self)
+            return;  // deleted with its page while it uploaded
+        m_bAdded = added;
+    }
     close();
 }
 
@@ -422,7 +506,10 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
     thread->SetPicture(m_picture.constData(), uint32_t(m_picture.size()));
     thread->SetPersonRecord(record);
 
-    auto* chase = new VantorGUIToolkit::CChaseDialog(QString::fromLatin1(kLoadingGif), "Processing", this);
+    const QPointer<CBTAddFaceWnd> self(this);
+    m_pUpload = thread.get();
+    const QPointer<VantorGUIToolkit::CChaseDialog> chase
+        = new VantorGUIToolkit::CChaseDialog(QString::fromLatin1(kLoadingGif), "Processing", this);
     chase->setObjectName(QStringLiteral("m_pChaseDialog"));
     connect(chase, &VantorGUIToolkit::CChaseDialog::SignalCancel, thread.get(),
         &CInportFaceDataRecordThread::OnCancelThread);
@@ -430,23 +517,71 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
         &VantorGUIToolkit::CChaseDialog::OnImmediatelyStopChase);
     thread->start(QThread::InheritPriority);
     chase->ExecChase();
-    chase->deleteLater();
-    if (!thread->isFinished()) {
-        // Cancelled: the worker ends after its current device call. Alarms
-        // keep arriving meanwhile; the form takes no input until then.
+    if (chase)
+        chase->deleteLater();
+    if (self && !thread->isFinished()) {
+        // Cancelled: the worker's request is cut; it may still ask the device
+        // whether the face was stored. Alarms keep arriving meanwhile; the
+        // form takes no input until then.
         setEnabled(false);
         QEventLoop waitForWorker;
         connect(thread.get(), &QThread::finished, &waitForWorker, &QEventLoop::quit);
         if (!thread->isFinished())
             waitForWorker.exec();
-        setEnabled(true);
+        if (self)
+            setEnabled(true);
     }
+    if (!self) {
+        // Deleted meanwhile (its destructor cut the upload): nothing to show it in.
+        thread->Abort();
+        thread->wait();
+        return false;
+    }
+    m_pUpload = nullptr;
     thread->wait();
 
-    const auto outcome = CFaceUploadOutcome::Evaluate(
-        thread->IsSuccess(), thread->IsCancelled(), thread->UploadState(), thread->ErrorPair());
+    const auto outcome = CFaceUploadOutcome::Evaluate(thread->IsSuccess(), thread->IsCancelled(),
+        thread->UploadState(), thread->ErrorPair(), thread->StoredCheck());
     showMessage(outcome.text);
     return outcome.success;
+}
+
+bool CBTAddFaceWnd::runRequests(const std::function<void(commlayer::CRequestCancel*)>& work)
+{
+    const auto cancel = std::make_shared<commlayer::CRequestCancel>();
+    const auto done = std::make_shared<std::atomic<bool>>(false);
+    m_pRequests = cancel;
+    std::thread worker([work, cancel, done] {
+        pthread_setname_np(pthread_self(), "bt-facelib-req");
+        work(cancel.get());
+        done->store(true);
+    });
+    const QPointer<CBTAddFaceWnd> self(this);
+    const QPointer<VantorGUIToolkit::CChaseDialog> chase
+        = new VantorGUIToolkit::CChaseDialog(QString::fromLatin1(kLoadingGif), "Processing", this);
+    chase->setObjectName(QStringLiteral("m_pRequestChase"));
+    connect(chase, &VantorGUIToolkit::CChaseDialog::SignalCancel, chase, [cancel] { cancel->Cancel(); });
+    // The worker touches no widget: its end is noticed here.
+    auto* poll = new QTimer(chase);
+    connect(poll, &QTimer::timeout, chase, [done, chase] {
+        if (done->load() && chase)
+            chase->OnImmediatelyStopChase();
+    });
+    poll->start(10);
+    // Most devices answer within a blink: no waiting dialog flashes up for them.
+    for (int i = 0; i < 5 && !done->load(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (done->load())
+        chase->OnImmediatelyStopChase();
+    chase->ExecChase();
+    if (chase)
+        chase->deleteLater();
+    // Ended, or cancelled (also by the dialog's deletion): the request in flight was cut.
+    worker.join();
+    if (!self)
+        return false;
+    m_pRequests = nullptr;
+    return !cancel->IsCancelled();
 }
 
 void CBTAddFaceWnd::showMessage(const QString& text)

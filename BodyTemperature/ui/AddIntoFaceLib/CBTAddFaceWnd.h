@@ -5,12 +5,16 @@
 // record (CInportFaceDataRecordThread) while a waiting dialog runs.
 //
 // Open it from anywhere with OpenForFace(parent, device or camera id, JPEG):
-// it returns when the dialog is closed. Device requests block the GUI thread
-// while the form is prepared (up to 30 s each); the upload runs on a worker.
-// GUI thread; created with new and a parent, deleted by its opener.
+// it returns when the dialog is closed. The device requests that prepare the
+// form and the upload run on a worker while a waiting dialog turns (the
+// calls still return only when they are done); its cancel, CloseAllUnder()
+// (the page left) or the dialog's deletion cut the request in flight at once. GUI thread; created with new and a parent, deleted by its
+// opener (or with its parent, also while it uploads).
 #include <QByteArray>
 #include <QDialog>
 #include <QPointer>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,7 +37,13 @@ class CValidateLineEdit;
 class CYearMonthDayEdit;
 } // namespace VantorGUIToolkit
 
+namespace commlayer {
+class CRequestCancel;
+}
+
 namespace BodyTemperature {
+
+class CInportFaceDataRecordThread;
 
 class CBTAddFaceWnd final : public QDialog {
     Q_OBJECT
@@ -53,6 +63,9 @@ public:
     bool SetDevice(const std::string& deviceOrCameraId);
     bool IsAdded() const { return m_bAdded; }
 
+    // Cuts the upload of every add-to-library dialog under root and closes them.
+    static void CloseAllUnder(QObject* root);
+
 public slots:
     void OnComboDeviceChanged(int index);
     void OnComboFaceLibChanged(int index);
@@ -64,10 +77,14 @@ private:
     void buildForm();
     bool prepareForm();
     void fillLibraries();
-    void fillRegion();
+    void fillRegion(const CapabilitySet::CityCodeCapability& cities);
     void rebuildExtendRows(const std::vector<CapabilitySet::PersonInfoExtendCfg>& items);
     void showRows();
     bool runUpload(const CapabilitySet::FaceDataRecordCfg& record);
+    // Runs work (device requests with the given cancel) on a worker while a
+    // waiting dialog turns. False when cancelled or when the dialog was
+    // deleted meanwhile (then the caller must not touch it).
+    bool runRequests(const std::function<void(commlayer::CRequestCancel*)>& work);
     QLabel* addRow(const char* labelKey, QWidget* field);
     static void showMessage(const QString& text);
 
@@ -79,6 +96,8 @@ private:
     std::string m_strFDID;
     bool m_bUsable = false;
     bool m_bAdded = false;
+    QPointer<CInportFaceDataRecordThread> m_pUpload;  // while runUpload() runs
+    std::shared_ptr<commlayer::CRequestCancel> m_pRequests;  // while runRequests() runs
 
     publicdatacontroller::CDeviceCombinationModel* m_pDeviceModel = nullptr;
     VantorGUIToolkit::CSecondarySortFilterModel* m_pDeviceProxy = nullptr;

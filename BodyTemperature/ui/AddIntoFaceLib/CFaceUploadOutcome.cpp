@@ -12,6 +12,10 @@ const char* const kContext = "BodyTemperature::CFaceUploadOutcome";
 const char* const kAddSuccess = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "AddSuccess");
 const char* const kFailed = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "FailedToAddPicture");
 const char* const kNoMore = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "NoMoreFacePicturesCanBeAdded");
+const char* const kStoredBeforeCancel
+    = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "FaceStoredBeforeTheCancelTookEffect");
+const char* const kOutcomeUnknown
+    = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "FaceUploadOutcomeUnknown");
 const char* const kRecognitionFailed = QT_TRANSLATE_NOOP("BodyTemperature::CFaceUploadOutcome", "PictureRecognitionFailed");
 
 const struct {
@@ -90,6 +94,18 @@ CFaceUploadOutcome::Result CFaceUploadOutcome::Evaluate(bool success, bool cance
     if (text.isEmpty())
         text = Translate(kFailed);
     return {false, text};
+}
+
+CFaceUploadOutcome::Result CFaceUploadOutcome::Evaluate(bool success, bool cancelled, uint32_t uploadState,
+    std::pair<int, int> errorPair, CFaceUploadCheck::Stored stored)
+{
+    switch (stored) {
+    case CFaceUploadCheck::Stored::Yes: return {true, Translate(cancelled ? kStoredBeforeCancel : kAddSuccess)};
+    case CFaceUploadCheck::Stored::Unknown: return {false, Translate(kOutcomeUnknown)};
+    case CFaceUploadCheck::Stored::No:
+    case CFaceUploadCheck::Stored::NotAsked: break;
+    }
+    return Evaluate(success, cancelled, uploadState, errorPair);
 }
 
 } // namespace BodyTemperature

@@ -6,6 +6,9 @@
 #include "Base/Base.h"
 #include "Base/Log.h"
 #include "commlayer/CDataStatisticsComm.h"
+#include "commlayer/CRequestCancel.h"
+#include "commlayer/CommErrors.h"
+#include "ui/AddIntoFaceLib/FaceLibRequests.h"
 
 namespace BodyTemperature {
 
@@ -15,13 +18,25 @@ constexpr size_t kFDIDSize = 256;
 constexpr size_t kOverwriteOffset = 261;
 } // namespace
 
-CInportFaceDataRecordThread::CInportFaceDataRecordThread(QObject* parent) : QThread(parent) {}
+CInportFaceDataRecordThread::CInportFaceDataRecordThread(QObject* parent)
+    : QThread(parent), m_pCancel(std::make_shared<commlayer::CRequestCancel>()),
+      m_pAbort(std::make_shared<commlayer::CRequestCancel>())
+{
+}
 
 CInportFaceDataRecordThread::~CInportFaceDataRecordThread()
 {
     // The owner waits after the waiting dialog; this only guards early exits.
-    m_bCancelled = true;
+    Abort();
     wait();
+}
+
+void CInportFaceDataRecordThread::Abort()
+{
+    m_bStop = true;
+    m_bCancelled = true;
+    m_pAbort->Cancel();
+    m_pCancel->Cancel();
 }
 
 void CInportFaceDataRecordThread::SetTarget(const std::string& deviceId, const std::string& FDID, bool overwrite)
@@ -59,6 +74,7 @@ void CInportFaceDataRecordThread::OnCancelThread()
 {
     m_bStop = true;
     m_bCancelled = true;
+    m_pCancel->Cancel();
     emit SignalStop(true);
 }
 
@@ -67,15 +83,66 @@ void CInportFaceDataRecordThread::run()
     m_bCancelled = false;
     m_bSuccess = false;
     if (!m_picture.empty() && m_uPictureLen != 0) {
-        if (upload()) {
+        const std::string key = CFaceUploadCheck::Key(
+            m_strDeviceId, m_strFDID, CapabilitySet::FaceDataRecordCfg::StructToXML(m_record), m_picture);
+        // An earlier attempt at this very record may have been stored without
+        // the client hearing of it: look for it before sending it again.
+        // Otherwise note which records like it the library already holds, to
+        // tell a record this upload stored from an older one.
+        std::vector<std::string> before;
+        bool send = true;
+        if (CFaceUploadCheck::IsUnheard(key, before)) {
+            checkStored(before);
+            send = m_eStored == CFaceUploadCheck::Stored::No;
+            if (send)
+                CFaceUploadCheck::Forget(key);
+        } else {
+            findMatches(before, m_pCancel.get());
+            send = !m_pCancel->IsCancelled();
+        }
+        if (!send) {
+            m_bSuccess = false;
+        } else if (upload()) {
             m_bSuccess = true;
         } else {
             BASE_LOG_ERROR("GetFaceToLibRes failed, error code: [%d-%d]", m_iFirstCode.load(), m_iSecondCode.load());
             m_bSuccess = false;
+            if (m_bUnheard) {
+                CFaceUploadCheck::MarkUnheard(key, before);
+                checkStored(before);
+                if (m_eStored == CFaceUploadCheck::Stored::No)
+                    CFaceUploadCheck::Forget(key);
+            }
         }
     }
     m_bStop = true;
     emit SignalStop(false);
+}
+
+bool CInportFaceDataRecordThread::findMatches(std::vector<std::string>& matches, commlayer::CRequestCancel* cancel)
+{
+    const CapabilitySet::FaceDataRecordCfg cond = CFaceUploadCheck::Conditions(m_record, m_strFDID);
+    std::string answer;
+    uint32_t error = 0;
+    if (!SearchFaceDataRecords(cond, error, m_strDeviceId, answer, kCheckTimeoutMs, cancel))
+        return false;
+    matches = CFaceUploadCheck::Matches(answer, m_record);
+    return true;
+}
+
+void CInportFaceDataRecordThread::checkStored(const std::vector<std::string>& before)
+{
+    std::vector<std::string> after;
+    if (!findMatches(after, m_pAbort.get()))
+        m_eStored = CFaceUploadCheck::Stored::Unknown;
+    else
+        m_eStored = CFaceUploadCheck::Added(before, after) ? CFaceUploadCheck::Stored::Yes
+                                                          : CFaceUploadCheck::Stored::No;
+    BASE_LOG_INFO("face upload to library [%s] of [%s] not heard; the device says: %s", m_strFDID.c_str(),
+        m_strDeviceId.c_str(),
+        m_eStored == CFaceUploadCheck::Stored::Yes ? "stored"
+            : m_eStored == CFaceUploadCheck::Stored::No ? "not stored"
+                                                        : "nothing (question failed)");
 }
 
 bool CInportFaceDataRecordThread::upload()
@@ -97,10 +164,14 @@ bool CInportFaceDataRecordThread::upload()
             req.sendData.clear();
         first = false;
         req.cancelled = m_bCancelled;
-        if (!commlayer::CDataStatisticsComm::uploadToFaceLibSDKRequest(finished, m_strDeviceId, m_results, req)) {
+        if (!commlayer::CDataStatisticsComm::uploadToFaceLibSDKRequest(
+                finished, m_strDeviceId, m_results, req, m_pCancel.get())) {
             const auto err = Base::Error::GetLastError();
             m_iFirstCode = err.first;
             m_iSecondCode = err.second;
+            // Cut or timed out once the device had the upload: it may have stored it.
+            m_bUnheard = (err.first == commlayer::kErrCancelled || err.first == commlayer::kErrTimeout)
+                && m_pCancel->LastRequestReached();
             BASE_LOG_ERROR("CDataStatisticsComm::request failed, error code: [%d-%d]", err.first, err.second);
             return false;
         }

@@ -4,16 +4,27 @@
 // object per confirmation, sets it up on the GUI thread, starts it, runs a
 // modal waiting dialog until SignalStop and then waits for the thread; the
 // results are read after that wait. OnCancelThread is called on the GUI
-// thread while run() works; the worker sees it at its next device call.
+// thread while run() works: it cuts the device call in flight. When the cut
+// (or a time-out) came after the upload reached the device, run() asks the
+// device whether the face was stored (StoredCheck()); the same record sent
+// again later is first looked for, never stored twice. Abort() (the owner
+// goes away) also cuts that question, so the thread ends within milliseconds.
+// Before sending, it notes which records like this one the library holds.
 #include <QThread>
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "CapabilitySet/FaceDataRecordCfg.h"
 #include "protocol/DevicePassThrough.h"
+#include "ui/AddIntoFaceLib/CFaceUploadCheck.h"
+
+namespace commlayer {
+class CRequestCancel;
+}
 
 namespace BodyTemperature {
 
@@ -37,6 +48,14 @@ public:
     bool IsLibraryFull() const { return m_bLibraryFull; }
     uint32_t UploadState() const { return m_uUploadState; }
     std::pair<int, int> ErrorPair() const { return {m_iFirstCode, m_iSecondCode}; }
+    // What the device said, when asked, about an upload whose answer was not heard.
+    CFaceUploadCheck::Stored StoredCheck() const { return m_eStored; }
+
+    // Time allowed for asking whether an unheard upload was stored.
+    static constexpr int32_t kCheckTimeoutMs = 10000;
+
+    // The owner goes: cuts the upload and any question about it. Any thread.
+    void Abort();
 
 signals:
     // false at the end of run(); true when the user cancelled.
@@ -50,6 +69,9 @@ protected:
 
 private:
     bool upload();
+    // The library's records like the uploaded one (CFaceUploadCheck::Matches); false when the search failed.
+    bool findMatches(std::vector<std::string>& matches, commlayer::CRequestCancel* cancel);
+    void checkStored(const std::vector<std::string>& before);
 
     std::string m_strDeviceId;
     std::string m_strFDID;
@@ -66,6 +88,10 @@ private:
     std::atomic<int> m_iFirstCode{0};
     std::atomic<int> m_iSecondCode{0};
     std::vector<protocol::UploadResult> m_results;
+    std::atomic<CFaceUploadCheck::Stored> m_eStored{CFaceUploadCheck::Stored::NotAsked};
+    bool m_bUnheard = false;  // worker only: the upload failed after reaching the device
+    const std::shared_ptr<commlayer::CRequestCancel> m_pCancel;  // the operator's cancel: cuts the upload
+    const std::shared_ptr<commlayer::CRequestCancel> m_pAbort;   // the owner's: cuts the question too
 };
 
 } // namespace BodyTemperature

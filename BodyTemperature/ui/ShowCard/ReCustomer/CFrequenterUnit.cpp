@@ -16,7 +16,7 @@
 #include "ui/ShowCard/CardStyle.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
-#include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
+#include "commlayer/CRequestCancel.h"
 #include "ui/ShowCard/ReCustomer/CHFPDSearchManager.h"
 #include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
 
@@ -97,7 +97,7 @@ void CFrequenterUnit::ShowDetails()
 {
     if (m_pWaitWid || (m_pDetailWid && m_pDetailWid->isVisible()))
         return;  // already searching or showing (a click from a nested loop)
-    // Searches abandoned by a cancel end at their next poll; keep only the running ones.
+    // Searches abandoned by a cancel end within milliseconds; keep only the running ones.
     m_fetches.erase(std::remove_if(m_fetches.begin(), m_fetches.end(),
                         [](const QFuture<FetchResult>& f) { return f.isFinished(); }),
         m_fetches.end());
@@ -107,14 +107,14 @@ void CFrequenterUnit::ShowDetails()
     const QPointer<CFrequenterUnit> self(this);
     m_strSearchDevice = m_info.deviceID;
     m_strSearchTask = m_info.strSecondID;
-    m_pCancel = std::make_shared<CHFPDCancelToken>();
-    const std::shared_ptr<CHFPDCancelToken> cancel = m_pCancel;
+    m_pCancel = std::make_shared<commlayer::CRequestCancel>();
+    const std::shared_ptr<commlayer::CRequestCancel> cancel = m_pCancel;
 
     auto* wait = new CWaitShowWid(window(), QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif"));
     m_pWaitWid = wait;
     auto* watcher = new QFutureWatcher<FetchResult>(wait);
     connect(watcher, &QFutureWatcher<FetchResult>::finished, wait, &CWaitShowWid::OnStopChaseByAccept);
-    // Cancelling closes the dialog at once; the search stops at its next poll.
+    // Cancelling closes the dialog at once and cuts the search's request in flight.
     connect(wait, &CWaitShowWid::SignalCancel, wait, [cancel] { cancel->Cancel(); });
     const QFuture<FetchResult> future = QtConcurrent::run(&CFrequenterUnit::FetchRecords, m_strSearchDevice, m_strSearchTask, cancel);
     m_fetches.push_back(future);
@@ -182,7 +182,7 @@ void CFrequenterUnit::StopAllDetails(QObject* root)
 }
 
 CFrequenterUnit::FetchResult CFrequenterUnit::FetchRecords(std::string deviceId, std::string taskId,
-    std::shared_ptr<CHFPDCancelToken> cancel)
+    std::shared_ptr<commlayer::CRequestCancel> cancel)
 {
     FetchResult result;
     result.bFailed = !CHFPDSearchManager::Instance()->SearchRecords(deviceId, taskId, result.records, cancel.get());

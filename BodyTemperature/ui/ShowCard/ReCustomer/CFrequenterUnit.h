@@ -6,8 +6,10 @@
 // Its details search the device's records of the person on a pool task while
 // the waiting dialog runs, then open CHFPDShowDetailWid modally. The task
 // works on copies and a shared cancel token; cancelling the waiting dialog,
-// StopDetails() (page left) and the destructor cancel it, and the destructor
-// waits for it, so no task outlives the card (or the module's code).
+// StopDetails() (page left) and the destructor cancel it, which cuts the
+// device request in flight, so the task ends within milliseconds; StopDetails
+// and the destructor then wait for it, so no task outlives the card (or the
+// module's code).
 #include <QFuture>
 #include <QPointer>
 #include <memory>
@@ -16,9 +18,12 @@
 #include "ui/ShowCard/CRightUnitBase.h"
 #include "ui/ShowCard/ReCustomer/HFPDRecord.h"
 
+namespace commlayer {
+class CRequestCancel;
+}
+
 namespace BodyTemperature {
 
-class CHFPDCancelToken;
 class CHFPDShowDetailWid;
 class CWaitShowWid;
 
@@ -37,7 +42,8 @@ public:
     };
 
     // Stops a running search and closes its waiting dialog or the detail view,
-    // then waits for the search task. For every card under root.
+    // then waits for the search task (its request is cut, so the wait is
+    // short). For every card under root.
     static void StopAllDetails(QObject* root);
 
 public slots:
@@ -47,7 +53,7 @@ public slots:
     void StopDetails();
 
 private:
-    static FetchResult FetchRecords(std::string deviceId, std::string taskId, std::shared_ptr<CHFPDCancelToken> cancel);
+    static FetchResult FetchRecords(std::string deviceId, std::string taskId, std::shared_ptr<commlayer::CRequestCancel> cancel);
     void waitForFetches();
     HFPDPersonInfo personInfo() const;
 
@@ -57,7 +63,7 @@ private:
     std::string m_strSearchDevice;
     std::string m_strSearchTask;
     bool m_bFetchFailed = false;
-    std::shared_ptr<CHFPDCancelToken> m_pCancel;
+    std::shared_ptr<commlayer::CRequestCancel> m_pCancel;
     std::vector<QFuture<FetchResult>> m_fetches;  // running or abandoned search tasks
     QPointer<CWaitShowWid> m_pWaitWid;
     QPointer<CHFPDShowDetailWid> m_pDetailWid;

@@ -4,6 +4,7 @@
 #include <QtConcurrent/QtConcurrentRun>
 
 #include "commlayer/CDeviceDownloadsComm.h"
+#include "commlayer/CRequestCancel.h"
 
 namespace BodyTemperature {
 
@@ -20,19 +21,24 @@ CHFPDPictureLoader::CHFPDPictureLoader(QObject* parent) : QObject(parent)
 
 CHFPDPictureLoader::~CHFPDPictureLoader()
 {
-    if (m_thumbsCancelled)
-        m_thumbsCancelled->store(true);
-    if (m_pictureCancelled)
-        m_pictureCancelled->store(true);
-    m_pool.clear();
+    Stop();
     m_pool.waitForDone();
+}
+
+void CHFPDPictureLoader::Stop()
+{
+    if (m_thumbsCancelled)
+        m_thumbsCancelled->Cancel();
+    if (m_pictureCancelled)
+        m_pictureCancelled->Cancel();
+    m_pool.clear();
 }
 
 CHFPDPictureLoader::Flag CHFPDPictureLoader::renew(Flag& current)
 {
     if (current)
-        current->store(true);
-    current = std::make_shared<std::atomic<bool>>(false);
+        current->Cancel();
+    current = std::make_shared<commlayer::CRequestCancel>();
     return current;
 }
 
@@ -41,16 +47,17 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
     const Flag cancelled = renew(m_thumbsCancelled);
     for (const Thumb& thumb : thumbs) {
         QtConcurrent::run(&m_pool, [this, cancelled, deviceId, thumb, size] {
-            if (cancelled->load())
+            if (cancelled->IsCancelled())
                 return;
             QByteArray bytes;
-            const bool downloaded = commlayer::CDeviceDownloadsComm::request(thumb.reference, deviceId, bytes, kTimeoutMs);
+            const bool downloaded = commlayer::CDeviceDownloadsComm::request(
+                thumb.reference, deviceId, bytes, kTimeoutMs, cancelled.get());
             QImage image;
             if (downloaded && image.loadFromData(bytes))
                 image = image.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
             // The destructor waits for this task, so the loader is still there.
             QMetaObject::invokeMethod(this, [this, cancelled, thumb, image, bytes, downloaded] {
-                if (cancelled->load())
+                if (cancelled->IsCancelled())
                     return;
                 if (image.isNull())
                     emit SignalThumbFailed(thumb.uPicLsh, !downloaded);
@@ -65,12 +72,13 @@ void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::str
 {
     const Flag cancelled = renew(m_pictureCancelled);
     QtConcurrent::run(&m_pool, [this, cancelled, deviceId, reference] {
-        if (cancelled->load())
+        if (cancelled->IsCancelled())
             return;
         QByteArray bytes;
-        const bool downloaded = commlayer::CDeviceDownloadsComm::request(reference, deviceId, bytes, kTimeoutMs);
+        const bool downloaded
+            = commlayer::CDeviceDownloadsComm::request(reference, deviceId, bytes, kTimeoutMs, cancelled.get());
         QMetaObject::invokeMethod(this, [this, cancelled, bytes, downloaded] {
-            if (cancelled->load())
+            if (cancelled->IsCancelled())
                 return;
             if (downloaded)
                 emit SignalPictureDownloaded(bytes);

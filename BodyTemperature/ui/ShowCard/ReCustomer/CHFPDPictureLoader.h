@@ -3,9 +3,11 @@
 // thread pool, so a page of thumbnails never blocks the view. Thumbnails are
 // decoded there too; the one large picture is handed over as downloaded.
 // A new page (or a new large picture) abandons what the previous one still
-// had queued; results of abandoned requests are dropped. Results arrive as
-// signals on the GUI thread. Owned by the detail view; the destructor cancels
-// and waits for every download it started.
+// had queued or in flight (its requests are cut at once); results of
+// abandoned requests are dropped. Results arrive as signals on the GUI
+// thread. Owned by the detail view, which stops it when hidden; the
+// destructor cuts every download it started and waits for the tasks, which
+// then end within milliseconds.
 #include <QByteArray>
 #include <QImage>
 #include <QObject>
@@ -15,6 +17,10 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+namespace commlayer {
+class CRequestCancel;
+}
 
 namespace BodyTemperature {
 
@@ -32,6 +38,8 @@ public:
     // Thumbnails are scaled to cover size (aspect kept) on the worker.
     void LoadThumbs(const std::string& deviceId, const std::vector<Thumb>& thumbs, const QSize& size);
     void LoadPicture(const std::string& deviceId, const std::string& reference);
+    // Abandons every download (queued or in flight).
+    void Stop();
 
 signals:
     // bytes: the picture as downloaded (kept for adding the face to a library).
@@ -41,7 +49,7 @@ signals:
     void SignalPictureFailed();
 
 private:
-    using Flag = std::shared_ptr<std::atomic<bool>>;
+    using Flag = std::shared_ptr<commlayer::CRequestCancel>;
     static Flag renew(Flag& current);
 
     QThreadPool m_pool;

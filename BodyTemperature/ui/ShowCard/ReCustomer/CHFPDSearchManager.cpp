@@ -9,7 +9,7 @@ CHFPDSearchManager::CHFPDSearchManager() : m_pWorker(std::make_unique<CHFPDSearc
 CHFPDSearchManager::~CHFPDSearchManager() = default;
 
 bool CHFPDSearchManager::SearchRecords(const std::string& deviceId, const std::string& taskId,
-    HFPDRecordList& records, CHFPDCancelToken* cancel)
+    HFPDRecordList& records, commlayer::CRequestCancel* cancel)
 {
     return m_pWorker->SearchRecords(deviceId, taskId, records, cancel);
 }

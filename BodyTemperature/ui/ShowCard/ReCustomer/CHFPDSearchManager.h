@@ -11,9 +11,12 @@
 #include "ui/ShowCard/ReCustomer/HFPDRecord.h"
 #include "VantorGUIToolkit/CObjectSingleton.h"
 
+namespace commlayer {
+class CRequestCancel;
+}
+
 namespace BodyTemperature {
 
-class CHFPDCancelToken;
 class CHFPDSearchWorker;
 
 class CHFPDSearchManager final {
@@ -28,9 +31,9 @@ public:
     // Polls until the task is complete, then fills records (cleared first) in
     // the device's order, dropping captures whose channel cannot be mapped.
     // False on an empty device identifier, a failed request or a cancel
-    // (checked at every poll; records are then to be ignored).
+    // (which also cuts the request in flight; records are then to be ignored).
     bool SearchRecords(const std::string& deviceId, const std::string& taskId, HFPDRecordList& records,
-        CHFPDCancelToken* cancel = nullptr);
+        commlayer::CRequestCancel* cancel = nullptr);
 
 private:
     std::unique_ptr<CHFPDSearchWorker> m_pWorker;

@@ -7,13 +7,13 @@
 #include "CapabilitySet/HFPDSearchFaceResult.h"
 #include "commlayer/CDataStatisticsComm.h"
 #include "protocol/DevicePassThrough.h"
-#include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
+#include "commlayer/CRequestCancel.h"
 #include "ui/ShowCard/ReCustomer/CHFPDRecordBuilder.h"
 
 namespace BodyTemperature {
 
 bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::string& taskId,
-    HFPDRecordList& records, CHFPDCancelToken* cancel) const
+    HFPDRecordList& records, commlayer::CRequestCancel* cancel) const
 {
     records.clear();
     if (deviceId.empty())
@@ -29,7 +29,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
         if (cancel != nullptr && cancel->IsCancelled())
             return false;
         protocol::DvapiPassThroughRspData rsp;
-        if (!commlayer::CDataStatisticsComm::dvapiRequest(deviceId, rsp, req)) {
+        if (!commlayer::CDataStatisticsComm::dvapiRequest(deviceId, rsp, req, cancel)) {
             const auto err = Base::Error::GetLastError();
             BASE_LOG_WARN("HFPD result of task [%s] on [%s] failed [%d-%d]", taskId.c_str(), deviceId.c_str(),
                 err.first, err.second);
@@ -42,7 +42,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
             if (!cancel->WaitFor(std::chrono::milliseconds(kPollIntervalMs)))
                 return false;
         } else {
-            CHFPDCancelToken never;
+            commlayer::CRequestCancel never;
             never.WaitFor(std::chrono::milliseconds(kPollIntervalMs));
         }
     }
@@ -58,7 +58,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
         auto known = mappedChannels.find(record.channelID);
         if (known == mappedChannels.end()) {
             std::string mapped;
-            if (!MapChannel(deviceId, record.channelID, mapped))
+            if (!MapChannel(deviceId, record.channelID, mapped, cancel))
                 continue;
             known = mappedChannels.emplace(record.channelID, std::move(mapped)).first;
         }
@@ -69,7 +69,7 @@ bool CHFPDSearchWorker::SearchRecords(const std::string& deviceId, const std::st
 }
 
 bool CHFPDSearchWorker::MapChannel(const std::string& deviceId, const std::string& channelText,
-    std::string& mapped) const
+    std::string& mapped, commlayer::CRequestCancel* cancel) const
 {
     int channel = 0;
     std::string error;
@@ -82,7 +82,7 @@ bool CHFPDSearchWorker::MapChannel(const std::string& deviceId, const std::strin
     req.params = {Base::Encrypt::Base64EncodeEx(std::to_string(channel)), Base::Encrypt::Base64EncodeEx("false")};
     req.timeout = kRequestTimeoutMs;
     protocol::NetsdkPassThroughRspData rsp;
-    if (!commlayer::CDataStatisticsComm::devnetsdkrequest(deviceId, rsp, req))
+    if (!commlayer::CDataStatisticsComm::devnetsdkrequest(deviceId, rsp, req, cancel))
         return false;
     return Base::Encrypt::Base64DecodeEx(rsp.data, mapped);
 }

@@ -3,13 +3,17 @@
 // search task until it is complete, then builds the records and maps each
 // channel through the device SDK. Stateless between searches, so any number
 // of search tasks may use one worker at once. Blocking; never the GUI thread.
+// The caller's cancel ends the request in flight as well as the polling.
 #include <string>
 
 #include "ui/ShowCard/ReCustomer/HFPDRecord.h"
 
+namespace commlayer {
+class CRequestCancel;
+}
+
 namespace BodyTemperature {
 
-class CHFPDCancelToken;
 
 class CHFPDSearchWorker final {
 public:
@@ -17,11 +21,12 @@ public:
     static constexpr int kRequestTimeoutMs = 30000;
 
     bool SearchRecords(const std::string& deviceId, const std::string& taskId, HFPDRecordList& records,
-        CHFPDCancelToken* cancel) const;
+        commlayer::CRequestCancel* cancel) const;
 
 private:
     // The device-API channel for the device's channel text; false when it has none.
-    bool MapChannel(const std::string& deviceId, const std::string& channelText, std::string& mapped) const;
+    bool MapChannel(const std::string& deviceId, const std::string& channelText, std::string& mapped,
+        commlayer::CRequestCancel* cancel) const;
 };
 
 } // namespace BodyTemperature

@@ -83,6 +83,23 @@ CHFPDShowDetailWid::CHFPDShowDetailWid(QWidget* parent) : QDialog(parent)
 
 CHFPDShowDetailWid::~CHFPDShowDetailWid() = default;
 
+void CHFPDShowDetailWid::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (m_bDownloadsStopped) {
+        m_bDownloadsStopped = false;
+        OnChangePage(m_uCurrentPage);
+    }
+}
+
+void CHFPDShowDetailWid::hideEvent(QHideEvent* event)
+{
+    // A closed view downloads nothing more, and its owner may delete it at once.
+    m_pLoader->Stop();
+    m_bDownloadsStopped = true;
+    QDialog::hideEvent(event);
+}
+
 void CHFPDShowDetailWid::buildForm()
 {
     auto* root = new QVBoxLayout(this);

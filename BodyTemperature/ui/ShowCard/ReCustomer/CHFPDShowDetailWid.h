@@ -4,7 +4,8 @@
 // time and the attributes the opener's mask asks for; the library person when
 // the opener knows one. Opened modally by the returning-person card, which
 // creates it with its own parent and deletes it before opening the next one.
-// Pictures are downloaded by a CHFPDPictureLoader it owns. GUI thread.
+// Pictures are downloaded by a CHFPDPictureLoader it owns; hiding or closing
+// the view cuts its downloads, showing it again reloads the page. GUI thread.
 #include <QByteArray>
 #include <QDialog>
 #include <QMap>
@@ -50,6 +51,10 @@ public slots:
     void OnAddFDLibClicked();
     void OnBtnClose();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
     void buildForm();
     void layoutStrip();
@@ -69,6 +74,7 @@ private:
     unsigned int m_uSelected = 0;  // PicLsh on the current page; 0: none
     QMap<unsigned int, QByteArray> m_faceBytes;  // current page's downloaded faces
     QByteArray m_sceneBytes;
+    bool m_bDownloadsStopped = false;  // hidden: the current page is reloaded when shown
 
     CHFPDPictureLoader* m_pLoader = nullptr;
     QLabel* m_pTitleLabel = nullptr;

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/DeviceSim.h"
+#include "ui/AddIntoFaceLib/CFaceUploadCheck.h"
 #include "ui/AddIntoFaceLib/CFaceUploadOutcome.h"
 #include "ui/AddIntoFaceLib/InpotFaceDataRecordThread.h"
 
@@ -65,6 +66,53 @@ TEST(FaceImportOutcome, MessageChoice)
         EXPECT_EQ(res.text, QString(r.key));
         EXPECT_EQ(res.success, QString(r.key) == "AddSuccess");
     }
+    // An upload whose answer was not heard: the device's answer to the question decides.
+    using Stored = CFaceUploadCheck::Stored;
+    const struct {
+        bool cancelled;
+        Stored stored;
+        const char* key;
+        bool success;
+    } unheard[] = {
+        {true, Stored::Yes, "FaceStoredBeforeTheCancelTookEffect", true},
+        {false, Stored::Yes, "AddSuccess", true},  // after a time-out
+        {true, Stored::Unknown, "FaceUploadOutcomeUnknown", false},
+        {true, Stored::No, "FailedToAddPicture", false},
+    };
+    for (const auto& r : unheard) {
+        const auto res = CFaceUploadOutcome::Evaluate(false, r.cancelled, 0, {commlayer::kErrCancelled, 0}, r.stored);
+        EXPECT_EQ(res.text, QString(r.key));
+        EXPECT_EQ(res.success, r.success) << r.key;
+    }
+}
+
+TEST(FaceImportCheck, SearchAnswerListsTheUploadedRecord)
+{
+    CapabilitySet::FaceDataRecordCfg up;
+    up.name = "A &amp; B";  // as the form escapes it
+    up.bTextEscaped = true;
+    up.gender = "male";
+    up.FDID = "1";
+    const std::string same = "<name>A &amp; B</name><sex>male</sex><FDID>1</FDID><PID>7</PID><picURL>/p/7</picURL>";
+    const struct {
+        const char* name;
+        std::string answer;
+        bool stored;
+    } rows[] = {
+        {"listed with the device's identifiers", "<FDSearchResult><MatchList><MatchElement>" + same
+                + "</MatchElement></MatchList></FDSearchResult>", true},
+        {"listed as a document of its own", "<MatchList><MatchElement><FaceAppendData>" + same
+                + "</FaceAppendData></MatchElement></MatchList>", true},
+        {"same name, other gender", "<MatchList><MatchElement><name>A &amp; B</name><sex>female</sex>"
+                                    "</MatchElement></MatchList>", false},
+        {"nothing listed", "<FDSearchResult><numOfMatches>0</numOfMatches></FDSearchResult>", false},
+    };
+    for (const auto& r : rows)
+        EXPECT_EQ(!CFaceUploadCheck::Matches(r.answer, up).empty(), r.stored) << r.name;
+    // The same person may have been in the library before the upload.
+    EXPECT_FALSE(CFaceUploadCheck::Added({"7"}, {"7"}));
+    EXPECT_TRUE(CFaceUploadCheck::Added({"7"}, {"7", "9"}));
+    EXPECT_TRUE(CFaceUploadCheck::Added({}, {""}));
 }
 
 // The upload as the add-to-library dialog runs it (which also checks what

@@ -7,7 +7,7 @@
 
 #include "Base/Base.h"
 #include "support/DeviceSim.h"
-#include "ui/ShowCard/ReCustomer/CHFPDCancelToken.h"
+#include "commlayer/CRequestCancel.h"
 #include "ui/ShowCard/ReCustomer/CHFPDRecordBuilder.h"
 #include "ui/ShowCard/ReCustomer/CHFPDSearchManager.h"
 
@@ -142,7 +142,7 @@ TEST_F(HFPDSearchTest, FinishedTaskWithoutRecordsAndMissingDevice)
 TEST_F(HFPDSearchTest, StuckTaskEndsAtOnceWhenCancelled)
 {
     Script({{"taskID", "t-stuck"}, {"polls", -1}});
-    CHFPDCancelToken cancel;
+    commlayer::CRequestCancel cancel;
     bool result = true;
     HFPDRecordList records;
     std::thread search([&] { result = CHFPDSearchManager::Instance()->SearchRecords("TEST0001", "t-stuck", records, &cancel); });
