@@ -186,6 +186,14 @@ void CEventJournal::run()
         if (ensureOpen(db) && db.Insert(batch)) {
             setFailing(QString());
             m_written += int64_t(batch.size());
+            // Pruned before the batch counts as settled: a Flush() returns
+            // with the journal already within its bounds.
+            const int64_t now = QDateTime::currentSecsSinceEpoch();
+            if (now - lastPrune >= kPruneEverySec) {
+                lastPrune = now;
+                prune(db);
+            }
+            pruneToSize(db);
             {
                 std::lock_guard<std::mutex> lock(m_mutex);
                 m_settled += int64_t(batch.size());
@@ -193,12 +201,6 @@ void CEventJournal::run()
             m_done.notify_all();
             if (m_options.onCommitted)
                 m_options.onCommitted();
-            const int64_t now = QDateTime::currentSecsSinceEpoch();
-            if (now - lastPrune >= kPruneEverySec) {
-                lastPrune = now;
-                prune(db);
-            }
-            pruneToSize(db);
             continue;
         }
 

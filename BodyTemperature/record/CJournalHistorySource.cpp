@@ -17,18 +17,6 @@ namespace {
 using Query = CJournalHistorySource::Query;
 using Arg = Query::Arg;
 
-// Written exactly as the partial indexes of the journal write them.
-const struct {
-    uint32_t bit;
-    const char* sql;
-} kKindTerms[] = {
-    {HistoryFilter::KindAbnormal, "temperature_type = 0"},
-    {HistoryFilter::KindNoMask, "mask_type IN (0, 1)"},
-    {HistoryFilter::KindNormal, "temperature_type IN (1, 2)"},
-    {HistoryFilter::KindMatched, "kind IN (0, 1, 2) AND person_name <> ''"},
-    {HistoryFilter::KindReturning, "kind = 5"},
-};
-
 // Written exactly as the journal's Celsius index writes it.
 const char* const kThresholdTerm = "temperature IS NOT NULL AND (CASE temperature_unit WHEN 1 THEN (temperature - 32)"
                                    " / 1.8 WHEN 2 THEN temperature - 273.15 ELSE temperature END) >= ?";
@@ -51,17 +39,6 @@ Arg textArg(std::string v)
     return a;
 }
 
-std::string likePattern(const std::string& text)
-{
-    std::string p = "%";
-    for (char c : text) {
-        if (c == '%' || c == '_' || c == '\\')
-            p += '\\';
-        p += c;
-    }
-    return p + "%";
-}
-
 // The terms every branch shares: range and threshold.
 // `t` is how the time column is written: "+time" keeps the planner off the
 // time-first index when a value's own index gives its rows in time order.
@@ -82,7 +59,7 @@ void commonTerms(const HistoryFilter& f, const char* t, std::string& sql, std::v
 std::string kindsTerm(const HistoryFilter& f)
 {
     std::string any;
-    for (const auto& k : kKindTerms)
+    for (const auto& k : kHistoryKindTerms)
         if ((f.kinds & k.bit) != 0)
             any += (any.empty() ? "(" : " OR ") + std::string("(") + k.sql + ")";
     return any.empty() ? any : any + ")";
@@ -124,8 +101,8 @@ std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySour
             b.sql += " AND " + kindsTerm(f);
         if (!f.text.empty()) {
             b.sql += " AND (person_name LIKE ? ESCAPE '\\' OR library LIKE ? ESCAPE '\\')";
-            b.args.push_back(textArg(likePattern(f.text)));
-            b.args.push_back(textArg(likePattern(f.text)));
+            b.args.push_back(textArg(HistoryLikePattern(f.text)));
+            b.args.push_back(textArg(HistoryLikePattern(f.text)));
         }
         out.push_back(std::move(b));
         return out;
@@ -157,7 +134,7 @@ std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySour
         cameras.push_back(nullptr);
     std::vector<const char*> kinds;
     if (!f.everyKind())
-        for (const auto& k : kKindTerms)
+        for (const auto& k : kHistoryKindTerms)
             if ((f.kinds & k.bit) != 0)
                 kinds.push_back(k.sql);
     if (kinds.empty())
@@ -175,8 +152,8 @@ std::vector<Branch> branchesOf(const HistoryFilter& f, const CJournalHistorySour
                 b.sql += std::string(" AND ") + k;
             if (!f.text.empty()) {
                 b.sql += " AND (person_name LIKE ? ESCAPE '\\' OR library LIKE ? ESCAPE '\\')";
-                b.args.push_back(textArg(likePattern(f.text)));
-                b.args.push_back(textArg(likePattern(f.text)));
+                b.args.push_back(textArg(HistoryLikePattern(f.text)));
+                b.args.push_back(textArg(HistoryLikePattern(f.text)));
             }
             out.push_back(std::move(b));
         }

@@ -4,39 +4,18 @@
 #include <algorithm>
 #include <libpq-fe.h>
 
+#include "record/HistoryMatch.h"
+
 namespace BodyTemperature {
 
 namespace {
 
 using Query = CSiteHistorySource::Query;
 
-// Written exactly as the partial indexes of the site record write them.
-const struct {
-    uint32_t bit;
-    const char* sql;
-} kKindTerms[] = {
-    {HistoryFilter::KindAbnormal, "temperature_type = 0"},
-    {HistoryFilter::KindNoMask, "mask_type IN (0, 1)"},
-    {HistoryFilter::KindNormal, "temperature_type IN (1, 2)"},
-    {HistoryFilter::KindMatched, "kind IN (0, 1, 2) AND person_name <> ''"},
-    {HistoryFilter::KindReturning, "kind = 5"},
-};
-
 const char* const kColumns =
     "station, event_id, time, device_id, device_name, camera_id, camera_name, event_code, kind, pop_type,"
     " mask_type, temperature_type, alarm_type, temperature, temperature_unit, mask, person_name, library,"
     " similarity, shown, face, seq";
-
-std::string likePattern(const std::string& text)
-{
-    std::string p = "%";
-    for (char c : text) {
-        if (c == '%' || c == '_' || c == '\\')
-            p += '\\';
-        p += c;
-    }
-    return p + "%";
-}
 
 // "{a,b}" for a text[] parameter.
 std::string textArray(const std::vector<std::string>& values)
@@ -80,7 +59,7 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
     }
     if (!f.everyKind()) {
         std::string kinds;
-        for (const auto& k : kKindTerms) {
+        for (const auto& k : kHistoryKindTerms) {
             if ((f.kinds & k.bit) != 0)
                 kinds += std::string(kinds.empty() ? "" : " OR ") + "(" + k.sql + ")";
         }
@@ -93,7 +72,7 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
             + next(p) + "::float8";
     }
     if (!f.text.empty()) {
-        p.Text(likePattern(f.text));
+        p.Text(HistoryLikePattern(f.text));
         where += " AND (person_name ILIKE " + next(p) + " OR library ILIKE " + next(p) + ")";
     }
     if (after != nullptr) {

@@ -4,6 +4,25 @@
 
 namespace BodyTemperature {
 
+const HistoryKindTerm kHistoryKindTerms[5] = {
+    {HistoryFilter::KindAbnormal, "temperature_type = 0"},
+    {HistoryFilter::KindNoMask, "mask_type IN (0, 1)"},
+    {HistoryFilter::KindNormal, "temperature_type IN (1, 2)"},
+    {HistoryFilter::KindMatched, "kind IN (0, 1, 2) AND person_name <> ''"},
+    {HistoryFilter::KindReturning, "kind = 5"},
+};
+
+std::string HistoryLikePattern(const std::string& text)
+{
+    std::string p = "%";
+    for (char c : text) {
+        if (c == '%' || c == '_' || c == '\\')
+            p += '\\';
+        p += c;
+    }
+    return p + "%";
+}
+
 bool HistoryTextIn(const std::string& haystack, const std::string& needle)
 {
     // The same folding as SQLite's LIKE: ASCII letters only.

@@ -20,6 +20,18 @@ bool HistoryTextIn(const std::string& value, const std::string& text);
 
 bool HistoryMatches(const HistoryFilter& filter, const JournalEvent& e);
 
+// The SQL condition of each kind bit, for the journal and the site record
+// alike. Written exactly as their partial indexes write it, or neither
+// database uses those indexes.
+struct HistoryKindTerm {
+    uint32_t bit;
+    const char* sql;
+};
+extern const HistoryKindTerm kHistoryKindTerms[5];
+
+// A LIKE pattern (escape character '\\') that finds `text` anywhere.
+std::string HistoryLikePattern(const std::string& text);
+
 // The detail dialog's record of a journaled event: what the journal keeps
 // (codes, camera, time, temperature, mask, matched person, face picture).
 AlarmShowInfo HistoryDetailOf(const JournalEvent& e);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "commlayer/CommErrors.h"
 #include "support/DeviceSim.h"
 #include "ui/AddIntoFaceLib/CFaceUploadCheck.h"
 #include "ui/AddIntoFaceLib/CFaceUploadOutcome.h"
