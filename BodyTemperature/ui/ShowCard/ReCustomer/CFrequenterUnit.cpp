@@ -87,7 +87,7 @@ void CFrequenterUnit::SetFrequenterInfo(const AlarmShowInfo& info)
 
     m_pTimeLabel->setText(
         QDateTime::fromSecsSinceEpoch(m_info.captureTime).toString(QStringLiteral("MM/dd hh:mm:ss")));
-    m_pCameraLabel->setText(m_info.cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(m_info.cameraName));
+    m_pCameraLabel->setText(QString::fromStdString(m_info.cameraName));
     const std::string& library = m_info.alarmInfo.comparison.people.libraryName;
     // A missing library shows a backslash here, unlike the "/" of the other cards.
     m_pFacelibName->setText(library.empty() ? QStringLiteral("\\") : QString::fromStdString(library));

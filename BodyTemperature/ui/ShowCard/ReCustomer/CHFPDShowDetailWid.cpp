@@ -375,7 +375,7 @@ void CHFPDShowDetailWid::onPictureDownloaded(const QByteArray& bytes)
         m_pPicture->SetMessage(tr("PictureDamaged"));
         BASE_LOG_DEBUG("Failed to load image");
     }
-    m_pCameraLabel->setText(r->cameraName.empty() ? QStringLiteral("/") : QString::fromStdString(r->cameraName));
+    m_pCameraLabel->setText(QString::fromStdString(r->cameraName));
     m_pTimeLabel->setText(QString::fromStdString(r->captureTimeText));
     refreshPropItems(*r);
 }

@@ -421,6 +421,14 @@ TEST(FrequenterUnit, FillsPictureLibraryAndReportsAFailedSearch)
         EXPECT_EQ(Named(&card, "m_pCameraFre")->text(), QStringLiteral("Hall"));
         EXPECT_TRUE(ShowsPicture(&card, r.expected)) << r.name;
     }
+    {
+        // The camera label is the camera's name as it is, even when the device gave none.
+        AlarmShowInfo info;
+        info.kind = 5;
+        CFrequenterUnit card;
+        card.SetFrequenterInfo(info);
+        EXPECT_EQ(Named(&card, "m_pCameraFre")->text(), QString());
+    }
 
     // Without a device the search fails (searches on the emulator: FrequenterDetails_test).
     VantorGUIToolkit::CInformationDlg::ClearShownMessages();
