@@ -25,8 +25,11 @@ test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) --timeout 300
 
 # The tests that run threads of their own (streams, transport, play windows,
-# voice, unload, picture worker, history, site record); the rest are single-threaded Qt tests.
-TSAN_TESTS ?= AlarmStream|StreamSilence|Transport|DeviceBehaviour|PlayWindow|EmulatorStream|CVoicePlayer|ModuleUnload|AlarmListener|PicturePreparer|CBTShowWidget|DetailDialogLifetime|CHistoryWindow|SiteRecord|RequestCancel|PasswordExposure|fuzz_
+# voice, unload, picture worker, history); the rest are single-threaded Qt tests.
+# Left out: the site record (glibc's getaddrinfo_a resolves on a thread of its own that
+# the sanitizer never saw start, and its allocator crashes there) and the request-cancel
+# table (its reports are all inside QFuture's result store, in uninstrumented Qt).
+TSAN_TESTS ?= AlarmStream|StreamSilence|Transport|DeviceBehaviour|PlayWindow|EmulatorStream|CVoicePlayer|ModuleUnload|AlarmListener|PicturePreparer|CBTShowWidget|DetailDialogLifetime|CHistoryWindow|PasswordExposure|fuzz_
 
 tsan: deps
 	@cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBT_SANITIZE=thread >/dev/null
