@@ -394,6 +394,22 @@ int CJournalDatabase::PruneToSize(int64_t bytes, const std::string& keepAfterKey
     return removed;
 }
 
+// Steps a prepared statement of kEventColumns rows, hands each on until the
+// callback says stop, and finalizes it.
+bool CJournalDatabase::readRows(sqlite3_stmt* st, const std::function<bool(JournalEvent&&)>& row)
+{
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        if (!row(ReadEvent(st)))
+            break;
+    }
+    const bool ok = rc == SQLITE_ROW || rc == SQLITE_DONE;
+    if (!ok)
+        fail("select");
+    sqlite3_finalize(st);
+    return ok;
+}
+
 bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::function<bool(JournalEvent&&)>& row)
 {
     if (m_db == nullptr)
@@ -408,17 +424,7 @@ bool CJournalDatabase::Select(int64_t from, int64_t to, Rows rows, const std::fu
         return fail("select");
     sqlite3_bind_int64(st, 1, from);
     sqlite3_bind_int64(st, 2, to);
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        JournalEvent e = ReadEvent(st);
-        if (!row(std::move(e)))
-            break;
-    }
-    const bool ok = rc == SQLITE_ROW || rc == SQLITE_DONE;
-    if (!ok)
-        fail("select");
-    sqlite3_finalize(st);
-    return ok;
+    return readRows(st, row);
 }
 
 bool CJournalDatabase::SelectAfter(int64_t afterId, int limit, const std::function<bool(JournalEvent&&)>& row)
@@ -432,16 +438,7 @@ bool CJournalDatabase::SelectAfter(int64_t afterId, int limit, const std::functi
         return fail("select");
     sqlite3_bind_int64(st, 1, afterId);
     sqlite3_bind_int(st, 2, limit);
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        if (!row(ReadEvent(st)))
-            break;
-    }
-    const bool ok = rc == SQLITE_ROW || rc == SQLITE_DONE;
-    if (!ok)
-        fail("select");
-    sqlite3_finalize(st);
-    return ok;
+    return readRows(st, row);
 }
 
 std::string CJournalDatabase::State(const std::string& key)

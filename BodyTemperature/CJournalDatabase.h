@@ -74,6 +74,7 @@ public:
 private:
     bool openFile(const QString& path, OpenMode mode);
     bool healthy();
+    bool readRows(sqlite3_stmt* st, const std::function<bool(JournalEvent&&)>& row);
     bool migrate();
     bool exec(const char* sql);
     bool fail(const char* what);
