@@ -1,6 +1,7 @@
 // The dashboard page as the host builds it: tree proxy, folding the left
 // panel, the right-hand list, the camera tree, the module's scroll bars
-// (the statistics title fed from the host is covered by AlarmBurst_test).
+// and the statistics title (fed from the host: AlarmBurst_test).
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStandardItemModel>
@@ -16,13 +17,13 @@
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CDeviceStateNotifier.h"
 #include "support/LoopbackStream.h"
+#include "ui/BTShowTitle.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/ShowCard/CRightUnitBase.h"
-#include "CVoicePlayer.h"
 
+using BodyTemperature::BTShowTitle;
 using BodyTemperature::CBodyTemperatureDlg;
-using BodyTemperature::CVoicePlayer;
 using namespace dashtest;
 
 namespace {
@@ -31,16 +32,10 @@ class DashboardDlgTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        CVoicePlayer::SetSink([](const std::string&) { return true; });
         storeSettings(voiceConfig());
         m_dlg = std::make_unique<CBodyTemperatureDlg>();
     }
-    void TearDown() override
-    {
-        m_dlg.reset();
-        ASSERT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
-        CVoicePlayer::SetSink({});
-    }
+    VoiceLog m_voices;  // outlives the page
     std::unique_ptr<CBodyTemperatureDlg> m_dlg;
 };
 
@@ -187,6 +182,42 @@ TEST(DashboardDlgStyle, ScrollBarsTakeTheModuleLookUnderAStyledHost)
             EXPECT_EQ(bar->orientation() == Qt::Horizontal ? hint.height() : hint.width(), 6)
                 << qPrintable(bar->parentWidget()->parentWidget()->objectName());
         }
+    }
+}
+
+// The statistics title: four groups in display order, each with its caption,
+// tool tip and the number of signalNum that belongs to its meaning.
+QString text(const QWidget& parent, const char* name)
+{
+    const auto* label = parent.findChild<QLabel*>(QString::fromLatin1(name));
+    return label != nullptr ? label->text() : QStringLiteral("<missing>");
+}
+
+TEST(BTShowTitle, GroupsCaptionsToolTipsAndNumbers)
+{
+    BTShowTitle title;
+    title.show();
+    ASSERT_NE(title.findChild<QWidget*>(QStringLiteral("widgetTopBtns")), nullptr);
+    const struct { const char *group, *caption, *key, *number, *value; } groups[] = {
+        {"btnAllNum", "m_pAll", "TheTotalNumberOfyDridGtt", "labelAllNum", "12"},
+        {"btnAbnormal", "m_pAbnormal", "TemperatureAnomaliesWaPooFNo", "labelAbnormal", "40"},
+        {"btnNoMask", "m_pMask", "NoGauzeMask", "labelNoMask", "3"},
+        {"btnNormal", "m_pNormal", "TemperatureIsNormalLvoFXpTP", "labelNormal", "7"},
+    };
+    for (const auto& g : groups)
+        EXPECT_EQ(text(title, g.number), QStringLiteral("0")) << g.number;
+    title.SetNum(12, 7, 3, 40);  // all, normal, no mask, abnormal
+
+    int previousX = -1;
+    for (const auto& g : groups) {
+        SCOPED_TRACE(g.group);
+        const auto* group = title.findChild<QWidget*>(QString::fromLatin1(g.group));
+        ASSERT_NE(group, nullptr);
+        EXPECT_EQ(group->toolTip(), QString::fromLatin1(g.key));
+        EXPECT_GT(group->x(), previousX) << "display order: total, abnormal, no mask, normal";
+        previousX = group->x();
+        EXPECT_EQ(text(*group, g.caption), QString::fromLatin1(g.key) + QStringLiteral(":"));
+        EXPECT_EQ(text(*group, g.number), QString::fromLatin1(g.value));
     }
 }
 
