@@ -36,21 +36,10 @@ protected:
 
 TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZero)
 {
-    struct Row {
-        const char* start;
-        bool cursorHome;
-        const char* typed;
-        const char* expected;
-    };
+    struct Row { const char* start; bool cursorHome; const char* typed; const char* expected; };
     const Row rows[] = {
-        {"", false, "0", ""},
-        {"", false, "01", "1"},
-        {"", false, "1801", "180"},
-        {"", false, "1900", "190"},
-        {"", false, "1", "1"},
-        {"", false, "1800", "1800"},
-        {"", false, "1799", "1799"},
-        {"", false, "9x-5 .", "95"},
+        {"", false, "0", ""}, {"", false, "01", "1"}, {"", false, "1801", "180"}, {"", false, "1900", "190"},
+        {"", false, "1", "1"}, {"", false, "1800", "1800"}, {"", false, "1799", "1799"}, {"", false, "9x-5 .", "95"},
         {"5", true, "0", "5"},  // would become "05"
         {"5", false, "0", "50"},
     };

@@ -124,10 +124,7 @@ TEST_F(SoundConfigPageTest, AFileWhosePathHoldsAQuoteIsRefusedAndTheSettingsStay
     QFile f(wav);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     f.close();
-    struct Row {
-        const char* name;
-        bool browse;
-    };
+    struct Row { const char* name; bool browse; };
     for (const Row& r : {Row{"browsed", true}, Row{"typed", false}}) {
         SCOPED_TRACE(r.name);
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
