@@ -56,7 +56,7 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     QTranslator english;
     ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
     QCoreApplication::installTranslator(&english);
-    testsupport::DeviceSim sim({"--keepalive-ms", "300"});
+    testsupport::DeviceSim sim({QStringLiteral("--keepalive-ms"), QStringLiteral("300")});
     ASSERT_TRUE(sim.start());
     auto* rsc = Base::CSingleton<CAppRscManager>::Instance();
     rsc->Init();

@@ -149,9 +149,7 @@ TEST_F(LiveViewTest, WindowCountAndDivisionsFollowTheLanguage)
 TEST_F(LiveViewTest, FewerWindowsThanTheSelectedPositionSelectsTheFirst)
 {
     Build(1);
-    const struct {
-        int selected, type, expected;
-    } rows[] = {{6, 2, 0}, {2, 2, 2}, {3, 1, 0}, {0, 1, 0}, {8, 3, 8}};
+    const struct { int selected, type, expected; } rows[] = {{6, 2, 0}, {2, 2, 2}, {3, 1, 0}, {0, 1, 0}, {8, 3, 8}};
     for (const auto& r : rows) {
         view->OnCutBtnNumClicked(3);
         QTest::mouseClick(Window(r.selected), Qt::LeftButton);
