@@ -18,7 +18,7 @@
 #include <gtest/gtest.h>
 
 #include "CEventJournal.h"
-#include "CVoicePlayer.h"
+#include "CScreeningRecord.h"
 #include "DashboardRecords.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "clientcommonlogical/CConfigMgr.h"
@@ -36,7 +36,6 @@ class ShiftReportDialogTest : public ::testing::TestWithParam<int> {
 protected:
     void SetUp() override
     {
-        CVoicePlayer::SetSink([](const std::string&) { return true; });
         dashtest::storeSettings(dashtest::voiceConfig());
         // A journal of this test's own (the settings connection keeps its file).
         CUserDataPath::Instance()->setComponentPath(m_component.path().toStdString());
@@ -53,8 +52,6 @@ protected:
         m_dlg.reset();
         QCoreApplication::removeTranslator(&m_translator);
         clientcommonlogical::CConfigMgr::Instance()->SetLanguage(2);
-        ASSERT_TRUE(waitUntil([] { return CVoicePlayer::IsIdle(); }));
-        CVoicePlayer::SetSink({});
     }
     CShiftReportDialog* openDialog()
     {
@@ -70,6 +67,7 @@ protected:
         return report;
     }
 
+    dashtest::VoiceLog m_voices;  // outlives the page
     QTranslator m_translator;
     QTemporaryDir m_out;
     QTemporaryDir m_component;
@@ -98,7 +96,9 @@ TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
     EXPECT_NEAR(from->dateTime().secsTo(to->dateTime()), 8 * 3600 + 60, 61);
     dialog->findChild<QPushButton*>(QStringLiteral("m_pPresetLast24"))->click();
     EXPECT_NEAR(from->dateTime().secsTo(to->dateTime()), 24 * 3600 + 60, 61);
-    testsupport::pump(400);  // the journal commits its batch
+    // The 30 alarms reach the journal once their cards are built; all of them are in the file.
+    ASSERT_TRUE(dashtest::cardsBuilt(*display));
+    ASSERT_TRUE(m_dlg->findChild<CScreeningRecord*>()->Journal()->Flush());
     // The journal's size on the disk next to its bound (2048 MB unless configured).
     const QString size = dialog->findChild<QLabel*>(QStringLiteral("m_pJournalSize"))->text();
     EXPECT_TRUE(size.contains(QStringLiteral("2.0 GB"))) << qPrintable(size);
@@ -139,7 +139,7 @@ TEST_P(ShiftReportDialogTest, ExportsWhileAlarmsKeepArriving)
     EXPECT_TRUE(status->text().contains(QDir::toNativeSeparators(m_out.path()))) << qPrintable(status->text());
     EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages().size(), 2);
     const QStringList files = QDir(m_out.path()).entryList(QDir::Files);
-    ASSERT_EQ(files.size(), 2) << qPrintable(files.join(' '));
+    ASSERT_EQ(files.size(), 2) << qPrintable(files.join(QLatin1Char(' ')));
     QFile csv(m_out.filePath(files.filter(QStringLiteral(".csv")).value(0)));
     ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
     EXPECT_EQ(csv.readAll().count("\r\n"), 31);  // header + the 30 alarms committed before the export
