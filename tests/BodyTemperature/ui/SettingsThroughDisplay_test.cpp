@@ -1,9 +1,11 @@
 // The settings pages as the information display opens them: every change is
 // used by the display at once, is in the settings file for the next start,
-// and a failed save still changes what the display does for this run.
+// and a failed save still changes what the display does for this run; a
+// settings file locked at the start; the alarm-type panel on its own.
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
@@ -27,6 +29,7 @@ using BodyTemperature::CBTShowWidget;
 using BodyTemperature::CPopConfigPage;
 using BodyTemperature::CSoundConfigPage;
 using BodyTemperature::CTypeConfigPage;
+using BodyTemperature::TemperatureAlarm;
 using clientcommonlogical::CConfigMgr;
 using publicdatacontroller::IntelAlarmEventInfo;
 
@@ -111,6 +114,11 @@ TEST_F(SettingsThroughDisplayTest, TheTypePanelIsSizedAndPlacedByLanguage)
         ASSERT_NE(page, nullptr);
         EXPECT_EQ(page->parentWidget(), toolBar(w));
         EXPECT_TRUE(page->isVisible());
+        // Each press replaces the previous panel.
+        QPointer<CTypeConfigPage> first = page;
+        page = openTypePanel(w);
+        EXPECT_TRUE(first.isNull());
+        EXPECT_EQ(toolBar(w)->findChildren<CTypeConfigPage*>().size(), 1);
         EXPECT_EQ(page->size(), CTypeConfigPage::PageSize(language));
         // The computed place, unless the panel would run off the screen there
         // (as it does on the 800 x 600 test screen: then it is shifted back).
@@ -233,6 +241,171 @@ TEST_F(SettingsThroughDisplayTest, TheVoicePageIsTakenBackWhateverTheOutcome)
     const AlarmDisplayConfig after = reloaded();
     EXPECT_FALSE(after.bSoundNormal);
     EXPECT_EQ(after.strNormalVoice, before.strNormalVoice);
+}
+
+// The settings file is locked by another program while the page starts: the
+// page runs on defaults without writing them anywhere, reads the user's row
+// as soon as the lock clears, and a save the user asks for starts from that row.
+AlarmDisplayConfig userRow()
+{
+    AlarmDisplayConfig c;
+    c.bFaceCapture = false;
+    c.bPopAutoClose = false;
+    c.iPopDuration = 1800;
+    c.strNoMaskVoice = QStringLiteral("/srv/voice/mask.wav");
+    c.strNormalVoice = QStringLiteral("/srv/voice/ok.wav");
+    c.strAbnormalVoice = QStringLiteral("/srv/voice/fever.wav");
+    c.bSoundNormal = false;
+    return c;
+}
+
+class SettingsLoadRetryTest : public settingstest::SettingsFileTest {
+protected:
+    // Whether the display takes a face capture in (it reports its counters).
+    static bool accepted(CBTShowWidget& w)
+    {
+        publicdatacontroller::IntelAlarmEventInfo r;
+        r.eventType = 100101;
+        QSignalSpy spy(&w, &CBTShowWidget::signalNum);
+        w.DealAlarmInfo(r);
+        return spy.count() == 1;
+    }
+    // Another program holds the file exclusively until release().
+    void lock()
+    {
+        ASSERT_EQ(sqlite3_open(BodyTemperature::CBTConfigDB::DatabasePath().c_str(), &m_other), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(m_other, "BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    }
+    void release()
+    {
+        sqlite3_exec(m_other, "ROLLBACK;", nullptr, nullptr, nullptr);
+        sqlite3_close(m_other);
+        m_other = nullptr;
+    }
+    void TearDown() override
+    {
+        if (m_other)
+            release();
+        SettingsFileTest::TearDown();
+    }
+    sqlite3* m_other = nullptr;
+};
+
+TEST_F(SettingsLoadRetryTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceFree)
+{
+    struct Case {
+        const char* name;
+        bool userToggles;  // the user unchecks face comparison right after the lock clears
+    };
+    const Case cases[] = {{"nobody touches the settings", false}, {"the user saves a switch", true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        settingstest::emptyTable();
+        ASSERT_TRUE(store(userRow()));
+        const QByteArray before = fileBytes();
+        lock();
+        CBTShowWidget w;
+        // The defaults are in use (face captures shown), and written nowhere.
+        EXPECT_TRUE(accepted(w));
+        testsupport::pump(1500);
+        EXPECT_EQ(fileBytes(), before);
+        release();
+
+        AlarmDisplayConfig expected = userRow();
+        if (c.userToggles) {
+            w.findChild<QToolButton*>(QStringLiteral("m_pAlarmTypeBtn"))->click();
+            auto* box = w.findChild<QCheckBox*>(QStringLiteral("m_pFaceComparisonCheckBox"));
+            ASSERT_NE(box, nullptr);
+            // The panel shows the stored switches, not the defaults.
+            EXPECT_FALSE(w.findChild<QCheckBox*>(QStringLiteral("m_pFaceCaptureCheckBox"))->isChecked());
+            QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8));
+            expected.bFacePictureComparison = false;
+        } else {
+            // The user's row is read once the lock clears: face captures are off again.
+            ASSERT_TRUE(testsupport::waitUntil([&] { return !accepted(w); }, 15000));
+            EXPECT_EQ(fileBytes(), before);
+        }
+        EXPECT_TRUE(reloaded() == expected);
+    }
+}
+
+// The alarm-type panel alone: each click reports all three switches at once,
+// the panel's size and place follow the language, and it behaves as a pop-up.
+TemperatureAlarm alarm(bool temperature, bool comparison, bool capture)
+{
+    TemperatureAlarm a;
+    a.bFaceTemperatureCapture = temperature;
+    a.bFacePictureComparison = comparison;
+    a.bFaceCapture = capture;
+    return a;
+}
+
+TEST(TypeConfigPage, EveryClickReportsAllThreeSwitches)
+{
+    AlarmDisplayConfig c;
+    c.bFaceCapture = false;
+    c.iPopDuration = 77;
+    CTypeConfigPage page;
+    page.SetConfig(c);  // the steps below start from these boxes
+    QList<TemperatureAlarm> reported;
+    QObject::connect(&page, &CTypeConfigPage::signalCheckState, [&reported](TemperatureAlarm& a) { reported.append(a); });
+    struct Step { QCheckBox* box; TemperatureAlarm expected; };
+    const Step steps[] = {
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(true, true, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(true, false, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceTemperatureCaptureCheckBox"), alarm(false, false, true)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(false, false, false)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(false, true, false)},
+    };
+    for (const Step& s : steps) {
+        reported.clear();
+        QTest::mouseClick(s.box, Qt::LeftButton, {}, QPoint(8, s.box->height() / 2));
+        ASSERT_EQ(reported.size(), 1) << qPrintable(s.box->objectName());
+        EXPECT_TRUE(reported.first() == s.expected) << qPrintable(s.box->objectName());
+        EXPECT_TRUE(static_cast<const TemperatureAlarm&>(page.GetConfig()) == s.expected);
+    }
+    // The rest of the copy is not the panel's business.
+    EXPECT_EQ(page.GetConfig().iPopDuration, 77);
+}
+
+TEST(TypeConfigPage, SizeAndPlaceFollowTheLanguage)
+{
+    struct Row { int language; QRect bar; QSize size; QPoint pos; };
+    const Row rows[] = {
+        {1, QRect(0, 0, 1920, 60), QSize(190, 130), QPoint(1690, 7)},
+        {2, QRect(0, 0, 1920, 60), QSize(290, 150), QPoint(1590, 7)},
+        {0, QRect(0, 0, 1920, 60), QSize(290, 150), QPoint(1590, 7)},
+        // 1500 - 1500 * 230 / 1920 = 1320.3; (40 + 48) * 142 / 1080 = 11.57: truncated
+        {1, QRect(10, 40, 1500, 48), QSize(190, 130), QPoint(1330, 11)},
+        {2, QRect(10, 40, 1500, 48), QSize(290, 150), QPoint(1252, 11)},
+    };
+    for (const Row& r : rows) {
+        EXPECT_EQ(CTypeConfigPage::PageSize(r.language), r.size) << r.language;
+        EXPECT_EQ(CTypeConfigPage::PagePosition(r.bar, r.language), r.pos) << r.language << " " << r.bar.width();
+    }
+}
+
+TEST(TypeConfigPage, IsAPopUpOfTheToolBarThatClosesOnAClickElsewhere)
+{
+    QWidget window;
+    window.setGeometry(0, 0, 600, 400);  // the panel's place fits on the 800 x 600 test screen
+    auto* bar = new QWidget(&window);
+    bar->setGeometry(0, 0, 600, 40);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+
+    auto* page = new CTypeConfigPage(bar);
+    page->PlaceUnder(bar, 2);
+    page->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(page));
+    EXPECT_TRUE(page->isWindow());
+    EXPECT_EQ(page->geometry(), QRect(bar->mapToGlobal(CTypeConfigPage::PagePosition(bar->geometry(), 2)), QSize(290, 150)));
+
+    // A click inside keeps it open; a click outside closes it.
+    QTest::mouseClick(testsupport::child<QCheckBox>(page, "m_pFaceCaptureCheckBox"), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(page->isVisible());
+    QTest::mouseClick(page, Qt::LeftButton, {}, QPoint(-20, 300));
+    EXPECT_TRUE(testsupport::waitUntil([page] { return !page->isVisible(); }, 2000));
 }
 
 } // namespace
