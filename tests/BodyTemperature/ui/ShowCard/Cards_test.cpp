@@ -1,12 +1,16 @@
-// The event cards on real widgets (offscreen), filled from real JPEGs.
+// The event cards on real widgets (offscreen), filled from real JPEGs, and
+// device texts on them shown as typed.
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "support/TestSupport.h"
+#include "support/UiTestSupport.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -23,10 +27,7 @@ QImage Scaled(const QImage& image, const QSize& size)
     return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(QImage::Format_RGB32);
 }
 
-QImage Shown(const QLabel* label)
-{
-    return label->pixmap() ? label->pixmap()->toImage().convertToFormat(QImage::Format_RGB32) : QImage();
-}
+QImage Shown(const QLabel* label) { return testsupport::shownImage(label); }
 
 // The default pictures are scaled as pixmaps, as the cards do.
 QImage DefaultPicture(const QString& path)
@@ -73,7 +74,7 @@ T* Named(QWidget* parent, const QString& name)
 template <typename T = QLabel>
 T* Named(QWidget* parent, const char* name)
 {
-    return Named<T>(parent, QString::fromLatin1(name));
+    return testsupport::child<T>(parent, name);
 }
 
 // The badge of a card: the label whose style uses one of the badge pictures.
@@ -267,11 +268,10 @@ TEST(SnapUnit, AddButtonEmitsOnlyFromItsOwnButtonAndOnlyOnHover)
 TEST(AlarmUnit, TitleByPersonAndKind)
 {
     const QByteArray scene = testsupport::makeJpeg(200, 100);
+    // The kind's own title, unless a person or stranger label names the face.
     const struct { uint32_t kind; const char *person, *alternative, *title; } rows[] = {
-        {0, "", "", "FacePictureComparison"}, {0, "Ann", "", "Ann"}, {1, "", "", "AStranger"},
-        {1, "", "VIP", "VIP"},                {2, "", "", "FaceFail"}, {2, "", "Guest", "Guest"},
-        {3, "", "", "FaceCaptured"},          {4, "", "", "FaceTemperatureCaptureJLMWvg"}, {4, "Bo", "", "Bo"},
-        {7, "", "", "/"},
+        {0, "", "", "FacePictureComparison"}, {0, "Ann", "", "Ann"}, {1, "", "VIP", "VIP"},
+        {4, "", "", "FaceTemperatureCaptureJLMWvg"}, {4, "Bo", "", "Bo"}, {7, "", "", "/"},
     };
     for (const auto& r : rows) {
         AlarmShowInfo info = Record(r.kind, scene);
@@ -397,44 +397,104 @@ TEST(EventPictures, AllCardsOfAnEventShareOneDecodeAndLookLikeAFullDecode)
     EXPECT_TRUE(ShowsPicture(&pop, big));
 }
 
-TEST(FrequenterUnit, FillsPictureLibraryAndReportsAFailedSearch)
+// Searches and their failures: FrequenterDetails_test, on the emulator.
+TEST(FrequenterUnit, FillsPictureLibraryAndCamera)
 {
     const QByteArray scene = testsupport::makeJpeg(400, 200);
     const QByteArray facePic = testsupport::makeJpeg(100, 120);
-    const struct { const char* name; QByteArray sub, bk; std::string library; QImage expected; const char* libraryText; } rows[] = {
-        {"face picture", facePic, scene, "Staff", Scaled(QImage::fromData(facePic), QSize(120, 160)), "Staff"},
-        {"scene cut", {}, scene, "", Scaled(QImage::fromData(scene).copy(100, 100, 200, 50), QSize(120, 160)), "\\"},
-        {"default", {}, {}, "", DefaultPicture(QStringLiteral(":/rightBottom/Images/BodyTemperature/rightBottom/DefaultFace.png")), "\\"},
+    // The camera label is the camera's name as it is, even when the device gave none.
+    const struct { const char* name; QByteArray sub, bk; std::string library, camera; QImage expected; const char* libraryText; } rows[] = {
+        {"face picture", facePic, scene, "Staff", "Hall", Scaled(QImage::fromData(facePic), QSize(120, 160)), "Staff"},
+        {"scene cut", {}, scene, "", "Hall", Scaled(QImage::fromData(scene).copy(100, 100, 200, 50), QSize(120, 160)), "\\"},
+        {"default", {}, {}, "", "", DefaultPicture(QStringLiteral(":/rightBottom/Images/BodyTemperature/rightBottom/DefaultFace.png")), "\\"},
     };
     for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
         AlarmShowInfo info;
         info.kind = 5;
         info.faceInfo.SubPic = r.sub;
         info.faceInfo.bkPic = r.bk;
         info.faceInfo.faceRects.push_back({0.25, 0.5, 0.5, 0.25});
         info.alarmInfo.comparison.people.libraryName = r.library;
-        info.cameraName = "Hall";
+        info.cameraName = r.camera;
         CFrequenterUnit card;
         card.SetFrequenterInfo(info);
-        EXPECT_EQ(card.objectName(), QStringLiteral("Comparison_ReturningCustomer")) << r.name;
-        EXPECT_EQ(Named(&card, "m_pFacelibNameFre")->text(), QString::fromLatin1(r.libraryText)) << r.name;
-        EXPECT_EQ(Named(&card, "m_pCameraFre")->text(), QStringLiteral("Hall"));
-        EXPECT_TRUE(ShowsPicture(&card, r.expected)) << r.name;
+        EXPECT_EQ(card.objectName(), QStringLiteral("Comparison_ReturningCustomer"));
+        EXPECT_EQ(Named(&card, "m_pFacelibNameFre")->text(), QString::fromLatin1(r.libraryText));
+        EXPECT_EQ(Named(&card, "m_pCameraFre")->text(), QString::fromStdString(r.camera));
+        EXPECT_TRUE(ShowsPicture(&card, r.expected));
     }
-    {
-        // The camera label is the camera's name as it is, even when the device gave none.
-        AlarmShowInfo info;
-        info.kind = 5;
-        CFrequenterUnit card;
-        card.SetFrequenterInfo(info);
-        EXPECT_EQ(Named(&card, "m_pCameraFre")->text(), QString());
-    }
+}
 
-    // Without a device the search fails (searches on the emulator: FrequenterDetails_test).
-    VantorGUIToolkit::CInformationDlg::ClearShownMessages();
-    CFrequenterUnit card;
-    QTest::mouseClick(Named<QPushButton>(&card, "DetailBtn_ReturningCustomer"), Qt::LeftButton);
-    EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages(), QStringList{QStringLiteral("ObtainingDetailsFailed")});
+// Texts that come from devices (person, library and camera names) are shown
+// as typed: a name that looks like markup must not load a local file or
+// change the card's look.
+const QString kMarkup[] = {
+    QStringLiteral("<img src=/etc/hostname>"),
+    QStringLiteral("<b>Bold</b> <a href=\"file:///etc\">link</a>"),
+    QStringLiteral("<table><tr><td>x</td></tr></table>"),
+};
+
+// Every label of w that holds the text shows it verbatim, as plain text.
+void expectShownAsTyped(QWidget* w, const QString& text)
+{
+    int holders = 0;
+    for (QLabel* l : w->findChildren<QLabel*>()) {
+        if (!l->text().contains(text))
+            continue;
+        ++holders;
+        EXPECT_EQ(l->textFormat(), Qt::PlainText) << qPrintable(l->objectName());
+    }
+    EXPECT_GE(holders, 1);
+}
+
+TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
+{
+    struct Row { const char* name; uint32_t kind; std::function<void(AlarmShowInfo&, const QString&)> put; };
+    const Row rows[] = {
+        {"person name", 0, [](AlarmShowInfo& i, const QString& t) { i.alarmInfo.comparison.people.name = t.toStdString(); }},
+        {"stranger label", 1, [](AlarmShowInfo& i, const QString& t) {
+             i.alarmInfo.comparison.people.alternativeName = t.toStdString(); }},
+        {"camera name", 4, [](AlarmShowInfo& i, const QString& t) { i.cameraName = t.toStdString(); }},
+        {"library name", 5, [](AlarmShowInfo& i, const QString& t) {
+             i.alarmInfo.comparison.people.libraryName = t.toStdString(); }},
+    };
+    const QByteArray scene = testsupport::makeJpeg(320, 180);
+    for (const Row& row : rows) {
+        for (const QString& text : kMarkup) {
+            SCOPED_TRACE(std::string(row.name) + ": " + text.toStdString());
+            AlarmShowInfo info = Record(row.kind, scene, {0.25, 0.25, 0.5, 0.5});
+            info.popType = 1;
+            row.put(info, text);
+            if (row.kind == 5) {
+                CFrequenterUnit card;
+                card.SetFrequenterInfo(info);
+                expectShownAsTyped(&card, text);
+                continue;
+            }
+            CAlarmUnit card;
+            card.SetAlarmInfo(info, false);
+            expectShownAsTyped(&card, text);
+            CPopUpUnit popUp;
+            popUp.SetAlarmInfo(info, true);
+            expectShownAsTyped(&popUp, text);
+        }
+    }
+}
+
+TEST(MarkupFromTheWire, MessagesAtTheBottomRightAreShownAsTyped)
+{
+    VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(kMarkup[0]);
+    bool seen = false;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        for (QLabel* l : top->findChildren<QLabel*>(QStringLiteral("InformationText"))) {
+            if (l->text() != kMarkup[0])
+                continue;
+            seen = true;
+            EXPECT_EQ(l->textFormat(), Qt::PlainText);
+        }
+    }
+    EXPECT_TRUE(seen);
 }
 
 } // namespace
