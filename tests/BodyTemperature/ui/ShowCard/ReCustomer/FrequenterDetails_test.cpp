@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -21,7 +22,6 @@
 #include "../../DashboardRecords.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidget.h"
-#include "CVoicePlayer.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 #include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
@@ -32,7 +32,7 @@ namespace {
 
 class FrequenterDetailsTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite() { startSim({"--hfpd-polls", "2"}); }
+    static void SetUpTestSuite() { startSim({QStringLiteral("--hfpd-polls"), QStringLiteral("2")}); }
     void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
 
     static void Script(const std::string& task, int polls, int count)
@@ -111,10 +111,7 @@ TEST_F(FrequenterDetailsTest, NoRecordsAndFailedSearchAreReported)
     Script("t-none", 1, 0);
     const nlohmann::json fault{{"path", "/DVAPI/SDT/HFPD/searchTask/result/recordData/t-fail"}, {"status", 503}};
     s_sim->control("POST", "/control/fault", QByteArray::fromStdString(fault.dump()));
-    const struct {
-        const char* task;
-        const char* message;
-    } rows[] = {{"t-none", "NoDetails"}, {"t-fail", "ObtainingDetailsFailed"}};
+    const struct { const char *task, *message; } rows[] = {{"t-none", "NoDetails"}, {"t-fail", "ObtainingDetailsFailed"}};
     for (const auto& row : rows) {
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
         QWidget page;
@@ -174,7 +171,7 @@ TEST_F(FrequenterDetailsTest, TheWaitEndsAtOnceAndTheSearchStopsPolling)
 TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList)
 {
     Script("t-burst", 3, 4);
-    CVoicePlayer::SetSink([](const std::string&) { return true; });
+    dashtest::VoiceLog voices;  // outlives the display
     dashtest::storeSettings(dashtest::voiceConfig());
     CBTShowWidget w;
     w.resize(1642, 1080);
@@ -218,8 +215,42 @@ TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList
     EXPECT_FALSE(card.isNull()) << "still inside its own slot";
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(card.isNull()) << "retired once nothing holds it";
-    EXPECT_TRUE(testsupport::waitUntil([] { return CVoicePlayer::IsIdle(); }));
-    CVoicePlayer::SetSink({});
+}
+
+// The waiting dialog alone: it closes only at its timer tick after the owner
+// reports the end of the request, and reports a cancel through SignalCancel.
+const QString kLoading = QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif");
+
+TEST(WaitShowWid, ModalRunClosesAtTheTickAfterTheOwnerReportsTheEnd)
+{
+    for (bool accept : {true, false}) {
+        CWaitShowWid dlg(nullptr, kLoading);
+        QSignalSpy cancelled(&dlg, &CWaitShowWid::SignalCancel);
+        bool openWhileWorking = false, openRightAfterTheReport = false;
+        // Two ticks pass with nothing reported, then the request ends between ticks.
+        QTimer::singleShot(CWaitShowWid::kTickMs * 5 / 2, &dlg, [&] {
+            openWhileWorking = dlg.isVisible();
+            accept ? dlg.OnStopChaseByAccept() : dlg.OnStopChaseByReject();
+            openRightAfterTheReport = dlg.isVisible();
+        });
+        EXPECT_EQ(dlg.exec(), accept ? QDialog::Accepted : QDialog::Rejected);
+        EXPECT_TRUE(openWhileWorking) << accept;
+        EXPECT_TRUE(openRightAfterTheReport) << accept;
+        EXPECT_EQ(cancelled.count(), accept ? 0 : 1);
+        EXPECT_EQ(dlg.ChaseState(), 2);  // a reused dialog waits again
+    }
+}
+
+// Escape cancels the search it waits for: FrequenterDetails_test.
+TEST(WaitShowWid, ImmediateStop)
+{
+    CWaitShowWid dlg(nullptr, kLoading);
+    QSignalSpy accepted(&dlg, &QDialog::accepted);
+    dlg.show();
+    dlg.OnImmediatelyStopChase();
+    EXPECT_EQ(accepted.count(), 1);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_EQ(dlg.ChaseState(), 2);
 }
 
 } // namespace
