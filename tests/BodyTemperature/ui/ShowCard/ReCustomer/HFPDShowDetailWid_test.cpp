@@ -14,14 +14,18 @@
 #include "Base/Log.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "support/DeviceSim.h"
+#include "support/UiTestSupport.h"
 #include "ui/ShowCard/ReCustomer/CBTPropItem.h"
 #include "ui/ShowCard/ReCustomer/CHFPDAttributes.h"
 #include "ui/ShowCard/ReCustomer/CHFPDPicLabel.h"
+#include "ui/ShowCard/ReCustomer/CHFPDPaging.h"
 #include "ui/ShowCard/ReCustomer/CHFPDPicLabelList.h"
 #include "ui/ShowCard/ReCustomer/CHFPDShowDetailWid.h"
 #include "ui/ShowCard/ReCustomer/CTargetPageController.h"
 
 using namespace BodyTemperature;
+using testsupport::child;
+using Item = CHFPDAttributes::Item;
 
 namespace {
 
@@ -41,10 +45,7 @@ HFPDRecordList Records(int count, int brokenFace = 0)
         r.glass = "sunglasses";
         r.mask = "yes";
         r.hat = "no";
-        r.x = 0.4f;
-        r.y = 0.2f;
-        r.width = 0.1f;
-        r.height = 0.2f;
+        std::tie(r.x, r.y, r.width, r.height) = std::make_tuple(0.4f, 0.2f, 0.1f, 0.2f);
         list.push_back(r);
     }
     return list;
@@ -54,11 +55,6 @@ class HFPDShowDetailWidTest : public testsupport::SimTest {
 protected:
     void SetUp() override { VantorGUIToolkit::CInformationDlg::ClearShownMessages(); }
 
-    template <typename T = QWidget>
-    static T* child(const QWidget& w, const char* name)
-    {
-        return w.findChild<T*>(QLatin1String(name));
-    }
     static QList<CHFPDPicLabel*> thumbs(const QWidget& w)
     {
         QList<CHFPDPicLabel*> shown;
@@ -78,18 +74,14 @@ protected:
     }
     static std::vector<bool> buttons(const QWidget& w)
     {
-        return {child<QPushButton>(w, "pHomePageBtn")->isEnabled(), child<QPushButton>(w, "pPreviousBtn")->isEnabled(),
-            child<QPushButton>(w, "pNextBtn")->isEnabled(), child<QPushButton>(w, "pLastPageBtn")->isEnabled()};
+        return {child<QPushButton>(&w, "pHomePageBtn")->isEnabled(), child<QPushButton>(&w, "pPreviousBtn")->isEnabled(),
+            child<QPushButton>(&w, "pNextBtn")->isEnabled(), child<QPushButton>(&w, "pLastPageBtn")->isEnabled()};
     }
 };
 
 TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
 {
-    const struct {
-        int records;
-        const char* pages;
-        int onFirst, onLast;
-    } rows[] = {{0, "/1Page", 0, 0}, {1, "/1Page", 1, 1}, {20, "/1Page", 20, 20}, {21, "/2Page", 20, 1},
+    const struct { int records; const char* pages; int onFirst, onLast; } rows[] = {{0, "/1Page", 0, 0}, {1, "/1Page", 1, 1}, {20, "/1Page", 20, 20}, {21, "/2Page", 20, 1},
         {40, "/2Page", 20, 20}, {41, "/3Page", 20, 1}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.records);
@@ -97,14 +89,14 @@ TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
         EXPECT_EQ(view.objectName(), QStringLiteral("ReCustomerDetailWid"));
         ASSERT_TRUE(view.SetHFPDRecords(Records(row.records), "TEST0001", CHFPDAttributes::kReturningPersonMask, {}));
         view.show();
-        EXPECT_EQ(child<QLabel>(view, "m_pCountLabel")->text(), QStringLiteral("AllIn %1 Records").arg(row.records));
-        EXPECT_EQ(child<QLabel>(view, "m_pPageLabel")->text(), QLatin1String(row.pages));
-        EXPECT_EQ(child<QLineEdit>(view, "m_pPageEdit")->text(), QString());
-        EXPECT_EQ(child<QLabel>(view, "m_pNoDetails")->isVisible(), row.records == 0);
+        EXPECT_EQ(child<QLabel>(&view, "m_pCountLabel")->text(), QStringLiteral("AllIn %1 Records").arg(row.records));
+        EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QLatin1String(row.pages));
+        EXPECT_EQ(child<QLineEdit>(&view, "m_pPageEdit")->text(), QString());
+        EXPECT_EQ(child<QLabel>(&view, "m_pNoDetails")->isVisible(), row.records == 0);
         EXPECT_EQ(thumbs(view).size(), row.onFirst);
         const bool several = row.records > 20;
         EXPECT_EQ(buttons(view), (std::vector<bool>{false, false, several, several}));
-        child<QPushButton>(view, "pLastPageBtn")->click();
+        child<QPushButton>(&view, "pLastPageBtn")->click();
         EXPECT_EQ(thumbs(view).size(), row.onLast);
         EXPECT_EQ(buttons(view), (std::vector<bool>{several, several, false, false}));
         EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
@@ -117,12 +109,12 @@ TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
     QCoreApplication::installTranslator(&english);
     CHFPDShowDetailWid view;
     view.SetHFPDRecords(Records(41), "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
-    EXPECT_EQ(child<QLabel>(view, "m_pPageLabel")->text(), QStringLiteral("/3 pages"));
+    EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QStringLiteral("/3 pages"));
     const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
         {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
     for (const auto& t : texts) {
-        EXPECT_EQ(child<QPushButton>(view, t[0])->text(), QLatin1String(t[1])) << t[0];
-        EXPECT_EQ(child<QPushButton>(view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
+        EXPECT_EQ(child<QPushButton>(&view, t[0])->text(), QLatin1String(t[1])) << t[0];
+        EXPECT_EQ(child<QPushButton>(&view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
     }
     QCoreApplication::removeTranslator(&english);
     EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
@@ -135,12 +127,8 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     view.show();
     auto* pager = view.findChild<CTargetPageController*>();
     QSignalSpy changes(pager, &CTargetPageController::SignalPageChanged);
-    auto* edit = child<QLineEdit>(view, "m_pPageEdit");
-    const struct {
-        const char* text;
-        int emitted;
-        unsigned page;
-    } jumps[] = {{"", 0, 1}, {"1", 0, 1}, {"3", 1, 3}, {"3", 1, 3}, {"2", 2, 2}};
+    auto* edit = child<QLineEdit>(&view, "m_pPageEdit");
+    const struct { const char* text; int emitted; unsigned page; } jumps[] = {{"", 0, 1}, {"1", 0, 1}, {"3", 1, 3}, {"3", 1, 3}, {"2", 2, 2}};
     for (const auto& jump : jumps) {
         edit->setText(QLatin1String(jump.text));
         QTest::keyClick(edit, Qt::Key_Return);
@@ -151,12 +139,12 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     EXPECT_EQ(buttons(view), (std::vector<bool>{true, true, true, true}));
 
     // Page 2 opens with its first picture (record 21) selected; picture 5 is record 25.
-    auto camera = [&] { return child<QLabel>(view, "m_pCameraLabel")->text(); };
+    auto camera = [&] { return child<QLabel>(&view, "m_pCameraLabel")->text(); };
     EXPECT_TRUE(testsupport::waitUntil([&] { return camera() == QStringLiteral("Camera 21"); }));
     ASSERT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     QTest::mouseClick(thumbs(view).at(4), Qt::LeftButton);
     EXPECT_TRUE(testsupport::waitUntil([&] { return camera() == QStringLiteral("Camera 25"); }));
-    EXPECT_EQ(child<QLabel>(view, "m_pTimeLabel")->text(), QStringLiteral("2026-11-20 08:25:00"));
+    EXPECT_EQ(child<QLabel>(&view, "m_pTimeLabel")->text(), QStringLiteral("2026-11-20 08:25:00"));
     EXPECT_TRUE(thumbs(view).at(4)->IsChecked());
     EXPECT_FALSE(thumbs(view).at(0)->IsChecked());
 
@@ -167,19 +155,15 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     EXPECT_FALSE(list->RemovePicLabel(99));
     view.OnPictrueClicked(99);
     EXPECT_TRUE(thumbs(view).at(4)->IsChecked());
-    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
+    EXPECT_EQ(child<QLabel>(&view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
 }
 
 TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
 {
-    const struct {
-        uint32_t mask;
-        QStringList titles;
-        QStringList values;
-    } rows[] = {
-        {CHFPDAttributes::kReturningPersonMask, {"Gender", "AgeGroup", "Glasses", "Mask"},
-            {"Male", "AgeYoung", "WithSunglasses", "WearingAMask"}},
-        {0x4 | 0x100, {"Glasses", "Hat"}, {"WithSunglasses", "DontWearAHatsatafxnG"}},
+    const struct { uint32_t mask; QStringList titles, values; } rows[] = {
+        {CHFPDAttributes::kReturningPersonMask, testsupport::latin1List({"Gender", "AgeGroup", "Glasses", "Mask"}),
+            testsupport::latin1List({"Male", "AgeYoung", "WithSunglasses", "WearingAMask"})},
+        {0x4 | 0x100, testsupport::latin1List({"Glasses", "Hat"}), testsupport::latin1List({"WithSunglasses", "DontWearAHatsatafxnG"})},
         {0x2000 | 0x800000, {}, {}},
     };
     for (const auto& row : rows) {
@@ -200,20 +184,16 @@ TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
 
 TEST_F(HFPDShowDetailWidTest, PersonPanelOnlyWithALibraryPerson)
 {
-    const struct {
-        HFPDPersonInfo person;
-        bool shown;
-        const char* gender;
-    } rows[] = {{{true, "Lena Park", 2, "555-0100"}, true, "Female"}, {{true, "Wang Lei", 3, ""}, true, "Unknown"},
+    const struct { HFPDPersonInfo person; bool shown; const char* gender; } rows[] = {{{true, "Lena Park", 2, "555-0100"}, true, "Female"}, {{true, "Wang Lei", 3, ""}, true, "Unknown"},
         {{false, "", 3, ""}, false, ""}};
     for (const auto& row : rows) {
         CHFPDShowDetailWid view;
         view.SetHFPDRecords(Records(1), "TEST0001", 0, row.person);
         view.show();
-        EXPECT_EQ(child(view, "m_pPersonPanel")->isVisible(), row.shown);
+        EXPECT_EQ(child<QWidget>(&view, "m_pPersonPanel")->isVisible(), row.shown);
         if (row.shown) {
-            EXPECT_EQ(child<QLabel>(view, "m_pPersonName")->text().toStdString(), row.person.name);
-            EXPECT_EQ(child<QLabel>(view, "m_pPersonGender")->text(), QLatin1String(row.gender));
+            EXPECT_EQ(child<QLabel>(&view, "m_pPersonName")->text().toStdString(), row.person.name);
+            EXPECT_EQ(child<QLabel>(&view, "m_pPersonGender")->text(), QLatin1String(row.gender));
         }
     }
 }
@@ -233,22 +213,22 @@ TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
         EXPECT_EQ(l->styleSheet(), QStringLiteral("CHFPDPicLabel{boder-image:url("
                                                   ":/detailBk/Images/MixedTargetDetectionAlarm/detailBk/HFPD_Small.png);}"));
     }
-    EXPECT_EQ(states, (QStringList{"loaded", "loaded", "failed", "loaded", "loaded", "loaded"}));
+    EXPECT_EQ(states, testsupport::latin1List({"loaded", "loaded", "failed", "loaded", "loaded", "loaded"}));
     // The scene of the selected record failed: the user is told once, and
     // that record's camera and time are not shown over the failure.
     EXPECT_TRUE(testsupport::waitUntil([] {
         return VantorGUIToolkit::CInformationDlg::ShownMessages()
             == QStringList{QStringLiteral("IncorrectPortNoPleaseChangeNATInRemoteConfiguration")};
     }));
-    EXPECT_EQ(child<QLabel>(view, "m_pCameraLabel")->text(), QString());
-    EXPECT_EQ(child<QLabel>(view, "m_pTimeLabel")->text(), QString());
+    EXPECT_EQ(child<QLabel>(&view, "m_pCameraLabel")->text(), QString());
+    EXPECT_EQ(child<QLabel>(&view, "m_pTimeLabel")->text(), QString());
 
     // Downloaded but not a picture: the picture widget says so in the log, the
     // capture's texts show (the download itself worked).
     Base::Log::SetDebug(true);
     QTest::mouseClick(thumbs(view).at(3), Qt::LeftButton);
     EXPECT_TRUE(testsupport::waitUntil(
-        [&] { return child<QLabel>(view, "m_pCameraLabel")->text() == QStringLiteral("Camera 4"); }));
+        [&] { return child<QLabel>(&view, "m_pCameraLabel")->text() == QStringLiteral("Camera 4"); }));
     Base::Log::SetDebug(false);
     QFile log(QString::fromStdString(Base::Log::CurrentFile()));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
@@ -259,12 +239,46 @@ TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
     // The add request carries the device, the mapped channel and the face as downloaded.
     QSignalSpy add(&view, &CHFPDShowDetailWid::SignalAddHFPDFaceToLibrary);
     QTest::mouseClick(thumbs(view).at(1), Qt::LeftButton);
-    child<QPushButton>(view, "m_pAddBtn")->click();
+    child<QPushButton>(&view, "m_pAddBtn")->click();
     ASSERT_EQ(add.count(), 1);
     EXPECT_EQ(add.at(0).at(0).toString(), QStringLiteral("TEST0001"));
     EXPECT_EQ(add.at(0).at(1).toString(), QStringLiteral("3"));
     EXPECT_FALSE(QImage::fromData(add.at(0).at(2).toByteArray()).isNull());
-    EXPECT_EQ(child<QPushButton>(view, "m_pAddBtn")->toolTip(), QStringLiteral("AddToFacePictureLibrary"));
+    EXPECT_EQ(child<QPushButton>(&view, "m_pAddBtn")->toolTip(), QStringLiteral("AddToFacePictureLibrary"));
+}
+
+// Decisions the view above does not reach: page texts it never types, words
+// that are nearly right, every mask bit at once, colour and icon edges.
+TEST(HFPDPagingTest, JumpTargets)
+{
+    const struct { const char* text; uint32_t current; bool jumps; uint32_t target; } rows[] = {
+        {"   ", 1, false, 0}, {" 3 ", 1, true, 3}, {"4", 1, false, 0}, {"0", 1, false, 0}, {"x", 1, false, 0}};
+    for (const auto& r : rows) {
+        uint32_t target = 0;
+        EXPECT_EQ(CHFPDPaging::JumpTarget(QString::fromLatin1(r.text), r.current, 3, target), r.jumps) << r.text;
+        EXPECT_EQ(target, r.target) << r.text;
+    }
+}
+
+// Words are matched exactly; anything else is the family's unknown value.
+TEST(HFPDAttributesTest, WordsColoursIconsAndMaskBits)
+{
+    EXPECT_EQ(CHFPDAttributes::AgeGroupCode("middleAged"), 9);
+    EXPECT_EQ(CHFPDAttributes::AgeGroupCode("Young"), 10);
+    EXPECT_EQ(CHFPDAttributes::ExpressionCode("panic"), 8);
+    EXPECT_EQ(CHFPDAttributes::ExpressionCode("calm"), 0);
+    EXPECT_EQ(CHFPDAttributes::GenderCode("female"), 2);
+    EXPECT_EQ(CHFPDAttributes::GenderCode("m"), 0);
+    EXPECT_EQ(CHFPDAttributes::ColourValue(16), "rgb(34, 31, 53);");
+    EXPECT_EQ(CHFPDAttributes::ColourValue(17), "none;");
+    EXPECT_EQ(CHFPDAttributes::ColourValue(0), "none;");
+    EXPECT_EQ(std::string(CHFPDAttributes::GenderLook(2).icon),
+        ":/MixedTargetPropSel/Images/MixedTargetDetectionAlarm/PropertySelect/female_sel.svg");
+    EXPECT_EQ(std::string(CHFPDAttributes::HatLook("helmet").icon), "");
+    EXPECT_STREQ(CHFPDAttributes::HatLook("helmet").key, "WearAHelmetvCkgZAKV");
+    EXPECT_EQ(CHFPDAttributes::ShownItems(0xFFFFFFFF),
+        (std::vector<Item>{Item::Gender, Item::AgeGroup, Item::Glasses, Item::Mask, Item::Hat}));
+    EXPECT_EQ(CHFPDAttributes::kReturningPersonMask, 0x80602Cu);
 }
 
 } // namespace
