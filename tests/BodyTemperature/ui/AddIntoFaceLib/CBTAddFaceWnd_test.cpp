@@ -103,15 +103,9 @@ protected:
 
 TEST_F(AddFaceWndTest, RowsFollowTheDeviceAndTheRegionMode)
 {
-    struct Row {
-        const char* name;
-        const char* caps;
-        int regionMode;
-        bool gender, idType, idNumber, region, contact, birth;
-        int extend;  // one row per item the library lists, enabled or not
-        bool libraryListFails;
-    };
-    const Row rows[] = {
+    // extend: one row per item the library lists, enabled or not
+    const struct { const char* name; const char* caps; int regionMode; bool gender, idType, idNumber, region, contact, birth;
+                   int extend; bool libraryListFails; } rows[] = {
         {"everything", kEverything, 1, true, true, true, true, true, true, 3, false},
         {"everything, other region mode", kEverything, 0, true, true, true, false, true, true, 3, false},
         {"nothing", kNothing, 1, false, false, false, false, false, false, 3, false},
@@ -119,7 +113,7 @@ TEST_F(AddFaceWndTest, RowsFollowTheDeviceAndTheRegionMode)
         // The capability's own list does not stand in for the library's.
         {"library lists nothing", kNoNameRule, 1, false, false, false, false, true, false, 0, true},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         setCaps(r.caps);
         s_sim->control("DELETE", "/control/fault");
@@ -151,16 +145,8 @@ TEST_F(AddFaceWndTest, RowsFollowTheDeviceAndTheRegionMode)
 TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
 {
     const QString longValue = QString::fromUtf8("\"<&>' \xe4\xba\x8c\xe9\x83\xa8 ").repeated(20).left(200);
-    struct Row {
-        const char* name;
-        const char* caps;
-        QString person;
-        QString contact;
-        QString extend;
-        const char* idTyped;  // when the device offers the ID number
-        const char* idSent;
-    };
-    const Row rows[] = {
+    // idTyped: when the device offers the ID number
+    const struct { const char* name; const char* caps; QString person, contact, extend; const char *idTyped, *idSent; } rows[] = {
         {"device rules", kEverything, QString::fromUtf8("O'Neil & \xe5\xbc\xa0\xe4\xb8\x89 &amp;"),
             QStringLiteral("\"q\" <a&b>"), longValue, "AB12-3456", "AB123456"},  // "-" refused
         {"no name rule", kNoNameRule, QString(longValue).replace(QLatin1Char(' '), QLatin1Char('x')),
@@ -168,7 +154,7 @@ TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
         // An offered contact is sent even when empty; an empty ID number is not.
         {"empty contact and number", kEverything, QStringLiteral("Li"), QString(), QStringLiteral("x"), "", ""},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         setCaps(r.caps);
         auto* dlg = new CBTAddFaceWnd(&m_page);
@@ -180,7 +166,7 @@ TEST_F(AddFaceWndTest, TypedTextReachesTheDeviceExactly)
         typeText(child<QLineEdit>(dlg, "m_pContactEdit"), r.contact);
         EXPECT_EQ(child<QLineEdit>(dlg, "m_pContactEdit")->text(), r.contact);
         typeText(child<QLineEdit>(dlg, "m_pExtendEdit1"), r.extend);
-        const bool full = QString(r.caps).isEmpty();
+        const bool full = *r.caps == '\0';
         if (full) {
             child<QComboBox>(dlg, "m_pGenderCombo")->setCurrentIndex(1);
             child<QComboBox>(dlg, "m_pIDTypeCombo")->setCurrentIndex(2);
@@ -251,14 +237,7 @@ TEST_F(AddFaceWndTest, InputErrorsKeepTheDialogOpen)
 
 TEST_F(AddFaceWndTest, DeviceFailuresWhilePreparing)
 {
-    struct Row {
-        const char* name;
-        const char* device;
-        const char* path;
-        const char* fault;
-        const char* key;
-    };
-    const Row rows[] = {
+    const struct { const char *name, *device, *path, *fault, *key; } rows[] = {
         {"wrong password", "WRONGPW", "", "", "UserNameOrPasswordIsIncorrect"},
         {"connection refused", "CLOSED", "", "", "FailedToConnectToTheDevice"},
         {"server error", "TEST0001", "/DVAPI/Intelligent/FDLib/capabilities", R"("status":503)", "TheDeviceHadAnInternalError"},
@@ -270,7 +249,7 @@ TEST_F(AddFaceWndTest, DeviceFailuresWhilePreparing)
             "GettingFacePictureLibraryFailed"},
         {"no face library", "TEST0001", "", "", "FacePictureLibraryIsNotSupported"},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         CInformationDlg::ClearShownMessages();
         s_sim->control("DELETE", "/control/fault");
@@ -283,7 +262,7 @@ TEST_F(AddFaceWndTest, DeviceFailuresWhilePreparing)
                 ? "<FaceDataLibraryCap><supported>false</supported></FaceDataLibraryCap>"
                 : kEverything);
         EXPECT_FALSE(CBTAddFaceWnd::OpenForFace(&m_page, r.device, s_face));
-        EXPECT_EQ(lastMessage(), QString(r.key));
+        EXPECT_EQ(lastMessage(), QString::fromLatin1(r.key));
     }
     // Only libraries of unknown faces: nothing to add to.
     CInformationDlg::ClearShownMessages();
@@ -306,25 +285,16 @@ TEST_F(AddFaceWndTest, DeviceFailuresWhilePreparing)
 TEST_F(AddFaceWndTest, UploadFailuresAndCancel)
 {
     s_sim->control("POST", "/control/library", R"({"FDID":"9","name":"Tiny","type":"normal","capacity":1})");
-    struct Row {
-        const char* name;
-        const char* fdid;
-        const char* fault;  // on the upload batch
-        bool cancel;
-        const char* key;
-    };
-    const Row rows[] = {
+    // fault: on the upload batch
+    const struct { const char *name, *fdid, *fault; bool cancel; const char* key; } rows[] = {
         {"fills the tiny library", "9", "", false, "AddSuccess"},
         {"library full during the upload", "9", "", false, "NoMoreFacePicturesCanBeAdded"},
-        // Every sub-status has its text (FaceImport_test); one shows it reaches the operator.
+        // Failures and their texts are FaceImport_test's; one shows it reaches the operator.
         {"870", "1", R"("status":500,"subStatus":870)", false, "AnalysisEngineIsImportingPicturesToLibrary"},
-        {"5xx", "1", R"("status":502)", false, "TheDeviceHadAnInternalError"},
-        {"malformed", "1", R"("malformed":true)", false, "FailedToAddPicture"},
-        {"device gone mid-upload", "1", R"("drop":true)", false, "TheConnectionToTheDeviceWasLost"},
         {"cancel", "1", R"("delayMs":700,"count":1)", true, "FailedToAddPicture"},
         {"works again", "1", "", false, "AddSuccess"},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         CInformationDlg::ClearShownMessages();
         s_sim->control("DELETE", "/control/fault");
@@ -332,7 +302,7 @@ TEST_F(AddFaceWndTest, UploadFailuresAndCancel)
         ASSERT_TRUE(dlg->SetFacePicture(s_face));
         ASSERT_TRUE(dlg->SetDevice("TEST0001"));
         auto* libs = child<QComboBox>(dlg, "m_pFaceLibCombo");
-        libs->setCurrentIndex(libs->findData(QString(r.fdid)));
+        libs->setCurrentIndex(libs->findData(QString::fromLatin1(r.fdid)));
         dlg->show();
         typeText(child<QLineEdit>(dlg, "m_pNameEdit"), QStringLiteral("Wang Wu"));
         if (*r.fault)
@@ -352,8 +322,8 @@ TEST_F(AddFaceWndTest, UploadFailuresAndCancel)
         ticker.start(10);
         confirm(dlg);
         ticker.stop();
-        EXPECT_EQ(CInformationDlg::ShownMessages(), QStringList{QString(r.key)});
-        EXPECT_EQ(dlg->IsAdded(), QString(r.key) == "AddSuccess");
+        EXPECT_EQ(CInformationDlg::ShownMessages(), QStringList{QString::fromLatin1(r.key)});
+        EXPECT_EQ(dlg->IsAdded(), std::string(r.key) == "AddSuccess");
         EXPECT_TRUE(!r.cancel || chaseSeen);  // cancelled from the waiting dialog while the upload ran
         dlg->deleteLater();
     }
