@@ -1,13 +1,15 @@
-// The face upload thread against the emulator, its condition record and the
-// choice of the message the operator sees.
+// The face upload thread and the face library requests against the emulator,
+// the upload's condition record and the choice of the message the operator sees.
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "Base/Base.h"
 #include "commlayer/CommErrors.h"
 #include "support/DeviceSim.h"
 #include "ui/AddIntoFaceLib/CFaceUploadCheck.h"
 #include "ui/AddIntoFaceLib/CFaceUploadOutcome.h"
+#include "ui/AddIntoFaceLib/FaceLibRequests.h"
 #include "ui/AddIntoFaceLib/InpotFaceDataRecordThread.h"
 
 using namespace BodyTemperature;
@@ -30,51 +32,30 @@ TEST(FaceImportCondition, RecordBytes)
 
 TEST(FaceImportOutcome, MessageChoice)
 {
-    struct Row {
-        const char* name;
-        bool success;
-        bool cancelled;
-        uint32_t state;
-        std::pair<int, int> pair;
-        const char* key;
-    };
-    const Row rows[] = {
+    // A few entries of each table (the uploads below, and the dialog's, reach
+    // more), and every rule of which table speaks.
+    const struct { const char* name; bool success, cancelled; uint32_t state; std::pair<int, int> pair; const char* key; } rows[] = {
         {"success", true, false, 0, {0, 0}, "AddSuccess"},
         {"success but cancelled", true, true, 0, {0, 0}, "FailedToAddPicture"},
         {"843 wins over the state", false, false, 11, {12, 843}, "NoMoreFacePicturesCanBeAdded"},
-        {"873", false, false, 0, {12, 873}, "NoMoreFacePicturesCanBeAdded"},
         {"870", false, false, 0, {12, 870}, "AnalysisEngineIsImportingPicturesToLibrary"},
-        {"13", false, false, 0, {12, 13}, "NotPermissionTheRegisteredUserHasNoPermissionForTheOperation"},
-        {"872", false, false, 0, {12, 872}, "TheDeviceIsModelingImageAndDoesNotSupportConcurrentOperation"},
-        {"2123", false, false, 0, {12, 2123}, "InvalidPhoneNumber"},
-        {"2124", false, false, 0, {12, 2124}, "InvalidIDNo"},
         {"host text for a password error", false, false, 0, {1, 401}, "UserNameOrPasswordIsIncorrect"},
-        {"host text for a lost connection", false, false, 0, {9, 18}, "TheConnectionToTheDeviceWasLost"},
-        {"host text for a server error", false, false, 0, {13, 503}, "TheDeviceHadAnInternalError"},
         {"no second code: the state", false, false, 10, {12, 0}, "NoMoreFacePicturesCanBeAdded"},
         {"state 11", false, false, 11, {0, 0}, "ThePictureIsOversize"},
-        {"state 22", false, false, 22, {0, 0}, "NoMoreFacePicturesCanBeAdded"},
-        {"state 32", false, false, 32, {0, 0}, "PictureRecognitionFailed"},
-        {"state 33", false, false, 33, {0, 0}, "FaceClose-upModelingFailed"},
         {"state without text", false, false, 5, {0, 0}, "FailedToAddPicture"},
         {"state -1", false, false, uint32_t(-1), {12, 0}, "FailedToAddPicture"},
         {"time-out", false, false, 0, {10, 0}, "FailedToAddPicture"},
         {"unknown pair", false, false, 0, {99, 5}, "FailedToAddPicture"},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         const auto res = CFaceUploadOutcome::Evaluate(r.success, r.cancelled, r.state, r.pair);
-        EXPECT_EQ(res.text, QString(r.key));
-        EXPECT_EQ(res.success, QString(r.key) == "AddSuccess");
+        EXPECT_EQ(res.text, QString::fromLatin1(r.key));
+        EXPECT_EQ(res.success, std::string(r.key) == "AddSuccess");
     }
     // An upload whose answer was not heard: the device's answer to the question decides.
     using Stored = CFaceUploadCheck::Stored;
-    const struct {
-        bool cancelled;
-        Stored stored;
-        const char* key;
-        bool success;
-    } unheard[] = {
+    const struct { bool cancelled; Stored stored; const char* key; bool success; } unheard[] = {
         {true, Stored::Yes, "FaceStoredBeforeTheCancelTookEffect", true},
         {false, Stored::Yes, "AddSuccess", true},  // after a time-out
         {true, Stored::Unknown, "FaceUploadOutcomeUnknown", false},
@@ -82,7 +63,7 @@ TEST(FaceImportOutcome, MessageChoice)
     };
     for (const auto& r : unheard) {
         const auto res = CFaceUploadOutcome::Evaluate(false, r.cancelled, 0, {commlayer::kErrCancelled, 0}, r.stored);
-        EXPECT_EQ(res.text, QString(r.key));
+        EXPECT_EQ(res.text, QString::fromLatin1(r.key));
         EXPECT_EQ(res.success, r.success) << r.key;
     }
 }
@@ -95,11 +76,7 @@ TEST(FaceImportCheck, SearchAnswerListsTheUploadedRecord)
     up.gender = "male";
     up.FDID = "1";
     const std::string same = "<name>A &amp; B</name><sex>male</sex><FDID>1</FDID><PID>7</PID><picURL>/p/7</picURL>";
-    const struct {
-        const char* name;
-        std::string answer;
-        bool stored;
-    } rows[] = {
+    const struct { const char* name; std::string answer; bool stored; } rows[] = {
         {"listed with the device's identifiers", "<FDSearchResult><MatchList><MatchElement>" + same
                 + "</MatchElement></MatchList></FDSearchResult>", true},
         {"listed as a document of its own", "<MatchList><MatchElement><FaceAppendData>" + same
@@ -161,21 +138,14 @@ TEST_F(FaceImportTest, NoPictureSendsNothing)
     EXPECT_FALSE(t.IsSuccess());
     EXPECT_EQ(uploads("1").size(), before);
     EXPECT_EQ(CFaceUploadOutcome::Evaluate(t.IsSuccess(), t.IsCancelled(), t.UploadState(), t.ErrorPair()).text,
-        QString("FailedToAddPicture"));
+        QStringLiteral("FailedToAddPicture"));
 }
 
 TEST_F(FaceImportTest, FullLibraryAndDeviceFailures)
 {
     s_sim->control("POST", "/control/library", R"({"FDID":"9","name":"Tiny","capacity":1})");
-    struct Row {
-        const char* name;
-        const char* fault;  // on the upload batch
-        const char* FDID;
-        uint32_t state;
-        std::pair<int, int> pair;
-        const char* key;
-    };
-    const Row rows[] = {
+    // fault: on the upload batch
+    const struct { const char* name; const char* fault; const char* FDID; uint32_t state; std::pair<int, int> pair; const char* key; } rows[] = {
         {"fills the library", "", "9", 0, {0, 0}, "AddSuccess"},
         // A failed state leaves the error pair alone (the device's sub-status
         // 843 rides along here): the state table picks the message.
@@ -187,7 +157,7 @@ TEST_F(FaceImportTest, FullLibraryAndDeviceFailures)
         {"malformed answer", R"("malformed":true)", "1", 0, {11, 0}, "FailedToAddPicture"},
         {"connection dropped", R"("drop":true)", "1", 0, {9, 18}, "TheConnectionToTheDeviceWasLost"},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         s_sim->control("DELETE", "/control/fault");
         if (*r.fault)
@@ -198,7 +168,81 @@ TEST_F(FaceImportTest, FullLibraryAndDeviceFailures)
         EXPECT_EQ(t.ErrorPair(), r.pair);
         EXPECT_EQ(t.IsLibraryFull(), r.state == 10);
         EXPECT_EQ(CFaceUploadOutcome::Evaluate(t.IsSuccess(), t.IsCancelled(), t.UploadState(), t.ErrorPair()).text,
-            QString(r.key));
+            QString::fromLatin1(r.key));
+    }
+}
+
+// The face library requests the dialog makes.
+using FaceLibRequestsTest = testsupport::SimTest;
+
+TEST_F(FaceLibRequestsTest, AnswersAreParsed)
+{
+    uint32_t err = 99;
+    CapabilitySet::FaceDataLibraryCap cap;
+    ASSERT_TRUE(GetFaceDataLibraryCapability(cap, err, "TEST0001"));
+    EXPECT_EQ(err, 0u);
+    EXPECT_TRUE(cap.bSupport);
+    EXPECT_EQ(cap.iContactMaxLen, 32);  // the device says 0
+    EXPECT_EQ(std::make_pair(cap.iIDNumberMinLen, cap.iIDNumberMaxLen), std::make_pair(8, 18));
+
+    CapabilitySet::FaceDataLibraryCfg libs;
+    ASSERT_TRUE(GetFaceDataLibraryCfg(libs, err, "TEST0001"));
+    ASSERT_EQ(libs.libraries.size(), 3u);
+    EXPECT_EQ(libs.libraries[2].type, "stranger");
+
+    CapabilitySet::PersonnalInfoExtendListConfig ext;
+    ASSERT_TRUE(GetPersonnalInfoExtendListCfg(ext, err, "TEST0001", "1"));
+    EXPECT_EQ(ext.items.size(), 3u);
+    ASSERT_TRUE(GetPersonnalInfoExtendListCfg(ext, err, "TEST0001"));
+    EXPECT_EQ(ext.items.at(1).name, "Employee No.");
+
+    CapabilitySet::CityCodeCapability cities;
+    ASSERT_TRUE(GetCityCodeCapability(cities, err, "TEST0001"));
+    ASSERT_NE(cities.Find("44"), nullptr);
+    EXPECT_EQ(cities.Find("44")->cities.size(), 3u);
+
+    CapabilitySet::FaceDataRecordCfg cond;
+    cond.FDID = "1";
+    EXPECT_TRUE(SearchFaceDataRecord(cond, err, "TEST0001"));
+}
+
+TEST_F(FaceLibRequestsTest, FailuresClearTheOutputAndSetTheCode)
+{
+    struct Row { const char* name; const char* device; const char* fault; std::pair<int, int> pair; };
+    const Row rows[] = {
+        {"unknown device", "NOSUCH", "", {commlayer::kErrNoDevice, 0}},
+        {"device error", "TEST0001", R"({"path":"/DVAPI","status":500,"subStatus":870})", {commlayer::kErrDeviceStatus, 870}},
+        {"malformed answer", "TEST0001", R"({"path":"/DVAPI","malformed":true})", {commlayer::kErrBadAnswer, 0}},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        if (*r.fault)
+            s_sim->control("POST", "/control/fault", r.fault);
+        uint32_t err = 0;
+        CapabilitySet::FaceDataLibraryCap cap;
+        cap.bSupport = true;
+        EXPECT_FALSE(GetFaceDataLibraryCapability(cap, err, r.device));
+        EXPECT_FALSE(cap.bSupport);
+        EXPECT_EQ(err, kFaceLibRequestFailed);
+        EXPECT_EQ(Base::Error::GetLastError(), r.pair);
+
+        CapabilitySet::FaceDataLibraryCfg libs;
+        libs.libraries.resize(2);
+        err = 0;
+        EXPECT_FALSE(GetFaceDataLibraryCfg(libs, err, r.device));
+        EXPECT_TRUE(libs.libraries.empty());
+        EXPECT_EQ(err, kFaceLibRequestFailed);
+
+        CapabilitySet::FaceDataRecordCfg rec;
+        rec.name = "stale";
+        EXPECT_FALSE(GetFaceDataRecordConfig(rec, err, r.device, "1", "1"));
+        EXPECT_EQ(rec.name, "");
+        CapabilitySet::CityCodeCapability cities;
+        cities.provinces.resize(1);
+        EXPECT_FALSE(GetCityCodeCapability(cities, err, r.device));
+        EXPECT_TRUE(cities.provinces.empty());
+        EXPECT_FALSE(SearchFaceDataRecord(CapabilitySet::FaceDataRecordCfg(), err, r.device));
+        s_sim->control("DELETE", "/control/fault");
     }
 }
 
