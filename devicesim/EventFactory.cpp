@@ -34,6 +34,59 @@ Jpeg fromBase64(const std::string& b64)
     return std::make_shared<const std::string>(raw.constData(), size_t(raw.size()));
 }
 
+FaceLook randomLook(std::mt19937& rng)
+{
+    FaceLook look;
+    look.person = uniformInt(rng, 0, 39);
+    look.mask = uniform(rng, 0, 1) < 0.6;
+    look.glasses = uniformInt(rng, 0, 3) == 0;
+    return look;
+}
+
+// The attribute codes of one face, without temperature and pictures.
+nlohmann::json faceAttributes(std::mt19937& rng, const FaceLook& look, bool compare, unsigned picId)
+{
+    nlohmann::json f;
+    f["facePicID"] = picId;
+    f["IsMatchedFace"] = compare ? 1 : 0;
+    f["NeedSaveBkImg"] = 1;
+    f["age"] = uniformInt(rng, 18, 70);
+    f["StayDuration"] = uniformInt(rng, 1, 30);
+    f["Sex"] = uniformInt(rng, 1, 2);
+    f["Glass"] = look.glasses ? 1 : 2;
+    f["AgeGroup"] = uniformInt(rng, 1, 9);
+    f["Mask"] = look.mask ? 2 : 1;
+    f["Expression"] = uniformInt(rng, 1, 8);
+    f["Beard"] = uniformInt(rng, 1, 2);
+    f["Hat"] = uniformInt(rng, 1, 2);
+    f["Smile"] = uniformInt(rng, 1, 2);
+    f["LivenessStatus"] = 1;
+    f["Race"] = uniformInt(rng, 1, 3);
+    return f;
+}
+
+// The library entry a comparison event names: the stranger record for
+// 100506, otherwise person `who` of the staff or visitor library.
+nlohmann::json libraryPerson(unsigned code, int who)
+{
+    const bool stranger = code == 100506;
+    nlohmann::json person;
+    person["name"] = stranger ? std::string("Stranger") : std::string(kNames[who]);
+    person["alternativeName"] = stranger ? "stranger" : "";
+    person["FDID"] = stranger ? "3" : (who % 2 ? "1" : "2");
+    person["libraryName"] = stranger ? "Strangers" : (who % 2 ? "Staff" : "Visitors");
+    person["PID"] = std::to_string(100 + who);
+    person["contact"] = "+1 555 01" + std::to_string(10 + who);
+    person["IDType"] = "ID";
+    person["IDNo"] = "ID" + std::to_string(4400000 + who * 37);
+    person["birthDate"] = std::to_string(1960 + who * 3) + "-0" + std::to_string(1 + who % 9) + "-15";
+    person["listName"] = code == 100114 ? "blockList" : "allowList";
+    person["mask"] = 1;
+    person["extend"] = nlohmann::json::array({{{"name", "Department"}, {"value", kDepartments[who % 6]}},
+        {{"name", "Employee No."}, {"value", "E" + std::to_string(1000 + who)}}});
+    return person;
+}
+
 } // namespace
 
 EventFactory::EventFactory(const SimOptions& opts, PictureFactory& pictures)
@@ -75,42 +128,11 @@ SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, i
     const bool noSub = subPic == 0 || (subPic < 0 && uniformInt(rng, 0, 5) == 0);
     nlohmann::json faces = nlohmann::json::array();
     FaceLook firstLook;
-    double firstRect[4] = {0, 0, 0, 0};
     for (int i = 0; i < faceCount; ++i) {
-        FaceLook look;
-        look.person = uniformInt(rng, 0, 39);
-        look.mask = uniform(rng, 0, 1) < 0.6;
-        look.glasses = uniformInt(rng, 0, 3) == 0;
-        nlohmann::json f;
-        f["facePicID"] = static_cast<unsigned>((m_opts.seed * 100003ULL + seq * 10 + unsigned(i)) & 0x7fffffff);
-        f["IsMatchedFace"] = compare ? 1 : 0;
-        f["NeedSaveBkImg"] = 1;
-        f["age"] = uniformInt(rng, 18, 70);
-        f["StayDuration"] = uniformInt(rng, 1, 30);
-        f["Sex"] = uniformInt(rng, 1, 2);
-        f["Glass"] = look.glasses ? 1 : 2;
-        f["AgeGroup"] = uniformInt(rng, 1, 9);
-        f["Mask"] = look.mask ? 2 : 1;
-        f["Expression"] = uniformInt(rng, 1, 8);
-        f["Beard"] = uniformInt(rng, 1, 2);
-        f["Hat"] = uniformInt(rng, 1, 2);
-        f["Smile"] = uniformInt(rng, 1, 2);
-        f["LivenessStatus"] = 1;
-        f["Race"] = uniformInt(rng, 1, 3);
-        const bool measured = uniformInt(rng, 0, 24) != 0;
-        const bool abnormal = uniform(rng, 0, 1) < abnormalShare;
-        double t = abnormal ? uniform(rng, 37.4, 39.5)
-                            : std::clamp(std::normal_distribution<double>(36.5, 0.25)(rng), 35.5, 37.2);
-        double high = 37.3;
-        if (unit == 'F') {
-            t = t * 9.0 / 5.0 + 32.0;
-            high = 99.1;
-        }
-        f["TemperatureEnabled"] = measured ? 1 : 0;
-        f["TemperatureAnomaly"] = measured && abnormal ? 1 : 0;
-        f["TemperatureUnit"] = unit == 'F' ? 1 : 0;
-        f["Temperature"] = measured ? round1(t) : 65535.0;
-        f["HighAlarmTemperature"] = high;
+        const FaceLook look = randomLook(rng);
+        nlohmann::json f = faceAttributes(
+            rng, look, compare, static_cast<unsigned>((m_opts.seed * 100003ULL + seq * 10 + unsigned(i)) & 0x7fffffff));
+        addTemperature(rng, f);
         double rect[4];
         const std::string bk = "bk" + std::to_string(i);
         ev.pictures.push_back({bk, PictureBlob{m_pictures.scene(channel, QString::fromStdString(chName), look, rect), -1, -1}});
@@ -122,10 +144,8 @@ SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, i
             ev.pictures.push_back({sub, PictureBlob{m_pictures.face(look), -1, -1}});
             f["SubPic"] = sub;
         }
-        if (i == 0) {
+        if (i == 0)
             firstLook = look;
-            std::copy(rect, rect + 4, firstRect);
-        }
         faces.push_back(f);
     }
     d["faces"] = faces;
@@ -133,34 +153,42 @@ SimEvent EventFactory::generate(std::mt19937& rng, int channel, unsigned code, i
     d["thermometry"] = {{"enabled", f0["TemperatureEnabled"]}, {"anomaly", f0["TemperatureAnomaly"]},
         {"unit", f0["TemperatureUnit"]}, {"temperature", f0["Temperature"]},
         {"highAlarmTemperature", f0["HighAlarmTemperature"]}};
-    if (compare) {
-        const int who = firstLook.person % int(sizeof(kNames) / sizeof(kNames[0]));
-        const bool stranger = code == 100506;
-        nlohmann::json person;
-        person["name"] = stranger ? std::string("Stranger") : std::string(kNames[who]);
-        person["alternativeName"] = stranger ? "stranger" : "";
-        person["FDID"] = stranger ? "3" : (who % 2 ? "1" : "2");
-        person["libraryName"] = stranger ? "Strangers" : (who % 2 ? "Staff" : "Visitors");
-        person["PID"] = std::to_string(100 + who);
-        person["contact"] = "+1 555 01" + std::to_string(10 + who);
-        person["IDType"] = "ID";
-        person["IDNo"] = "ID" + std::to_string(4400000 + who * 37);
-        person["birthDate"] = std::to_string(1960 + who * 3) + "-0" + std::to_string(1 + who % 9) + "-15";
-        person["listName"] = code == 100114 ? "blockList" : "allowList";
-        person["sex"] = f0["Sex"];
-        person["mask"] = 1;
-        person["extend"] = nlohmann::json::array({{{"name", "Department"}, {"value", kDepartments[who % 6]}},
-            {{"name", "Employee No."}, {"value", "E" + std::to_string(1000 + who)}}});
-        FaceLook libLook = firstLook;
-        libLook.mask = false;
-        ev.pictures.push_back({"lib", PictureBlob{m_pictures.face(libLook), -1, -1}});
-        d["comparison"] = {{"similarity", round1(uniform(rng, 75.0, 99.0)) / 100.0}, {"libraryPic", "lib"},
-            {"person", person}};
-    }
+    if (compare)
+        addComparison(rng, ev, code, firstLook, f0["Sex"]);
     if (code == 100112)
         d["taskID"] = "hfpd-" + std::to_string(channel) + "-" + std::to_string(seq);
-    (void)firstRect;
     return ev;
+}
+
+void EventFactory::addTemperature(std::mt19937& rng, nlohmann::json& f) const
+{
+    const bool measured = uniformInt(rng, 0, 24) != 0;
+    const bool abnormal = uniform(rng, 0, 1) < abnormalShare;
+    double t = abnormal ? uniform(rng, 37.4, 39.5)
+                        : std::clamp(std::normal_distribution<double>(36.5, 0.25)(rng), 35.5, 37.2);
+    double high = 37.3;
+    if (unit == 'F') {
+        t = t * 9.0 / 5.0 + 32.0;
+        high = 99.1;
+    }
+    f["TemperatureEnabled"] = measured ? 1 : 0;
+    f["TemperatureAnomaly"] = measured && abnormal ? 1 : 0;
+    f["TemperatureUnit"] = unit == 'F' ? 1 : 0;
+    f["Temperature"] = measured ? round1(t) : 65535.0;
+    f["HighAlarmTemperature"] = high;
+}
+
+void EventFactory::addComparison(
+    std::mt19937& rng, SimEvent& ev, unsigned code, const FaceLook& captured, const nlohmann::json& sex)
+{
+    const int who = captured.person % int(sizeof(kNames) / sizeof(kNames[0]));
+    nlohmann::json person = libraryPerson(code, who);
+    person["sex"] = sex;
+    FaceLook libLook = captured;
+    libLook.mask = false;
+    ev.pictures.push_back({"lib", PictureBlob{m_pictures.face(libLook), -1, -1}});
+    ev.doc["comparison"] = {{"similarity", round1(uniform(rng, 75.0, 99.0)) / 100.0}, {"libraryPic", "lib"},
+        {"person", person}};
 }
 
 SimEvent EventFactory::fromDescription(std::mt19937& rng, const nlohmann::json& desc, std::string& error)

@@ -57,6 +57,10 @@ public:
     char unit;
 
 private:
+    void addTemperature(std::mt19937& rng, nlohmann::json& face) const;
+    void addComparison(
+        std::mt19937& rng, SimEvent& ev, unsigned code, const FaceLook& captured, const nlohmann::json& sex);
+
     const SimOptions& m_opts;
     PictureFactory& m_pictures;
     std::atomic<unsigned long long> m_seq{0};

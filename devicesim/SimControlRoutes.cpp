@@ -23,9 +23,7 @@ Jpeg suppliedJpeg(const nlohmann::json& d, const char* key)
     return std::make_shared<const std::string>(raw.constData(), size_t(raw.size()));
 }
 
-} // namespace
-
-void addControlRoutes(httplib::Server& http, SimContext& sim)
+void addEventInjection(httplib::Server& http, SimContext& sim)
 {
     http.Post("/control/event", [&sim](const Request& req, Response& res) {
         nlohmann::json d;
@@ -74,7 +72,10 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
             sim.hub.publish(ev);
         sendOk(res, {{"count", count}});
     });
+}
 
+void addFaultInjection(httplib::Server& http, SimContext& sim)
+{
     http.Post("/control/fault", [&sim](const Request& req, Response& res) {
         nlohmann::json d;
         if (!readJsonBody(req, res, d))
@@ -125,7 +126,10 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
         sim.rtsp.clearFaults();
         sendOk(res);
     });
+}
 
+void addDeviceState(httplib::Server& http, SimContext& sim)
+{
     http.Post("/control/channel", [&sim](const Request& req, Response& res) {
         nlohmann::json d;
         if (!readJsonBody(req, res, d))
@@ -173,7 +177,10 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
         sim.store.putLibrary(l);
         sendOk(res);
     });
+}
 
+void addInspection(httplib::Server& http, SimContext& sim)
+{
     http.Get("/control/uploads", [&sim](const Request& req, Response& res) {
         nlohmann::json list = nlohmann::json::array();
         for (const FaceRecord& r : sim.store.records(req.get_param_value("FDID"), false))
@@ -188,6 +195,16 @@ void addControlRoutes(httplib::Server& http, SimContext& sim)
                                        {"clientsGone", sim.clientsGone.load()}}.dump(),
             "application/json");
     });
+}
+
+} // namespace
+
+void addControlRoutes(httplib::Server& http, SimContext& sim)
+{
+    addEventInjection(http, sim);
+    addFaultInjection(http, sim);
+    addDeviceState(http, sim);
+    addInspection(http, sim);
 }
 
 } // namespace devicesim

@@ -17,25 +17,10 @@ namespace devicesim {
 using httplib::Request;
 using httplib::Response;
 
-void addStreamRoutes(httplib::Server& http, SimContext& sim)
+namespace {
+
+void addAlertStream(httplib::Server& http, SimContext& sim)
 {
-    http.Get("/DVAPI/System/deviceInfo", [&sim](const Request&, Response& res) {
-        res.set_content(std::string(kXmlHead) + "<DeviceInfo><deviceName>Thermal face camera</deviceName><serialNumber>"
-                + xmlEscape(sim.opts.serial) + "</serialNumber><channels>" + std::to_string(sim.opts.channels)
-                + "</channels></DeviceInfo>",
-            "application/xml");
-    });
-
-    http.Get("/DVAPI/System/channels/status", [&sim](const Request&, Response& res) {
-        nlohmann::json list = nlohmann::json::array();
-        for (int ch = 1; ch <= sim.opts.channels; ++ch) {
-            list.push_back({{"id", ch}, {"name", sim.channelName(ch)}, {"online", sim.channelOnline(ch)}});
-            if (sim.opts.rtspPort > 0)
-                list.back()["streams"] = RtspServer::describe(sim.opts, ch);
-        }
-        res.set_content(nlohmann::json{{"channels", list}}.dump(), "application/json");
-    });
-
     http.Get("/DVAPI/Event/notification/alertStream", [&sim](const Request&, Response& res) {
         auto sub = sim.hub.subscribe();
         sim.logLine("alert stream opened (%zu clients)", sim.hub.subscribers());
@@ -77,7 +62,10 @@ void addStreamRoutes(httplib::Server& http, SimContext& sim)
                 sim.logLine("alert stream closed");
             });
     });
+}
 
+void addMjpegStream(httplib::Server& http, SimContext& sim)
+{
     http.Get(R"(/DVAPI/Streaming/channels/(\d+)/mjpeg)", [&sim](const Request& req, Response& res) {
         const int ch = std::atoi(req.matches[1].str().c_str());
         if (ch < 1 || ch > sim.opts.channels || !sim.channelOnline(ch)) {
@@ -102,6 +90,31 @@ void addStreamRoutes(httplib::Server& http, SimContext& sim)
                     && sink.write("\r\n", 2);
             });
     });
+}
+
+} // namespace
+
+void addStreamRoutes(httplib::Server& http, SimContext& sim)
+{
+    http.Get("/DVAPI/System/deviceInfo", [&sim](const Request&, Response& res) {
+        res.set_content(std::string(kXmlHead) + "<DeviceInfo><deviceName>Thermal face camera</deviceName><serialNumber>"
+                + xmlEscape(sim.opts.serial) + "</serialNumber><channels>" + std::to_string(sim.opts.channels)
+                + "</channels></DeviceInfo>",
+            "application/xml");
+    });
+
+    http.Get("/DVAPI/System/channels/status", [&sim](const Request&, Response& res) {
+        nlohmann::json list = nlohmann::json::array();
+        for (int ch = 1; ch <= sim.opts.channels; ++ch) {
+            list.push_back({{"id", ch}, {"name", sim.channelName(ch)}, {"online", sim.channelOnline(ch)}});
+            if (sim.opts.rtspPort > 0)
+                list.back()["streams"] = RtspServer::describe(sim.opts, ch);
+        }
+        res.set_content(nlohmann::json{{"channels", list}}.dump(), "application/json");
+    });
+
+    addAlertStream(http, sim);
+    addMjpegStream(http, sim);
 }
 
 } // namespace devicesim

@@ -38,7 +38,14 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     leftColumn->setContentsMargins(0, 0, 0, 0);
     leftColumn->setSpacing(0);
     main->addLayout(leftColumn, 1);
+    setupLeftColumn(owner, leftColumn);
 
+    // Right: header, alarm tool bar and the list of alarm cards.
+    setupRightPanel(owner, main);
+}
+
+void CBTShowWidgetForm::setupLeftColumn(CBTShowWidget* owner, QVBoxLayout* leftColumn)
+{
     auto* titleSpace = new QWidget(owner);
     titleSpace->setObjectName(QStringLiteral("m_pTitleSpace"));
     titleSpace->setFixedHeight(72);
@@ -77,8 +84,10 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     m_pBottomScrollArea->viewport()->setAutoFillBackground(false);
     m_pBottomWidget->setAutoFillBackground(false);
     leftColumn->addWidget(m_pBottomScrollArea);
+}
 
-    // Right: header, alarm tool bar and the list of alarm cards.
+void CBTShowWidgetForm::setupRightPanel(CBTShowWidget* owner, QHBoxLayout* main)
+{
     m_pRightPanel = new QFrame(owner);
     m_pRightPanel->setObjectName(QStringLiteral("m_pRightPanel"));
     m_pRightPanel->setFixedWidth(423);
@@ -100,6 +109,26 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     headerRow->addStretch(1);
     rightColumn->addWidget(header);
 
+    rightColumn->addWidget(setupToolBar());
+
+    m_pRightScrollArea = new QScrollArea(m_pRightPanel);
+    m_pRightScrollArea->setObjectName(QStringLiteral("m_pRightScrollArea"));
+    m_pRightScrollArea->setFrameShape(QFrame::NoFrame);
+    m_pRightScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pRightScrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_pRightScrollArea->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_pRightScrollArea->setWidgetResizable(true);
+    m_pRightListWidget = new QWidget();
+    m_pRightListWidget->setObjectName(QStringLiteral("m_pRightListWidget"));
+    m_pRightListWidget->setGeometry(0, 0, 386, 577);
+    m_pRightScrollArea->setWidget(m_pRightListWidget);
+    m_pRightScrollArea->viewport()->setAutoFillBackground(false);
+    m_pRightListWidget->setAutoFillBackground(false);
+    rightColumn->addWidget(m_pRightScrollArea, 1);
+}
+
+QWidget* CBTShowWidgetForm::setupToolBar()
+{
     m_pToolBar = new QWidget(m_pRightPanel);
     m_pToolBar->setObjectName(QStringLiteral("m_pToolBtnWidget"));
     m_pToolBar->setFixedHeight(40);
@@ -128,22 +157,7 @@ void CBTShowWidgetForm::setupUi(CBTShowWidget* owner)
     toolRow->addWidget(m_pPopBtn);
     toolRow->addWidget(m_pSoundBtn);
     toolRow->addWidget(m_pReportBtn);
-    rightColumn->addWidget(m_pToolBar);
-
-    m_pRightScrollArea = new QScrollArea(m_pRightPanel);
-    m_pRightScrollArea->setObjectName(QStringLiteral("m_pRightScrollArea"));
-    m_pRightScrollArea->setFrameShape(QFrame::NoFrame);
-    m_pRightScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pRightScrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_pRightScrollArea->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_pRightScrollArea->setWidgetResizable(true);
-    m_pRightListWidget = new QWidget();
-    m_pRightListWidget->setObjectName(QStringLiteral("m_pRightListWidget"));
-    m_pRightListWidget->setGeometry(0, 0, 386, 577);
-    m_pRightScrollArea->setWidget(m_pRightListWidget);
-    m_pRightScrollArea->viewport()->setAutoFillBackground(false);
-    m_pRightListWidget->setAutoFillBackground(false);
-    rightColumn->addWidget(m_pRightScrollArea, 1);
+    return m_pToolBar;
 }
 
 } // namespace BodyTemperature

@@ -4,8 +4,10 @@
 // area). Built once by CBTShowWidget, which owns every widget through Qt
 // parenthood; this struct only keeps the pointers. GUI thread.
 class QFrame;
+class QHBoxLayout;
 class QScrollArea;
 class QToolButton;
+class QVBoxLayout;
 class QWidget;
 
 namespace aiguitoolkit {
@@ -20,6 +22,9 @@ class CBTShowWidget;
 
 struct CBTShowWidgetForm {
     void setupUi(CBTShowWidget* owner);
+    void setupLeftColumn(CBTShowWidget* owner, QVBoxLayout* leftColumn);
+    void setupRightPanel(CBTShowWidget* owner, QHBoxLayout* main);
+    QWidget* setupToolBar();
 
     QFrame* m_pLiveViewFrame = nullptr;
     BTShowLiveView* m_pLiveView = nullptr;

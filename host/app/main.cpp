@@ -19,6 +19,21 @@
 #include "HostServices.h"
 #include "clientcommonlogical/CConfigMgr.h"
 
+namespace {
+
+// The page-state file: the one given, else beside the configuration file,
+// else in the user's application data.
+QString pageStatePath(const QString& given, const QString& configPath)
+{
+    if (!given.isEmpty())
+        return given;
+    return configPath.isEmpty()
+        ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/pagestate.json")
+        : QFileInfo(configPath).absolutePath() + QStringLiteral("/pagestate.json");
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
@@ -66,14 +81,7 @@ int main(int argc, char** argv)
     loader.LoadFolder(parser.value(modulesOpt));
     std::vector<std::unique_ptr<QTranslator>> translators = HostServices::InstallTranslators(loader, config->GetLanguage());
 
-    QString statePath = parser.value(stateOpt);
-    if (statePath.isEmpty()) {
-        const QString configPath = config->FilePath();
-        statePath = configPath.isEmpty()
-            ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/pagestate.json")
-            : QFileInfo(configPath).absolutePath() + QStringLiteral("/pagestate.json");
-    }
-    CPageStateStore stateStore(statePath);
+    CPageStateStore stateStore(pageStatePath(parser.value(stateOpt), config->FilePath()));
     stateStore.Load();
 
     auto services = HostServices::Start();

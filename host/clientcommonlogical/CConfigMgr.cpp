@@ -12,6 +12,65 @@
 
 namespace clientcommonlogical {
 
+namespace {
+
+ChannelConfig readChannel(const QJsonObject& c, const std::string& deviceId)
+{
+    ChannelConfig ch;
+    ch.channel = c.value(QStringLiteral("channel")).toInt();
+    ch.cameraId = c.value(QStringLiteral("cameraId")).toString().toStdString();
+    ch.name = c.value(QStringLiteral("name")).toString().toStdString();
+    ch.area = c.value(QStringLiteral("area")).toString().toStdString();
+    ch.streamUrl = c.value(QStringLiteral("streamUrl")).toString().toStdString();
+    ch.mainStream = c.value(QStringLiteral("mainStream")).toString().toStdString();
+    ch.subStream = c.value(QStringLiteral("subStream")).toString().toStdString();
+    if (ch.cameraId.empty())
+        ch.cameraId = deviceId + "-CH" + std::to_string(ch.channel);
+    return ch;
+}
+
+DeviceConfig readDevice(const QJsonObject& d)
+{
+    DeviceConfig dev;
+    dev.id = d.value(QStringLiteral("id")).toString().toStdString();
+    dev.name = d.value(QStringLiteral("name")).toString().toStdString();
+    dev.address = d.value(QStringLiteral("address")).toString(QStringLiteral("127.0.0.1")).toStdString();
+    dev.port = d.value(QStringLiteral("port")).toInt(80);
+    dev.rtspPort = d.value(QStringLiteral("rtspPort")).toInt(554);
+    dev.rtspOverUdp = d.value(QStringLiteral("rtspTransport")).toString() == QLatin1String("udp");
+    dev.scheme = d.value(QStringLiteral("scheme")).toString(QStringLiteral("http")).toStdString();
+    dev.user = d.value(QStringLiteral("user")).toString().toStdString();
+    dev.password = d.value(QStringLiteral("password")).toString().toStdString();
+    dev.verifyPeer = d.value(QStringLiteral("verifyPeer")).toBool(true);
+    dev.caFile = d.value(QStringLiteral("caFile")).toString().toStdString();
+    for (const QJsonValue& cv : d.value(QStringLiteral("channels")).toArray())
+        dev.channels.push_back(readChannel(cv.toObject(), dev.id));
+    return dev;
+}
+
+SiteRecordConfig readSiteRecord(const QJsonObject& s)
+{
+    SiteRecordConfig site;
+    if (!s.isEmpty()) {
+        site.host = s.value(QStringLiteral("host")).toString().toStdString();
+        site.port = s.value(QStringLiteral("port")).toInt(5432);
+        site.database = s.value(QStringLiteral("database")).toString().toStdString();
+        site.user = s.value(QStringLiteral("user")).toString().toStdString();
+        site.password = s.value(QStringLiteral("password")).toString().toStdString();
+        site.sslmode = s.value(QStringLiteral("sslmode")).toString(QStringLiteral("prefer")).toStdString();
+        site.caFile = s.value(QStringLiteral("caFile")).toString().toStdString();
+        site.station = s.value(QStringLiteral("station")).toString(QSysInfo::machineHostName()).toStdString();
+        if (site.host.empty())
+            BASE_LOG_WARN("host configuration: \"siteRecord\" without \"host\" is ignored");
+        else
+            BASE_LOG_INFO("site record at %s:%d, database %s, user %s, sslmode %s, station %s", site.host.c_str(),
+                site.port, site.database.c_str(), site.user.c_str(), site.sslmode.c_str(), site.station.c_str());
+    }
+    return site;
+}
+
+} // namespace
+
 CConfigMgr* CConfigMgr::Instance()
 {
     static CConfigMgr s_instance;
@@ -35,33 +94,7 @@ bool CConfigMgr::Load(const QString& path)
     const QJsonObject root = doc.object();
     std::vector<DeviceConfig> devices;
     for (const QJsonValue& dv : root.value(QStringLiteral("devices")).toArray()) {
-        const QJsonObject d = dv.toObject();
-        DeviceConfig dev;
-        dev.id = d.value(QStringLiteral("id")).toString().toStdString();
-        dev.name = d.value(QStringLiteral("name")).toString().toStdString();
-        dev.address = d.value(QStringLiteral("address")).toString(QStringLiteral("127.0.0.1")).toStdString();
-        dev.port = d.value(QStringLiteral("port")).toInt(80);
-        dev.rtspPort = d.value(QStringLiteral("rtspPort")).toInt(554);
-        dev.rtspOverUdp = d.value(QStringLiteral("rtspTransport")).toString() == QLatin1String("udp");
-        dev.scheme = d.value(QStringLiteral("scheme")).toString(QStringLiteral("http")).toStdString();
-        dev.user = d.value(QStringLiteral("user")).toString().toStdString();
-        dev.password = d.value(QStringLiteral("password")).toString().toStdString();
-        dev.verifyPeer = d.value(QStringLiteral("verifyPeer")).toBool(true);
-        dev.caFile = d.value(QStringLiteral("caFile")).toString().toStdString();
-        for (const QJsonValue& cv : d.value(QStringLiteral("channels")).toArray()) {
-            const QJsonObject c = cv.toObject();
-            ChannelConfig ch;
-            ch.channel = c.value(QStringLiteral("channel")).toInt();
-            ch.cameraId = c.value(QStringLiteral("cameraId")).toString().toStdString();
-            ch.name = c.value(QStringLiteral("name")).toString().toStdString();
-            ch.area = c.value(QStringLiteral("area")).toString().toStdString();
-            ch.streamUrl = c.value(QStringLiteral("streamUrl")).toString().toStdString();
-            ch.mainStream = c.value(QStringLiteral("mainStream")).toString().toStdString();
-            ch.subStream = c.value(QStringLiteral("subStream")).toString().toStdString();
-            if (ch.cameraId.empty())
-                ch.cameraId = dev.id + "-CH" + std::to_string(ch.channel);
-            dev.channels.push_back(std::move(ch));
-        }
+        DeviceConfig dev = readDevice(dv.toObject());
         if (dev.id.empty()) {
             BASE_LOG_WARN("host configuration: a device without \"id\" is skipped");
             continue;
@@ -70,23 +103,7 @@ bool CConfigMgr::Load(const QString& path)
             dev.address.c_str(), dev.port, dev.channels.size(), dev.user.c_str());
         devices.push_back(std::move(dev));
     }
-    SiteRecordConfig site;
-    const QJsonObject s = root.value(QStringLiteral("siteRecord")).toObject();
-    if (!s.isEmpty()) {
-        site.host = s.value(QStringLiteral("host")).toString().toStdString();
-        site.port = s.value(QStringLiteral("port")).toInt(5432);
-        site.database = s.value(QStringLiteral("database")).toString().toStdString();
-        site.user = s.value(QStringLiteral("user")).toString().toStdString();
-        site.password = s.value(QStringLiteral("password")).toString().toStdString();
-        site.sslmode = s.value(QStringLiteral("sslmode")).toString(QStringLiteral("prefer")).toStdString();
-        site.caFile = s.value(QStringLiteral("caFile")).toString().toStdString();
-        site.station = s.value(QStringLiteral("station")).toString(QSysInfo::machineHostName()).toStdString();
-        if (site.host.empty())
-            BASE_LOG_WARN("host configuration: \"siteRecord\" without \"host\" is ignored");
-        else
-            BASE_LOG_INFO("site record at %s:%d, database %s, user %s, sslmode %s, station %s", site.host.c_str(),
-                site.port, site.database.c_str(), site.user.c_str(), site.sslmode.c_str(), site.station.c_str());
-    }
+    SiteRecordConfig site = readSiteRecord(root.value(QStringLiteral("siteRecord")).toObject());
     std::vector<int> brand;
     for (const QJsonValue& v : root.value(QStringLiteral("brand")).toArray())
         brand.push_back(v.toInt());

@@ -80,6 +80,122 @@ protocol::IntelAlarmFaceInfo readFace(const json& f)
     return face;
 }
 
+void readPerson(const json& person, protocol::PeopleInfo& p)
+{
+    p.name = str(person, "name");
+    p.alternativeName = str(person, "alternativeName");
+    p.FDID = str(person, "FDID");
+    p.libraryName = str(person, "libraryName");
+    p.PID = str(person, "PID");
+    p.contact = str(person, "contact");
+    p.IDType = str(person, "IDType");
+    p.IDNo = str(person, "IDNo");
+    p.birthDate = str(person, "birthDate");
+    p.listName = str(person, "listName");
+    p.Sex = u32(person, "sex");
+    p.Mask = u32(person, "mask");
+    auto ext = person.find("extend");
+    if (ext != person.end() && ext->is_array())
+        for (const auto& e : *ext)
+            if (e.is_object())
+                p.extendList.push_back({str(e, "name"), str(e, "value")});
+}
+
+// The event's identity: code, device, channel and camera, ids, names, time.
+void readIdentity(const json& doc, const clientcommonlogical::DeviceConfig& device,
+    publicdatacontroller::IntelAlarmEventInfo& info)
+{
+    info.eventType = u32(doc, "eventCode");
+    info.deviceID = device.id;
+    info.deviceName = device.name;
+    info.channel = int32_t(u32(doc, "channelID"));
+    info.cameraName = str(doc, "channelName");
+    for (const auto& ch : device.channels) {
+        if (ch.channel == info.channel) {
+            info.cameraID = ch.cameraId;
+            if (!ch.name.empty())
+                info.cameraName = ch.name;
+            break;
+        }
+    }
+    info.eventID = str(doc, "eventID");
+    info.secondID = str(doc, "taskID");
+    info.eventName = str(doc, "eventName");
+    info.ruleName = str(doc, "ruleName");
+    const QDateTime when = QDateTime::fromString(QString::fromStdString(str(doc, "dateTime")), Qt::ISODate);
+    info.captureTime = when.isValid() ? when.toSecsSinceEpoch() : QDateTime::currentSecsSinceEpoch();
+}
+
+// False when "faces" is present but not an array of objects.
+bool readFaces(const json& doc, publicdatacontroller::IntelAlarmEventInfo& info, CAlarmEventDecoder::PictureRefs& refs)
+{
+    auto faces = doc.find("faces");
+    if (faces != doc.end()) {
+        if (!faces->is_array())
+            return false;
+        for (const auto& f : *faces) {
+            if (!f.is_object())
+                return false;
+            info.faceInfoList.push_back(readFace(f));
+            refs.faces.push_back({str(f, "bkPic"), str(f, "SubPic"), str(f, "ThermalPic")});
+        }
+    }
+    return true;
+}
+
+void readThermometry(const json& doc, publicdatacontroller::IntelAlarmEventInfo& info)
+{
+    // Face-list events measure per face: the first face speaks for the event.
+    const bool single = info.eventType == 100103 || info.eventType == 100114 || info.eventType == 100506;
+    auto therm = doc.find("thermometry");
+    if (therm != doc.end() && therm->is_object() && (single || info.faceInfoList.empty())) {
+        auto& t = info.alarmInfo.thermometry;
+        t.TemperatureEnabled = u32(*therm, "enabled");
+        t.TemperatureAnomaly = u32(*therm, "anomaly");
+        t.TemperatureUnit = u32(*therm, "unit");
+        t.Temperature = dbl(*therm, "temperature");
+        t.HighAlarmTemperature = dbl(*therm, "highAlarmTemperature");
+    } else if (!info.faceInfoList.empty()) {
+        const auto& f = info.faceInfoList.front();
+        auto& t = info.alarmInfo.thermometry;
+        t.TemperatureEnabled = f.TemperatureEnabled;
+        t.TemperatureAnomaly = f.TemperatureAnomaly;
+        t.TemperatureUnit = f.TemperatureUnit;
+        t.Temperature = f.Temperature;
+        t.HighAlarmTemperature = f.HighAlarmTemperature;
+    }
+}
+
+void readComparison(const json& doc, publicdatacontroller::IntelAlarmEventInfo& info, CAlarmEventDecoder::PictureRefs& refs)
+{
+    auto cmp = doc.find("comparison");
+    if (cmp != doc.end() && cmp->is_object()) {
+        auto& c = info.alarmInfo.comparison;
+        c.similarity = dbl(*cmp, "similarity");
+        refs.library = str(*cmp, "libraryPic");
+        auto person = cmp->find("person");
+        if (person != cmp->end() && person->is_object())
+            readPerson(*person, c.people);
+    }
+}
+
+// False when "pictures" is present but not an array of objects with an id.
+bool readPictureOrder(const json& doc, CAlarmEventDecoder::PictureRefs& refs)
+{
+    auto pics = doc.find("pictures");
+    if (pics != doc.end()) {
+        if (!pics->is_array())
+            return false;
+        for (const auto& p : *pics) {
+            const std::string id = p.is_object() ? str(p, "id") : std::string();
+            if (id.empty())
+                return false;
+            refs.order.push_back(id);
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 CAlarmEventDecoder::CAlarmEventDecoder(clientcommonlogical::DeviceConfig device) : m_device(std::move(device)) {}
@@ -103,95 +219,12 @@ bool CAlarmEventDecoder::ParseDocument(const std::string& text, const clientcomm
     if (code == doc.end() || !code->is_number_unsigned())
         return false;
     info = publicdatacontroller::IntelAlarmEventInfo();
-    info.eventType = u32(doc, "eventCode");
-    info.deviceID = device.id;
-    info.deviceName = device.name;
-    info.channel = int32_t(u32(doc, "channelID"));
-    info.cameraName = str(doc, "channelName");
-    for (const auto& ch : device.channels) {
-        if (ch.channel == info.channel) {
-            info.cameraID = ch.cameraId;
-            if (!ch.name.empty())
-                info.cameraName = ch.name;
-            break;
-        }
-    }
-    info.eventID = str(doc, "eventID");
-    info.secondID = str(doc, "taskID");
-    info.eventName = str(doc, "eventName");
-    info.ruleName = str(doc, "ruleName");
-    const QDateTime when = QDateTime::fromString(QString::fromStdString(str(doc, "dateTime")), Qt::ISODate);
-    info.captureTime = when.isValid() ? when.toSecsSinceEpoch() : QDateTime::currentSecsSinceEpoch();
-
-    auto faces = doc.find("faces");
-    if (faces != doc.end()) {
-        if (!faces->is_array())
-            return false;
-        for (const auto& f : *faces) {
-            if (!f.is_object())
-                return false;
-            info.faceInfoList.push_back(readFace(f));
-            refs.faces.push_back({str(f, "bkPic"), str(f, "SubPic"), str(f, "ThermalPic")});
-        }
-    }
-    // Face-list events measure per face: the first face speaks for the event.
-    const bool single = info.eventType == 100103 || info.eventType == 100114 || info.eventType == 100506;
-    auto therm = doc.find("thermometry");
-    if (therm != doc.end() && therm->is_object() && (single || info.faceInfoList.empty())) {
-        auto& t = info.alarmInfo.thermometry;
-        t.TemperatureEnabled = u32(*therm, "enabled");
-        t.TemperatureAnomaly = u32(*therm, "anomaly");
-        t.TemperatureUnit = u32(*therm, "unit");
-        t.Temperature = dbl(*therm, "temperature");
-        t.HighAlarmTemperature = dbl(*therm, "highAlarmTemperature");
-    } else if (!info.faceInfoList.empty()) {
-        const auto& f = info.faceInfoList.front();
-        auto& t = info.alarmInfo.thermometry;
-        t.TemperatureEnabled = f.TemperatureEnabled;
-        t.TemperatureAnomaly = f.TemperatureAnomaly;
-        t.TemperatureUnit = f.TemperatureUnit;
-        t.Temperature = f.Temperature;
-        t.HighAlarmTemperature = f.HighAlarmTemperature;
-    }
-    auto cmp = doc.find("comparison");
-    if (cmp != doc.end() && cmp->is_object()) {
-        auto& c = info.alarmInfo.comparison;
-        c.similarity = dbl(*cmp, "similarity");
-        refs.library = str(*cmp, "libraryPic");
-        auto person = cmp->find("person");
-        if (person != cmp->end() && person->is_object()) {
-            auto& p = c.people;
-            p.name = str(*person, "name");
-            p.alternativeName = str(*person, "alternativeName");
-            p.FDID = str(*person, "FDID");
-            p.libraryName = str(*person, "libraryName");
-            p.PID = str(*person, "PID");
-            p.contact = str(*person, "contact");
-            p.IDType = str(*person, "IDType");
-            p.IDNo = str(*person, "IDNo");
-            p.birthDate = str(*person, "birthDate");
-            p.listName = str(*person, "listName");
-            p.Sex = u32(*person, "sex");
-            p.Mask = u32(*person, "mask");
-            auto ext = person->find("extend");
-            if (ext != person->end() && ext->is_array())
-                for (const auto& e : *ext)
-                    if (e.is_object())
-                        p.extendList.push_back({str(e, "name"), str(e, "value")});
-        }
-    }
-    auto pics = doc.find("pictures");
-    if (pics != doc.end()) {
-        if (!pics->is_array())
-            return false;
-        for (const auto& p : *pics) {
-            const std::string id = p.is_object() ? str(p, "id") : std::string();
-            if (id.empty())
-                return false;
-            refs.order.push_back(id);
-        }
-    }
-    return true;
+    readIdentity(doc, device, info);
+    if (!readFaces(doc, info, refs))
+        return false;
+    readThermometry(doc, info);
+    readComparison(doc, info, refs);
+    return readPictureOrder(doc, refs);
 }
 
 bool CAlarmEventDecoder::IsKeepAlive(const std::string& text, int& intervalSec)

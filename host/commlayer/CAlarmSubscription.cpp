@@ -50,6 +50,30 @@ uint64_t pictureBytes(const publicdatacontroller::IntelAlarmEventInfo& info)
     return n;
 }
 
+// Events that keep coming with no gap over the silence limit for a while
+// show a device that keeps its stream busy (such a device may send
+// keep-alives only when it has nothing else to say).
+class SteadyRun {
+public:
+    // Notes an event now; true once events have come with no gap over limit
+    // for kSteadyRunFactor times the limit.
+    bool note(std::chrono::milliseconds limit)
+    {
+        const Clock::time_point now = Clock::now();
+        bool steady = false;
+        if (m_last == Clock::time_point{} || now - m_last > limit)
+            m_start = now;
+        else if (now - m_start >= limit * CAlarmSubscription::kSteadyRunFactor)
+            steady = true;
+        m_last = now;
+        return steady;
+    }
+
+private:
+    Clock::time_point m_start{};
+    Clock::time_point m_last{};
+};
+
 } // namespace
 
 CAlarmSubscription::CAlarmSubscription(clientcommonlogical::DeviceConfig device, int statusPollMs)
@@ -105,124 +129,134 @@ bool CAlarmSubscription::waitStop(int ms)
     return m_cv.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stop.load(); });
 }
 
-void CAlarmSubscription::runStream()
-{
-    const QString id = QString::fromStdString(m_device.id);
-    const uint64_t cpuStart = threadCpuNs();
+struct CAlarmSubscription::Link {
+    QString id;
     int backoffMs = 500;
     bool wasOnline = false;
     // After a silence cut the device counts as back only once it speaks
     // again: a reconnection that is answered but stays silent keeps it offline.
     bool cutForSilence = false;
+    bool streaming = false;  // the last request was answered with the stream
+};
+
+void CAlarmSubscription::runStream()
+{
+    const uint64_t cpuStart = threadCpuNs();
+    Link link;
+    link.id = QString::fromStdString(m_device.id);
     while (!m_stop) {
-        CAlarmEventDecoder decoder(m_device);
-        std::unique_ptr<CMultipartReader> reader;
-        bool streaming = false;
-        detail::HttpExchange ex;
-        ex.path = kAlertPath;
-        ex.timeoutMs = 0;  // a stream has no end; silence is caught by the limits below
-        ex.connectTimeoutMs = 5000;
-        ex.lowSpeedTimeSec = 90;
-        // Until the answer's headers come, silence counts for every device.
-        ex.idleLimitMs = m_silenceLimitMs;
-        ex.abortFlag = &m_stop;
-        ex.socketFd = &m_socket;
-        ex.socketMutex = &m_socketMutex;
-        // Events that keep coming with no gap over the silence limit for a
-        // while show a device that keeps its stream busy (such a device may
-        // send keep-alives only when it has nothing else to say).
-        Clock::time_point runStart{};
-        Clock::time_point lastEvent{};
-        auto learn = [this, &ex](const char* how) {
-            if (!m_keepsAlive) {
-                m_keepsAlive = true;
-                BASE_LOG_INFO("alarm stream of device [%s] is kept alive (%s): silence over %d ms reconnects",
-                    m_device.id.c_str(), how, m_silenceLimitMs);
-            }
-            ex.idleLimitMs = m_silenceLimitMs;
-        };
-        decoder.onError = [this](const std::string& why) {
-            ++m_stats.errors;
-            BASE_LOG_ERROR("alarm stream of device [%s]: %s", m_device.id.c_str(), why.c_str());
-        };
-        decoder.onEvent = [this, cpuStart, &runStart, &lastEvent, &learn](
-                              publicdatacontroller::IntelAlarmEventInfo&& info) {
-            m_stats.pictureBytes += pictureBytes(info);
-            BASE_LOG_DEBUG("alarm %u from device [%s] camera [%s] event [%s] faces %zu", info.eventType,
-                info.deviceID.c_str(), info.cameraID.c_str(), info.eventID.c_str(), info.faceInfoList.size());
-            auto alarm = std::make_shared<const publicdatacontroller::CIntelAlarmObject>(std::move(info));
-            Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(std::move(alarm));
-            ++m_stats.events;
-            m_stats.cpuNs = threadCpuNs() - cpuStart;
-            if (!m_keepsAlive) {
-                const Clock::time_point now = Clock::now();
-                if (lastEvent == Clock::time_point{} || now - lastEvent > std::chrono::milliseconds(m_silenceLimitMs))
-                    runStart = now;
-                else if (now - runStart >= std::chrono::milliseconds(m_silenceLimitMs) * kSteadyRunFactor)
-                    learn("a steady flow of events");
-                lastEvent = now;
-            }
-        };
-        decoder.onKeepAlive = [&learn](int) { learn("keep-alives"); };
-        ex.onHeaders = [&](long status, const std::string& contentType) {
-            if (status != 200)
-                return;
-            streaming = true;
-            ex.idleLimitMs = m_keepsAlive ? m_silenceLimitMs : 0;
-            reader = std::make_unique<CMultipartReader>(boundaryOf(contentType), kMaxPartBytes);
-            reader->onPart = [&decoder](CMultipartReader::Part& part) { decoder.onPart(part); };
-            reader->onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
-            ++m_stats.connects;
-            backoffMs = 500;
-            BASE_LOG_INFO("alarm stream of device [%s] connected", m_device.id.c_str());
-            if (!wasOnline && !cutForSilence) {
-                wasOnline = true;
-                CDeviceStateNotifier::Instance()->SetDeviceOnline(id, true);
-            }
-        };
-        uint64_t copiedBefore = 0;
-        ex.sink = [&](const char* data, size_t len) {
-            if (reader) {
-                if (cutForSilence && len > 0) {
-                    cutForSilence = false;
-                    BASE_LOG_INFO("alarm stream of device [%s] speaks again", m_device.id.c_str());
-                    wasOnline = true;
-                    CDeviceStateNotifier::Instance()->SetDeviceOnline(id, true);
-                }
-                reader->feed(data, len);
-                m_stats.copiedBytes += reader->bytesCopied() - copiedBefore;
-                copiedBefore = reader->bytesCopied();
-            }
-            return !m_stop;
-        };
-        const detail::HttpResult r = detail::Perform(m_device, ex);
+        const detail::HttpResult r = streamOnce(link, cpuStart);
         if (m_stop)
             break;
-        const std::string why = detail::DescribeFailure(r);
-        if (r.idleCut) {
-            ++m_stats.silences;
-            BASE_LOG_WARN("alarm stream of device [%s] silent for %d ms (%s): reconnecting", m_device.id.c_str(),
-                m_silenceLimitMs, streaming ? "after the answer" : "no answer");
-            wasOnline = false;
-            cutForSilence = true;
-            CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false,
-                QStringLiteral("alarm stream silent for %1 s").arg(m_silenceLimitMs / 1000.0, 0, 'f', 1));
-        } else if (streaming) {
-            BASE_LOG_WARN("alarm stream of device [%s] lost (%s); reconnecting", m_device.id.c_str(), why.c_str());
-        } else {
-            BASE_LOG_WARN("alarm stream of device [%s] unavailable (%s); retry in %d ms", m_device.id.c_str(),
-                why.c_str(), backoffMs);
-            wasOnline = false;
-            CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false, QString::fromStdString(why));
-        }
-        if (waitStop(streaming ? 200 : backoffMs))
+        noteStreamEnd(r, link);
+        if (waitStop(link.streaming ? 200 : link.backoffMs))
             break;
-        if (!streaming)
-            backoffMs = std::min(backoffMs * 2, 10000);
+        if (!link.streaming)
+            link.backoffMs = std::min(link.backoffMs * 2, 10000);
     }
-    if (wasOnline)
-        CDeviceStateNotifier::Instance()->SetDeviceOnline(id, false);
+    if (link.wasOnline)
+        CDeviceStateNotifier::Instance()->SetDeviceOnline(link.id, false);
     BASE_LOG_INFO("alarm stream of device [%s] stopped", m_device.id.c_str());
+}
+
+detail::HttpResult CAlarmSubscription::streamOnce(Link& link, uint64_t cpuStart)
+{
+    CAlarmEventDecoder decoder(m_device);
+    std::unique_ptr<CMultipartReader> reader;
+    link.streaming = false;
+    detail::HttpExchange ex;
+    ex.path = kAlertPath;
+    ex.timeoutMs = 0;  // a stream has no end; silence is caught by the limits below
+    ex.connectTimeoutMs = 5000;
+    ex.lowSpeedTimeSec = 90;
+    // Until the answer's headers come, silence counts for every device.
+    ex.idleLimitMs = m_silenceLimitMs;
+    ex.abortFlag = &m_stop;
+    ex.socketFd = &m_socket;
+    ex.socketMutex = &m_socketMutex;
+    SteadyRun run;
+    auto learn = [this, &ex](const char* how) {
+        if (!m_keepsAlive) {
+            m_keepsAlive = true;
+            BASE_LOG_INFO("alarm stream of device [%s] is kept alive (%s): silence over %d ms reconnects",
+                m_device.id.c_str(), how, m_silenceLimitMs);
+        }
+        ex.idleLimitMs = m_silenceLimitMs;
+    };
+    decoder.onError = [this](const std::string& why) {
+        ++m_stats.errors;
+        BASE_LOG_ERROR("alarm stream of device [%s]: %s", m_device.id.c_str(), why.c_str());
+    };
+    decoder.onEvent = [this, cpuStart, &run, &learn](publicdatacontroller::IntelAlarmEventInfo&& info) {
+        publishEvent(std::move(info), cpuStart);
+        if (!m_keepsAlive && run.note(std::chrono::milliseconds(m_silenceLimitMs)))
+            learn("a steady flow of events");
+    };
+    decoder.onKeepAlive = [&learn](int) { learn("keep-alives"); };
+    ex.onHeaders = [&](long status, const std::string& contentType) {
+        if (status != 200)
+            return;
+        link.streaming = true;
+        ex.idleLimitMs = m_keepsAlive ? m_silenceLimitMs : 0;
+        reader = std::make_unique<CMultipartReader>(boundaryOf(contentType), kMaxPartBytes);
+        reader->onPart = [&decoder](CMultipartReader::Part& part) { decoder.onPart(part); };
+        reader->onError = [&decoder](const std::string& why) { decoder.onPartLost(why); };
+        ++m_stats.connects;
+        link.backoffMs = 500;
+        BASE_LOG_INFO("alarm stream of device [%s] connected", m_device.id.c_str());
+        if (!link.wasOnline && !link.cutForSilence) {
+            link.wasOnline = true;
+            CDeviceStateNotifier::Instance()->SetDeviceOnline(link.id, true);
+        }
+    };
+    uint64_t copiedBefore = 0;
+    ex.sink = [&](const char* data, size_t len) {
+        if (reader) {
+            if (link.cutForSilence && len > 0) {
+                link.cutForSilence = false;
+                BASE_LOG_INFO("alarm stream of device [%s] speaks again", m_device.id.c_str());
+                link.wasOnline = true;
+                CDeviceStateNotifier::Instance()->SetDeviceOnline(link.id, true);
+            }
+            reader->feed(data, len);
+            m_stats.copiedBytes += reader->bytesCopied() - copiedBefore;
+            copiedBefore = reader->bytesCopied();
+        }
+        return !m_stop;
+    };
+    return detail::Perform(m_device, ex);
+}
+
+void CAlarmSubscription::publishEvent(publicdatacontroller::IntelAlarmEventInfo&& info, uint64_t cpuStart)
+{
+    m_stats.pictureBytes += pictureBytes(info);
+    BASE_LOG_DEBUG("alarm %u from device [%s] camera [%s] event [%s] faces %zu", info.eventType,
+        info.deviceID.c_str(), info.cameraID.c_str(), info.eventID.c_str(), info.faceInfoList.size());
+    auto alarm = std::make_shared<const publicdatacontroller::CIntelAlarmObject>(std::move(info));
+    Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance()->publishAlarm(std::move(alarm));
+    ++m_stats.events;
+    m_stats.cpuNs = threadCpuNs() - cpuStart;
+}
+
+void CAlarmSubscription::noteStreamEnd(const detail::HttpResult& r, Link& link)
+{
+    const std::string why = detail::DescribeFailure(r);
+    if (r.idleCut) {
+        ++m_stats.silences;
+        BASE_LOG_WARN("alarm stream of device [%s] silent for %d ms (%s): reconnecting", m_device.id.c_str(),
+            m_silenceLimitMs, link.streaming ? "after the answer" : "no answer");
+        link.wasOnline = false;
+        link.cutForSilence = true;
+        CDeviceStateNotifier::Instance()->SetDeviceOnline(link.id, false,
+            QStringLiteral("alarm stream silent for %1 s").arg(m_silenceLimitMs / 1000.0, 0, 'f', 1));
+    } else if (link.streaming) {
+        BASE_LOG_WARN("alarm stream of device [%s] lost (%s); reconnecting", m_device.id.c_str(), why.c_str());
+    } else {
+        BASE_LOG_WARN("alarm stream of device [%s] unavailable (%s); retry in %d ms", m_device.id.c_str(),
+            why.c_str(), link.backoffMs);
+        link.wasOnline = false;
+        CDeviceStateNotifier::Instance()->SetDeviceOnline(link.id, false, QString::fromStdString(why));
+    }
 }
 
 void CAlarmSubscription::runStatus()

@@ -23,7 +23,15 @@
 
 #include "clientcommonlogical/CConfigMgr.h"
 
+namespace publicdatacontroller {
+struct IntelAlarmEventInfo;
+}
+
 namespace commlayer {
+
+namespace detail {
+struct HttpResult;
+}
 
 struct IntakeStats {
     std::atomic<uint64_t> events{0};         // published
@@ -57,7 +65,13 @@ public:
     static constexpr int kSteadyRunFactor = 3;
 
 private:
+    struct Link;  // the stream thread's state across reconnections
     void runStream();
+    // One request of the alarm stream, from connection to its end.
+    detail::HttpResult streamOnce(Link& link, uint64_t cpuStart);
+    void publishEvent(publicdatacontroller::IntelAlarmEventInfo&& info, uint64_t cpuStart);
+    // Logs how the stream ended and reports the device's state.
+    void noteStreamEnd(const detail::HttpResult& r, Link& link);
     void runStatus();
     bool waitStop(int ms);
 

@@ -138,94 +138,118 @@ size_t CMultipartReader::step(const char* d, size_t n, std::string& refeed)
             m_state = line.compare(0, 2, "--") == 0 ? State::Preamble : State::Headers;
         return used;
     case State::Headers:
-        if (!takeLine(d, n, used, line))
-            return used;
-        if (line.empty()) {
-            beginBody(refeed);
-            return used;
-        }
-        {
-            const size_t colon = line.find(':');
-            if (colon == std::string::npos) {
-                fail("malformed part header skipped", refeed, nullptr, 0);
-                return used;
-            }
-            const std::string name = trim(line.substr(0, colon));
-            const std::string value = trim(line.substr(colon + 1));
-            if (strcasecmp(name.c_str(), "Content-Type") == 0) {
-                m_part.contentType = value;
-            } else if (strcasecmp(name.c_str(), "Content-ID") == 0) {
-                m_part.contentId = value;
-            } else if (strcasecmp(name.c_str(), "Content-Length") == 0) {
-                char* end = nullptr;
-                errno = 0;
-                const long long v = std::strtoll(value.c_str(), &end, 10);
-                m_declared = (errno == 0 && end && *end == '\0' && v >= 0) ? v : std::numeric_limits<qint64>::max();
-            }
-        }
-        return used;
-    case State::Body: {
-        const size_t want = size_t(m_declared - m_filled);
-        const size_t take = std::min(want, n);
-        memcpy(m_part.body.data() + m_filled, d, take);
-        m_filled += qint64(take);
-        m_bytesCopied += take;
-        if (m_filled == m_declared)
-            m_state = State::AfterBody;
-        return take;
-    }
-    case State::AfterBody: {
-        // The body ends with CRLF; the part is handed over at once, without
-        // waiting for the next boundary (which only comes with the next event).
-        const size_t want = 2 - m_line.size();
-        const size_t take = std::min(want, n);
-        m_line.append(d, take);
-        if (m_line.size() < 2)
-            return take;
-        if (m_line == "\r\n") {
-            m_line.clear();
-            m_state = State::Boundary;
-            Part done = std::move(m_part);
-            m_part = Part();
-            m_declared = -1;
-            if (onPart)
-                onPart(done);
-            return take;
-        }
-        // The body did not end where it said: a truncated part.
-        std::string tail;
-        tail.swap(m_line);
-        fail("truncated part (" + std::to_string(m_declared) + " bytes declared) skipped", refeed, tail.data(), tail.size());
-        return take;
-    }
+        return readHeader(d, n, refeed);
+    case State::Body:
+        return readBody(d, n);
+    case State::AfterBody:
+        return readBodyEnd(d, n, refeed);
     case State::Boundary:
-        if (!takeLine(d, n, used, line))
-            return used;
-        if (line == m_boundaryLine) {
-            m_state = State::Headers;
-        } else if (line == m_boundaryLine + "--") {
-            m_state = State::Preamble;
-        } else if (!line.empty()) {
-            if (onError)
-                onError("data between parts skipped");
-            m_state = State::Skip;
-            m_carry = "\r\n";  // the line just read ended with one
-        }
+        return readBoundary(d, n);
+    case State::Skip:
+        return skipToBoundary(d, n, refeed);
+    }
+    return n;
+}
+
+size_t CMultipartReader::readHeader(const char* d, size_t n, std::string& refeed)
+{
+    size_t used = 0;
+    std::string line;
+    if (!takeLine(d, n, used, line))
         return used;
-    case State::Skip: {
-        std::string hay = m_carry;
-        hay.append(d, n);
-        const size_t at = find(hay.data(), hay.size(), m_delimiter);
-        if (at == std::string::npos) {
-            m_carry = hay.size() >= m_delimiter.size() ? hay.substr(hay.size() - (m_delimiter.size() - 1)) : hay;
-            return n;
-        }
-        m_carry.clear();
-        m_state = State::LineEnd;
-        refeed = hay.substr(at + m_delimiter.size());
+    if (line.empty()) {
+        beginBody(refeed);
+        return used;
+    }
+    const size_t colon = line.find(':');
+    if (colon == std::string::npos) {
+        fail("malformed part header skipped", refeed, nullptr, 0);
+        return used;
+    }
+    const std::string name = trim(line.substr(0, colon));
+    const std::string value = trim(line.substr(colon + 1));
+    if (strcasecmp(name.c_str(), "Content-Type") == 0) {
+        m_part.contentType = value;
+    } else if (strcasecmp(name.c_str(), "Content-ID") == 0) {
+        m_part.contentId = value;
+    } else if (strcasecmp(name.c_str(), "Content-Length") == 0) {
+        char* end = nullptr;
+        errno = 0;
+        const long long v = std::strtoll(value.c_str(), &end, 10);
+        m_declared = (errno == 0 && end && *end == '\0' && v >= 0) ? v : std::numeric_limits<qint64>::max();
+    }
+    return used;
+}
+
+size_t CMultipartReader::readBody(const char* d, size_t n)
+{
+    const size_t want = size_t(m_declared - m_filled);
+    const size_t take = std::min(want, n);
+    memcpy(m_part.body.data() + m_filled, d, take);
+    m_filled += qint64(take);
+    m_bytesCopied += take;
+    if (m_filled == m_declared)
+        m_state = State::AfterBody;
+    return take;
+}
+
+size_t CMultipartReader::readBodyEnd(const char* d, size_t n, std::string& refeed)
+{
+    // The body ends with CRLF; the part is handed over at once, without
+    // waiting for the next boundary (which only comes with the next event).
+    const size_t want = 2 - m_line.size();
+    const size_t take = std::min(want, n);
+    m_line.append(d, take);
+    if (m_line.size() < 2)
+        return take;
+    if (m_line == "\r\n") {
+        m_line.clear();
+        m_state = State::Boundary;
+        Part done = std::move(m_part);
+        m_part = Part();
+        m_declared = -1;
+        if (onPart)
+            onPart(done);
+        return take;
+    }
+    // The body did not end where it said: a truncated part.
+    std::string tail;
+    tail.swap(m_line);
+    fail("truncated part (" + std::to_string(m_declared) + " bytes declared) skipped", refeed, tail.data(), tail.size());
+    return take;
+}
+
+size_t CMultipartReader::readBoundary(const char* d, size_t n)
+{
+    size_t used = 0;
+    std::string line;
+    if (!takeLine(d, n, used, line))
+        return used;
+    if (line == m_boundaryLine) {
+        m_state = State::Headers;
+    } else if (line == m_boundaryLine + "--") {
+        m_state = State::Preamble;
+    } else if (!line.empty()) {
+        if (onError)
+            onError("data between parts skipped");
+        m_state = State::Skip;
+        m_carry = "\r\n";  // the line just read ended with one
+    }
+    return used;
+}
+
+size_t CMultipartReader::skipToBoundary(const char* d, size_t n, std::string& refeed)
+{
+    std::string hay = m_carry;
+    hay.append(d, n);
+    const size_t at = find(hay.data(), hay.size(), m_delimiter);
+    if (at == std::string::npos) {
+        m_carry = hay.size() >= m_delimiter.size() ? hay.substr(hay.size() - (m_delimiter.size() - 1)) : hay;
         return n;
     }
-    }
+    m_carry.clear();
+    m_state = State::LineEnd;
+    refeed = hay.substr(at + m_delimiter.size());
     return n;
 }
 

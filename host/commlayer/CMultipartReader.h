@@ -38,7 +38,14 @@ public:
 
 private:
     enum class State { Preamble, Headers, Body, AfterBody, Boundary, Skip, LineEnd };
+    // Each consumes bytes for its state and returns how many it used; refeed
+    // receives bytes to read again after a resynchronisation.
     size_t step(const char* d, size_t n, std::string& refeed);
+    size_t readHeader(const char* d, size_t n, std::string& refeed);
+    size_t readBody(const char* d, size_t n);
+    size_t readBodyEnd(const char* d, size_t n, std::string& refeed);
+    size_t readBoundary(const char* d, size_t n);
+    size_t skipToBoundary(const char* d, size_t n, std::string& refeed);
     bool takeLine(const char*& d, size_t& n, size_t& used, std::string& line);
     void beginBody(std::string& refeed);
     void fail(const std::string& why, std::string& refeed, const char* extra, size_t extraLen);

@@ -165,18 +165,10 @@ std::string BaseUrl(const clientcommonlogical::DeviceConfig& dev)
     return scheme + "://" + host + ":" + std::to_string(dev.port);
 }
 
-HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExchange& ex)
-{
-    GlobalInit();
-    HttpResult result;
-    Transfer t(ex);
-    t.result = &result;
+namespace {
 
-    CURL* curl = curl_easy_init();
-    if (!curl) {
-        result.curlCode = CURLE_FAILED_INIT;
-        return result;
-    }
+void setConnection(CURL* curl, const clientcommonlogical::DeviceConfig& dev, const HttpExchange& ex, bool verifiedTls)
+{
     const std::string url = BaseUrl(dev) + ex.path;
     curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
@@ -184,7 +176,6 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
     // The password travels only hashed (digest), or in clear inside a TLS
     // connection whose certificate was verified.
-    const bool verifiedTls = dev.scheme == "https" && dev.verifyPeer;
     curl_easy_setopt(curl, CURLOPT_HTTPAUTH, verifiedTls ? long(CURLAUTH_DIGEST | CURLAUTH_BASIC) : long(CURLAUTH_DIGEST));
     curl_easy_setopt(curl, CURLOPT_USERNAME, dev.user.c_str());
     curl_easy_setopt(curl, CURLOPT_PASSWORD, dev.password.c_str());
@@ -201,6 +192,10 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
         if (!dev.caFile.empty())
             curl_easy_setopt(curl, CURLOPT_CAINFO, dev.caFile.c_str());
     }
+}
+
+void setCallbacks(CURL* curl, Transfer& t, const HttpExchange& ex)
+{
     curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, onHeader);
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &t);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, onBody);
@@ -216,6 +211,11 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
         curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, onCloseSocket);
         curl_easy_setopt(curl, CURLOPT_CLOSESOCKETDATA, &t);
     }
+}
+
+// Sets the method and body; returns the header list to free after the transfer.
+curl_slist* setMethod(CURL* curl, const HttpExchange& ex)
+{
     struct curl_slist* headers = nullptr;
     if (ex.method == "GET") {
         curl_easy_setopt(curl, CURLOPT_HTTPGET, 1L);
@@ -231,7 +231,13 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
         headers = curl_slist_append(headers, "Expect:");
         curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
     }
-    result.curlCode = curl_easy_perform(curl);
+    return headers;
+}
+
+// Status, cancellation and refused insecure authentication, read before the
+// handle is cleaned up.
+void readOutcome(CURL* curl, const HttpExchange& ex, const Transfer& t, bool verifiedTls, HttpResult& result)
+{
     if (result.curlCode == CURLE_OK || result.status == 0)
         curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &result.status);
     if (ex.cancel != nullptr) {
@@ -241,6 +247,28 @@ HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExcha
         result.cancelled = result.curlCode != CURLE_OK && ex.cancel->IsCancelled();
     }
     result.insecureAuthRefused = result.status == 401 && t.offeredBasic && !t.offeredDigest && !verifiedTls;
+}
+
+} // namespace
+
+HttpResult Perform(const clientcommonlogical::DeviceConfig& dev, const HttpExchange& ex)
+{
+    GlobalInit();
+    HttpResult result;
+    Transfer t(ex);
+    t.result = &result;
+
+    CURL* curl = curl_easy_init();
+    if (!curl) {
+        result.curlCode = CURLE_FAILED_INIT;
+        return result;
+    }
+    const bool verifiedTls = dev.scheme == "https" && dev.verifyPeer;
+    setConnection(curl, dev, ex, verifiedTls);
+    setCallbacks(curl, t, ex);
+    struct curl_slist* headers = setMethod(curl, ex);
+    result.curlCode = curl_easy_perform(curl);
+    readOutcome(curl, ex, t, verifiedTls, result);
     curl_easy_cleanup(curl);
     curl_slist_free_all(headers);
     result.idleLimitMs = ex.idleLimitMs;

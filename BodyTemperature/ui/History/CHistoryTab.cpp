@@ -41,6 +41,32 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
     const bool hasSite = m_options.site != nullptr;
     m_pWorker = new CHistoryQueryWorker(this, std::move(m_options.station), std::move(m_options.site));
 
+    QHBoxLayout* top = buildRangeRow(hasSite);
+    QHBoxLayout* second = buildKindRow();
+    buildTable();
+    QHBoxLayout* bottom = buildPager();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addLayout(second);
+    layout->addWidget(m_pTable, 1);
+    layout->addLayout(bottom);
+
+    m_pDebounce = new QTimer(this);
+    m_pDebounce->setSingleShot(true);
+    m_pDebounce->setInterval(kDebounceMs);
+    m_pLive = new QTimer(this);
+    m_pLive->setInterval(m_options.liveIntervalMs);
+
+    connectControls();
+    applyLook();
+
+    applyFilter();
+    m_pLive->start();
+}
+
+QHBoxLayout* CHistoryTab::buildRangeRow(bool hasSite)
+{
     m_pRange = new QComboBox(this);
     m_pRange->setObjectName(QStringLiteral("m_pHistoryRange"));
     m_pRange->addItem(tr("HistoryRangeToday"));
@@ -79,6 +105,7 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
 
     auto* exportBtn = new QPushButton(tr("HistoryExport"), this);
     exportBtn->setObjectName(QStringLiteral("m_pHistoryExport"));
+    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe()); });
 
     auto* top = new QHBoxLayout();
     top->addWidget(new QLabel(tr("HistoryRange"), this));
@@ -91,7 +118,11 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
     top->addWidget(m_pScope);
     top->addStretch(1);
     top->addWidget(exportBtn);
+    return top;
+}
 
+QHBoxLayout* CHistoryTab::buildKindRow()
+{
     auto* second = new QHBoxLayout();
     const char* const kindKeys[] = {QT_TR_NOOP("HistoryKindAbnormal"), QT_TR_NOOP("HistoryKindNoMask"),
         QT_TR_NOOP("HistoryKindNormal"), QT_TR_NOOP("HistoryKindMatched"), QT_TR_NOOP("HistoryKindReturning")};
@@ -124,7 +155,11 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
     m_pText->setMinimumWidth(220);
     second->addWidget(m_pText);
     second->addStretch(1);
+    return second;
+}
 
+void CHistoryTab::buildTable()
+{
     m_pModel = new CHistoryTableModel(this, m_options.language);
     m_pTable = new QTableView(this);
     m_pTable->setObjectName(QStringLiteral("m_pHistoryTable"));
@@ -140,7 +175,10 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
     m_pTable->setAlternatingRowColors(true);
     // Pixels, so live rows above can be compensated exactly.
     m_pTable->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+}
 
+QHBoxLayout* CHistoryTab::buildPager()
+{
     m_pStatus = new QLabel(this);
     m_pStatus->setObjectName(QStringLiteral("m_pHistoryStatus"));
     m_pNewerBtn = new QPushButton(tr("HistoryNewerPage"), this);
@@ -154,19 +192,11 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
     bottom->addWidget(m_pNewerBtn);
     bottom->addWidget(m_pPageLbl);
     bottom->addWidget(m_pOlderBtn);
+    return bottom;
+}
 
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addLayout(second);
-    layout->addWidget(m_pTable, 1);
-    layout->addLayout(bottom);
-
-    m_pDebounce = new QTimer(this);
-    m_pDebounce->setSingleShot(true);
-    m_pDebounce->setInterval(kDebounceMs);
-    m_pLive = new QTimer(this);
-    m_pLive->setInterval(m_options.liveIntervalMs);
-
+void CHistoryTab::connectControls()
+{
     connect(m_pDebounce, &QTimer::timeout, this, &CHistoryTab::applyFilter);
     connect(m_pLive, &QTimer::timeout, this, &CHistoryTab::pollNewer);
     connect(m_pWorker, &CHistoryQueryWorker::signalResult, this, &CHistoryTab::onResult);
@@ -203,8 +233,10 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
             requestPage();
         }
     });
-    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe()); });
+}
 
+void CHistoryTab::applyLook()
+{
     // The report tab's dark look, extended to the table and the number fields.
     ApplySettingsPageLook(this);
     setAttribute(Qt::WA_StyledBackground);
@@ -219,9 +251,6 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
                          " border: 1px solid #24405F; padding: 2px 6px; min-height: 22px; }"
                          "QDateTimeEdit:disabled, QDoubleSpinBox:disabled { color: #5C6F86; }"
                          "QToolButton#m_pHistoryCameras { background-color: #13233A; border-color: #24405F; }"));
-
-    applyFilter();
-    m_pLive->start();
 }
 
 CHistoryTab::~CHistoryTab() = default;

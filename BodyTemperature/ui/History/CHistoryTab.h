@@ -22,6 +22,7 @@ class QCheckBox;
 class QComboBox;
 class QDateTimeEdit;
 class QDoubleSpinBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -57,6 +58,12 @@ signals:
     void signalExport(const BodyTemperature::HistoryFilter& filter, const QString& description);
 
 private:
+    QHBoxLayout* buildRangeRow(bool hasSite);
+    QHBoxLayout* buildKindRow();
+    void buildTable();
+    QHBoxLayout* buildPager();
+    void connectControls();
+    void applyLook();
     HistoryFilter filterFromControls() const;
     void filterChanged();
     void applyFilter();

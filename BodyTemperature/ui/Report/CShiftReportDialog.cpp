@@ -38,88 +38,10 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     auto* body = new QGridLayout();
     body->setHorizontalSpacing(10);
     body->setVerticalSpacing(10);
-    const QString format = QStringLiteral("yyyy-MM-dd hh:mm");
-    m_pFrom = new QDateTimeEdit(parts.frame);
-    m_pFrom->setObjectName(QStringLiteral("m_pReportFrom"));
-    m_pFrom->setDisplayFormat(format);
-    m_pFrom->setCalendarPopup(true);
-    m_pTo = new QDateTimeEdit(parts.frame);
-    m_pTo->setObjectName(QStringLiteral("m_pReportTo"));
-    m_pTo->setDisplayFormat(format);
-    m_pTo->setCalendarPopup(true);
-    body->addWidget(new QLabel(tr("ReportFrom"), parts.frame), 0, 0);
-    body->addWidget(m_pFrom, 0, 1);
-    body->addWidget(new QLabel(tr("ReportTo"), parts.frame), 1, 0);
-    body->addWidget(m_pTo, 1, 1);
-
-    auto* presets = new QHBoxLayout();
-    auto* since = new QPushButton(tr("ReportSincePageOpened"), parts.frame);
-    since->setObjectName(QStringLiteral("m_pPresetSinceOpened"));
-    auto* last8 = new QPushButton(tr("ReportLast8Hours"), parts.frame);
-    last8->setObjectName(QStringLiteral("m_pPresetLast8"));
-    auto* last24 = new QPushButton(tr("ReportLast24Hours"), parts.frame);
-    last24->setObjectName(QStringLiteral("m_pPresetLast24"));
-    presets->addWidget(since);
-    presets->addWidget(last8);
-    presets->addWidget(last24);
-    presets->addStretch(1);
-    body->addLayout(presets, 2, 1);
-
-    m_pFolder = new QLineEdit(parts.frame);
-    m_pFolder->setObjectName(QStringLiteral("m_pReportFolder"));
-    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    m_pFolder->setText(QDir::toNativeSeparators(documents.isEmpty() ? QDir::homePath() : documents));
-    auto* browse = new QToolButton(parts.frame);
-    browse->setObjectName(QStringLiteral("m_pReportBrowse"));
-    browse->setText(QStringLiteral("..."));
-    browse->setToolTip(tr("ReportChooseFolder"));
-    auto* folderRow = new QHBoxLayout();
-    folderRow->addWidget(m_pFolder, 1);
-    folderRow->addWidget(browse);
-    body->addWidget(new QLabel(tr("ReportFolder"), parts.frame), 3, 0);
-    body->addLayout(folderRow, 3, 1);
-
-    m_pCsv = new QCheckBox(QStringLiteral("CSV"), parts.frame);
-    m_pCsv->setObjectName(QStringLiteral("m_pReportCsv"));
-    m_pCsv->setChecked(true);
-    m_pPdf = new QCheckBox(QStringLiteral("PDF"), parts.frame);
-    m_pPdf->setObjectName(QStringLiteral("m_pReportPdf"));
-    m_pPdf->setChecked(true);
-    auto* formats = new QHBoxLayout();
-    formats->addWidget(m_pCsv);
-    formats->addWidget(m_pPdf);
-    formats->addStretch(1);
-    body->addWidget(new QLabel(tr("ReportFormats"), parts.frame), 4, 0);
-    body->addLayout(formats, 4, 1);
-
-    m_pFilterRow = new QWidget(parts.frame);
-    m_pFilterRow->setObjectName(QStringLiteral("m_pReportFilterRow"));
-    auto* filterRow = new QHBoxLayout(m_pFilterRow);
-    filterRow->setContentsMargins(0, 0, 0, 0);
-    m_pFilterLbl = new QLabel(m_pFilterRow);
-    m_pFilterLbl->setObjectName(QStringLiteral("m_pReportFilterLbl"));
-    m_pFilterLbl->setWordWrap(true);
-    auto* clearFilter = new QPushButton(tr("ReportClearFilter"), m_pFilterRow);
-    clearFilter->setObjectName(QStringLiteral("m_pReportClearFilter"));
-    filterRow->addWidget(m_pFilterLbl, 1);
-    filterRow->addWidget(clearFilter);
-    m_pFilterRow->hide();
-    body->addWidget(m_pFilterRow, 5, 0, 1, 2);
-
-    m_pProgress = new QProgressBar(parts.frame);
-    m_pProgress->setObjectName(QStringLiteral("m_pReportProgress"));
-    m_pProgress->setRange(0, 1000);
-    m_pProgress->setTextVisible(false);
-    m_pProgress->setValue(0);
-    body->addWidget(m_pProgress, 6, 0, 1, 2);
-    m_pStatus = new QLabel(parts.frame);
-    m_pStatus->setObjectName(QStringLiteral("m_pReportStatus"));
-    m_pStatus->setWordWrap(true);
-    body->addWidget(m_pStatus, 7, 0, 1, 2);
-    auto* journalSize = new QLabel(JournalSizeText(journalPath), parts.frame);
-    journalSize->setObjectName(QStringLiteral("m_pJournalSize"));
-    journalSize->setWordWrap(true);
-    body->addWidget(journalSize, 8, 0, 1, 2);
+    addRangeRows(body, parts.frame);
+    addOutputRows(body, parts.frame);
+    addFilterRow(body, parts.frame);
+    addProgressRows(body, parts.frame);
     body->setColumnStretch(1, 1);
 
     LayOutSettingsDialog(this, parts, body, 16, QSize(520, 410));
@@ -132,18 +54,117 @@ CShiftReportDialog::CShiftReportDialog(QWidget* parent, const QString& journalPa
     });
     m_pWatcher = new QFutureWatcher<CShiftReportExporter::Result>(this);
     connect(m_pWatcher, &QFutureWatcherBase::finished, this, &CShiftReportDialog::onFinished);
-    connect(since, &QPushButton::clicked, this, &CShiftReportDialog::onSincePageOpened);
-    connect(last8, &QPushButton::clicked, this, [this] { onLastHours(8); });
-    connect(last24, &QPushButton::clicked, this, [this] { onLastHours(24); });
-    connect(browse, &QToolButton::clicked, this, &CShiftReportDialog::onBrowse);
-    connect(clearFilter, &QPushButton::clicked, this, [this] {
-        m_filter.reset();
-        m_pFilterRow->hide();
-    });
     connect(m_pExportBtn, &QPushButton::clicked, this, &CShiftReportDialog::onExport);
     connect(m_pCancelBtn, &QPushButton::clicked, this, &CShiftReportDialog::onCancel);
     connect(parts.close, &QToolButton::clicked, this, &CShiftReportDialog::reject);
     onSincePageOpened();
+}
+
+// Rows 0 to 2: from, to and the range presets.
+void CShiftReportDialog::addRangeRows(QGridLayout* body, QWidget* frame)
+{
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm");
+    m_pFrom = new QDateTimeEdit(frame);
+    m_pFrom->setObjectName(QStringLiteral("m_pReportFrom"));
+    m_pFrom->setDisplayFormat(format);
+    m_pFrom->setCalendarPopup(true);
+    m_pTo = new QDateTimeEdit(frame);
+    m_pTo->setObjectName(QStringLiteral("m_pReportTo"));
+    m_pTo->setDisplayFormat(format);
+    m_pTo->setCalendarPopup(true);
+    body->addWidget(new QLabel(tr("ReportFrom"), frame), 0, 0);
+    body->addWidget(m_pFrom, 0, 1);
+    body->addWidget(new QLabel(tr("ReportTo"), frame), 1, 0);
+    body->addWidget(m_pTo, 1, 1);
+
+    auto* presets = new QHBoxLayout();
+    auto* since = new QPushButton(tr("ReportSincePageOpened"), frame);
+    since->setObjectName(QStringLiteral("m_pPresetSinceOpened"));
+    auto* last8 = new QPushButton(tr("ReportLast8Hours"), frame);
+    last8->setObjectName(QStringLiteral("m_pPresetLast8"));
+    auto* last24 = new QPushButton(tr("ReportLast24Hours"), frame);
+    last24->setObjectName(QStringLiteral("m_pPresetLast24"));
+    presets->addWidget(since);
+    presets->addWidget(last8);
+    presets->addWidget(last24);
+    presets->addStretch(1);
+    body->addLayout(presets, 2, 1);
+    connect(since, &QPushButton::clicked, this, &CShiftReportDialog::onSincePageOpened);
+    connect(last8, &QPushButton::clicked, this, [this] { onLastHours(8); });
+    connect(last24, &QPushButton::clicked, this, [this] { onLastHours(24); });
+}
+
+// Rows 3 and 4: the output folder and the formats.
+void CShiftReportDialog::addOutputRows(QGridLayout* body, QWidget* frame)
+{
+    m_pFolder = new QLineEdit(frame);
+    m_pFolder->setObjectName(QStringLiteral("m_pReportFolder"));
+    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    m_pFolder->setText(QDir::toNativeSeparators(documents.isEmpty() ? QDir::homePath() : documents));
+    auto* browse = new QToolButton(frame);
+    browse->setObjectName(QStringLiteral("m_pReportBrowse"));
+    browse->setText(QStringLiteral("..."));
+    browse->setToolTip(tr("ReportChooseFolder"));
+    auto* folderRow = new QHBoxLayout();
+    folderRow->addWidget(m_pFolder, 1);
+    folderRow->addWidget(browse);
+    body->addWidget(new QLabel(tr("ReportFolder"), frame), 3, 0);
+    body->addLayout(folderRow, 3, 1);
+
+    m_pCsv = new QCheckBox(QStringLiteral("CSV"), frame);
+    m_pCsv->setObjectName(QStringLiteral("m_pReportCsv"));
+    m_pCsv->setChecked(true);
+    m_pPdf = new QCheckBox(QStringLiteral("PDF"), frame);
+    m_pPdf->setObjectName(QStringLiteral("m_pReportPdf"));
+    m_pPdf->setChecked(true);
+    auto* formats = new QHBoxLayout();
+    formats->addWidget(m_pCsv);
+    formats->addWidget(m_pPdf);
+    formats->addStretch(1);
+    body->addWidget(new QLabel(tr("ReportFormats"), frame), 4, 0);
+    body->addLayout(formats, 4, 1);
+    connect(browse, &QToolButton::clicked, this, &CShiftReportDialog::onBrowse);
+}
+
+// Row 5: the history filter handed on, hidden until one is set.
+void CShiftReportDialog::addFilterRow(QGridLayout* body, QWidget* frame)
+{
+    m_pFilterRow = new QWidget(frame);
+    m_pFilterRow->setObjectName(QStringLiteral("m_pReportFilterRow"));
+    auto* filterRow = new QHBoxLayout(m_pFilterRow);
+    filterRow->setContentsMargins(0, 0, 0, 0);
+    m_pFilterLbl = new QLabel(m_pFilterRow);
+    m_pFilterLbl->setObjectName(QStringLiteral("m_pReportFilterLbl"));
+    m_pFilterLbl->setWordWrap(true);
+    auto* clearFilter = new QPushButton(tr("ReportClearFilter"), m_pFilterRow);
+    clearFilter->setObjectName(QStringLiteral("m_pReportClearFilter"));
+    filterRow->addWidget(m_pFilterLbl, 1);
+    filterRow->addWidget(clearFilter);
+    m_pFilterRow->hide();
+    body->addWidget(m_pFilterRow, 5, 0, 1, 2);
+    connect(clearFilter, &QPushButton::clicked, this, [this] {
+        m_filter.reset();
+        m_pFilterRow->hide();
+    });
+}
+
+// Rows 6 to 8: progress, status and the journal's size on disk.
+void CShiftReportDialog::addProgressRows(QGridLayout* body, QWidget* frame)
+{
+    m_pProgress = new QProgressBar(frame);
+    m_pProgress->setObjectName(QStringLiteral("m_pReportProgress"));
+    m_pProgress->setRange(0, 1000);
+    m_pProgress->setTextVisible(false);
+    m_pProgress->setValue(0);
+    body->addWidget(m_pProgress, 6, 0, 1, 2);
+    m_pStatus = new QLabel(frame);
+    m_pStatus->setObjectName(QStringLiteral("m_pReportStatus"));
+    m_pStatus->setWordWrap(true);
+    body->addWidget(m_pStatus, 7, 0, 1, 2);
+    auto* journalSize = new QLabel(JournalSizeText(m_journalPath), frame);
+    journalSize->setObjectName(QStringLiteral("m_pJournalSize"));
+    journalSize->setWordWrap(true);
+    body->addWidget(journalSize, 8, 0, 1, 2);
 }
 
 QString CShiftReportDialog::JournalSizeText(const QString& journalPath)

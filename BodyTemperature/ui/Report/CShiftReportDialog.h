@@ -15,6 +15,7 @@
 
 class QCheckBox;
 class QDateTimeEdit;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -56,6 +57,10 @@ private:
         std::atomic<int> progress{0};
     };
 
+    void addRangeRows(QGridLayout* body, QWidget* frame);
+    void addOutputRows(QGridLayout* body, QWidget* frame);
+    void addFilterRow(QGridLayout* body, QWidget* frame);
+    void addProgressRows(QGridLayout* body, QWidget* frame);
     void setBusy(bool busy);
     void reject() override;
 

@@ -93,7 +93,16 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
         QDateTime::fromSecsSinceEpoch(m_info.captureTime).toString(QStringLiteral("MM/dd hh:mm:ss")));
     m_pCameraLabel->setText(OrSlash(m_info.cameraName));
 
-    const protocol::PeopleInfo& people = comparison.people;
+    ShowName(comparison.people, bLarge);
+
+    if (!ShowPictures(*block, bLarge))
+        return;
+    if (!bLarge)
+        ApplySmallLayout();
+}
+
+void CAlarmUnit::ShowName(const protocol::PeopleInfo& people, bool bLarge)
+{
     if (!people.name.empty()) {
         m_pNameLabel->setText(QString::fromStdString(people.name));
     } else {
@@ -129,19 +138,22 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
             break;
         }
     }
+}
 
+bool CAlarmUnit::ShowPictures(const protocol::IntelAlarmFaceInfo& block, bool bLarge)
+{
     const QSize pictureSize = bLarge ? kBigPicture : kSmallPicture;
-    const QPixmap face = m_info.Pictures().Scaled(CEventPictures::FaceSourceOf(*block), pictureSize);
+    const QPixmap face = m_info.Pictures().Scaled(CEventPictures::FaceSourceOf(block), pictureSize);
     if (face.isNull())
-        return;
+        return false;
     m_listPic.append(face);
 
-    if (!comparison.libraryPic.isEmpty()) {
+    if (!m_info.alarmInfo.comparison.libraryPic.isEmpty()) {
         PictureSource library;
-        library.bytes = comparison.libraryPic;
+        library.bytes = m_info.alarmInfo.comparison.libraryPic;
         const QPixmap libraryFace = m_info.Pictures().Scaled(library, pictureSize);
         if (libraryFace.isNull())
-            return;
+            return false;
         m_listPic.append(libraryFace);
     }
 
@@ -153,9 +165,7 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
     };
     m_pFacePicLabel->setPixmap(pictureAt(0));
     m_pSecondPicLabel->setPixmap(pictureAt(1));
-
-    if (!bLarge)
-        ApplySmallLayout();
+    return true;
 }
 
 void CAlarmUnit::ApplySmallLayout()

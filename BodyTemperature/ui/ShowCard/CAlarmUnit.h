@@ -32,6 +32,10 @@ protected:
     static QString UnitText(uint32_t unitCode);
     // Geometry and colours of the small card (the pop-up has its own).
     void ApplySmallLayout();
+    void ShowName(const protocol::PeopleInfo& people, bool bLarge);
+    // The captured face and, for a comparison, the library face; false when
+    // one does not decode (the picture labels are then left untouched).
+    bool ShowPictures(const protocol::IntelAlarmFaceInfo& block, bool bLarge);
 
     AlarmShowInfo m_info;
     QList<QPixmap> m_listPic;  // shown pictures: 0 captured face, 1 library face

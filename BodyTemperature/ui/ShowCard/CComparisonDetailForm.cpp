@@ -72,6 +72,30 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
     m_pBorderFrame->setObjectName(QStringLiteral("m_pBorderFrame"));
     m_pBorderFrame->setGeometry(0, 0, kWidth, kHeight);
 
+    setupTitleBar(dialog);
+    setupPictures(dialog);
+
+    m_pCameraLbl = NewLabel(dialog, QStringLiteral("m_pCameraLbl"), false);
+    m_pCameraLbl->setGeometry(kRightX, 64, kRightW, 30);
+    m_pTimeLbl = NewLabel(dialog, QStringLiteral("m_pTimeLbl"), false);
+    m_pTimeLbl->setGeometry(kRightX, 94, kRightW, 26);
+    m_pBigPicLbl = new QLabel(dialog);
+    m_pBigPicLbl->setObjectName(QStringLiteral("m_pBigPicLbl"));
+    m_pBigPicLbl->setGeometry(kRightX, kSceneY, kRightW, kSceneH);
+
+    m_pStackedWidget = new QStackedWidget(dialog);
+    m_pStackedWidget->setObjectName(QStringLiteral("m_pStackedWidget"));
+    m_pStackedWidget->addWidget(setupAttributePage());
+    m_pStackedWidget->addWidget(setupPersonPage());
+    m_pStackedWidget->setCurrentIndex(0);
+    placePages(false);
+
+    m_pBorderFrame->lower();
+    retranslateUi(dialog);
+}
+
+void CComparisonDetailForm::setupTitleBar(QDialog* dialog)
+{
     auto* mark = new QFrame(dialog);
     mark->setObjectName(QStringLiteral("m_pTitleMark"));
     mark->setGeometry(24, 19, 4, 18);
@@ -84,7 +108,10 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
     auto* line = new QFrame(dialog);
     line->setObjectName(QStringLiteral("m_pTitleLine"));
     line->setGeometry(0, 56, kWidth, 1);
+}
 
+void CComparisonDetailForm::setupPictures(QDialog* dialog)
+{
     m_pMainFrame = new QFrame(dialog);
     m_pMainFrame->setObjectName(QStringLiteral("frame"));
     m_pMainFrame->setGeometry(kMainX, kMainY, kMainW, kMainH);
@@ -104,18 +131,10 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
     m_pBigMaskIcon->setFixedSize(32, 32);
     m_pBigMaskIcon->hide();
     placeFirstFrame(1);
+}
 
-    m_pCameraLbl = NewLabel(dialog, QStringLiteral("m_pCameraLbl"), false);
-    m_pCameraLbl->setGeometry(kRightX, 64, kRightW, 30);
-    m_pTimeLbl = NewLabel(dialog, QStringLiteral("m_pTimeLbl"), false);
-    m_pTimeLbl->setGeometry(kRightX, 94, kRightW, 26);
-    m_pBigPicLbl = new QLabel(dialog);
-    m_pBigPicLbl->setObjectName(QStringLiteral("m_pBigPicLbl"));
-    m_pBigPicLbl->setGeometry(kRightX, kSceneY, kRightW, kSceneH);
-
-    m_pStackedWidget = new QStackedWidget(dialog);
-    m_pStackedWidget->setObjectName(QStringLiteral("m_pStackedWidget"));
-
+QWidget* CComparisonDetailForm::setupAttributePage()
+{
     auto* attributePage = new QWidget(m_pStackedWidget);
     attributePage->setObjectName(QStringLiteral("m_pAttributePage"));
     QGridLayout* rows = NewRows(attributePage);
@@ -140,8 +159,11 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
     stateRow->addStretch(1);
     rows->addLayout(stateRow, 7, 1);
     rows->setRowStretch(8, 1);
-    m_pStackedWidget->addWidget(attributePage);
+    return attributePage;
+}
 
+QWidget* CComparisonDetailForm::setupPersonPage()
+{
     auto* personPage = new QWidget(m_pStackedWidget);
     personPage->setObjectName(QStringLiteral("m_pPersonPage"));
     auto* pageLayout = new QGridLayout(personPage);
@@ -168,12 +190,7 @@ void CComparisonDetailForm::setupUi(QDialog* dialog)
         personRows->addWidget(m_extendValues[i], 8 + i, 1);
     }
     personRows->setRowStretch(12, 1);
-    m_pStackedWidget->addWidget(personPage);
-    m_pStackedWidget->setCurrentIndex(0);
-    placePages(false);
-
-    m_pBorderFrame->lower();
-    retranslateUi(dialog);
+    return personPage;
 }
 
 void CComparisonDetailForm::retranslateUi(QDialog* dialog)

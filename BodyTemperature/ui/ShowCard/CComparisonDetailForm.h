@@ -12,6 +12,7 @@ class QFrame;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
+class QWidget;
 
 namespace BodyTemperature {
 
@@ -27,6 +28,11 @@ struct CComparisonDetailForm {
     void placeFirstFrame(int x);
     // The attribute/person page stack beside or below the scene picture.
     void placePages(bool belowScene);
+
+    void setupTitleBar(QDialog* dialog);
+    void setupPictures(QDialog* dialog);
+    QWidget* setupAttributePage();
+    QWidget* setupPersonPage();
 
     QFrame* m_pBorderFrame = nullptr;
     QLabel* m_pTitleLbl = nullptr;

@@ -42,31 +42,50 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
 
-    if (m_info.popType == 1 || m_info.popType == 2) {
-        const bool red = m_info.popType == 1;
-        const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
-        const QString title = QLatin1Char('[')
-            + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
-        // A pop-up that stays open takes the next record: a renamed widget
-        // takes its rules again when its colour changes.
-        CardStyle::Rename(this, QStringLiteral("Cmp_PopUp_") + colour);
-        CardStyle::Rename(m_pDetailBtn, QStringLiteral("DetailBtn_Cmp_PopUp_") + colour);
-        CardStyle::Rename(m_pNameLabel, QStringLiteral("m_pName%1Big").arg(colour));
-        CardStyle::Rename(m_pSimilarityLabel, QStringLiteral("m_pSimilarity%1Big").arg(colour));
-        CardStyle::Rename(m_pMaskTextLabel, QStringLiteral("m_pFacelibName%1Big").arg(colour));
-        CardStyle::Rename(m_pCameraLabel, QStringLiteral("m_pCamera%1Big").arg(colour));
-        CardStyle::Rename(m_pTimeLabel, QStringLiteral("m_pTime%1Big").arg(colour));
-        setFixedSize(630, 468);
-        // The card is refilled for every pop-up: one title label at a time.
-        delete m_pTitleLabel;
-        m_pTitleLabel = new QLabel(this);
-        m_pTitleLabel->setTextFormat(Qt::PlainText);
-        m_pTitleLabel->setText(title);
-        m_pTitleLabel->setObjectName(red ? QStringLiteral("m_pStaPopUpName") : QStringLiteral("m_pStaPopUpNameYellow"));
-        m_pTitleLabel->setAlignment(Qt::AlignCenter);
-    }
+    if (m_info.popType == 1 || m_info.popType == 2)
+        applyAlarmColour();
 
     const bool capture = m_info.isCaptureKind();
+    placeWidgets(capture);
+    if (capture)
+        showCaptureFigures();
+    else
+        showComparisonFigures();
+
+    CardStyle::ApplyBigMaskIcon(m_pBigMaskIconLabel, m_info.maskType);
+
+    repolish();
+}
+
+// Red for an abnormal temperature, yellow for a missing mask, with the title
+// that names the alarm.
+void CPopUpUnit::applyAlarmColour()
+{
+    const bool red = m_info.popType == 1;
+    const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
+    const QString title = QLatin1Char('[')
+        + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
+    // A pop-up that stays open takes the next record: a renamed widget
+    // takes its rules again when its colour changes.
+    CardStyle::Rename(this, QStringLiteral("Cmp_PopUp_") + colour);
+    CardStyle::Rename(m_pDetailBtn, QStringLiteral("DetailBtn_Cmp_PopUp_") + colour);
+    CardStyle::Rename(m_pNameLabel, QStringLiteral("m_pName%1Big").arg(colour));
+    CardStyle::Rename(m_pSimilarityLabel, QStringLiteral("m_pSimilarity%1Big").arg(colour));
+    CardStyle::Rename(m_pMaskTextLabel, QStringLiteral("m_pFacelibName%1Big").arg(colour));
+    CardStyle::Rename(m_pCameraLabel, QStringLiteral("m_pCamera%1Big").arg(colour));
+    CardStyle::Rename(m_pTimeLabel, QStringLiteral("m_pTime%1Big").arg(colour));
+    setFixedSize(630, 468);
+    // The card is refilled for every pop-up: one title label at a time.
+    delete m_pTitleLabel;
+    m_pTitleLabel = new QLabel(this);
+    m_pTitleLabel->setTextFormat(Qt::PlainText);
+    m_pTitleLabel->setText(title);
+    m_pTitleLabel->setObjectName(red ? QStringLiteral("m_pStaPopUpName") : QStringLiteral("m_pStaPopUpNameYellow"));
+    m_pTitleLabel->setAlignment(Qt::AlignCenter);
+}
+
+void CPopUpUnit::placeWidgets(bool capture)
+{
     m_pFacePicLabel->setGeometry(34, 124, 182, 242);
     m_pFacePicLabel->show();
     m_pSecondPicLabel->setGeometry(230, 124, 182, 242);
@@ -96,37 +115,42 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
     m_pDetailBtn->show();
     m_pCloseBtn->setGeometry(594, 30, 24, 24);
     m_pCloseBtn->show();
+}
 
-    if (capture) {
-        m_pSimilarityLabel->hide();
-        if (!m_info.faceInfoList.empty() && m_info.faceInfoList.front().TemperatureEnabled == 1) {
-            const protocol::IntelAlarmFaceInfo& face = m_info.faceInfoList.front();
-            CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
-                                             CardStyle::TemperatureText(face.Temperature),
-                                             UnitText(face.TemperatureUnit), true);
-        }
-        if (m_info.popType == 0 || m_info.popType == 1)
-            setObjectName(QStringLiteral("Snap_PopUp_Red"));
-        else if (m_info.popType == 2)
-            setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
-    } else {
-        CardStyle::Repolish(m_pSimilarityLabel);
-        const double similarity = m_info.alarmInfo.comparison.similarity;
-        if (similarity != 0.0) {
-            m_pSimilarityLabel->setText(CardStyle::SimilarityText(similarity));
-            m_pSimilarityLabel->show();
-        } else {
-            m_pSimilarityLabel->hide();
-        }
-        const protocol::ThermometryInfo& thermometry = m_info.alarmInfo.thermometry;
-        if (thermometry.TemperatureEnabled == 1)
-            CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
-                                             CardStyle::TemperatureText(thermometry.Temperature),
-                                             UnitText(thermometry.TemperatureUnit), true);
+void CPopUpUnit::showCaptureFigures()
+{
+    m_pSimilarityLabel->hide();
+    if (!m_info.faceInfoList.empty() && m_info.faceInfoList.front().TemperatureEnabled == 1) {
+        const protocol::IntelAlarmFaceInfo& face = m_info.faceInfoList.front();
+        CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
+                                         CardStyle::TemperatureText(face.Temperature),
+                                         UnitText(face.TemperatureUnit), true);
     }
+    if (m_info.popType == 0 || m_info.popType == 1)
+        setObjectName(QStringLiteral("Snap_PopUp_Red"));
+    else if (m_info.popType == 2)
+        setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
+}
 
-    CardStyle::ApplyBigMaskIcon(m_pBigMaskIconLabel, m_info.maskType);
+void CPopUpUnit::showComparisonFigures()
+{
+    CardStyle::Repolish(m_pSimilarityLabel);
+    const double similarity = m_info.alarmInfo.comparison.similarity;
+    if (similarity != 0.0) {
+        m_pSimilarityLabel->setText(CardStyle::SimilarityText(similarity));
+        m_pSimilarityLabel->show();
+    } else {
+        m_pSimilarityLabel->hide();
+    }
+    const protocol::ThermometryInfo& thermometry = m_info.alarmInfo.thermometry;
+    if (thermometry.TemperatureEnabled == 1)
+        CardStyle::ApplyTemperatureBadge(m_pBigTemperatureLabel, m_info.temperatureType,
+                                         CardStyle::TemperatureText(thermometry.Temperature),
+                                         UnitText(thermometry.TemperatureUnit), true);
+}
 
+void CPopUpUnit::repolish()
+{
     CardStyle::Repolish(m_pNameLabel);
     CardStyle::Repolish(m_pMaskTextLabel);
     CardStyle::Repolish(m_pTimeLabel);

@@ -26,6 +26,12 @@ signals:
     void signalClose();
 
 private:
+    void applyAlarmColour();
+    void placeWidgets(bool capture);
+    void showCaptureFigures();
+    void showComparisonFigures();
+    void repolish();
+
     QLabel* m_pTitleLabel = nullptr;
     QPushButton* m_pCloseBtn = nullptr;
     QLabel* m_pBigTemperatureLabel = nullptr;
