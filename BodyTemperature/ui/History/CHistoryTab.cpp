@@ -203,7 +203,7 @@ CHistoryTab::CHistoryTab(QWidget* parent, Options options) : QWidget(parent), m_
             requestPage();
         }
     });
-    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe()); });
+    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe(), m_site); });
 
     // The report tab's dark look, extended to the table and the number fields.
     ApplySettingsPageLook(this);
@@ -289,6 +289,8 @@ QString CHistoryTab::Describe() const
         parts << QStringLiteral("\u2265 %1 \u00b0C").arg(m_filter.thresholdCelsius, 0, 'f', 1);
     if (!m_filter.text.empty())
         parts << QStringLiteral("\"%1\"").arg(QString::fromStdString(m_filter.text));
+    if (m_site)
+        parts.prepend(tr("HistoryScopeSite"));
     return parts.isEmpty() ? tr("HistoryAllEvents") : parts.join(QStringLiteral("; "));
 }
 
