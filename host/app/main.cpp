@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QTranslator>
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -49,7 +50,11 @@ int main(int argc, char** argv)
     QCommandLineOption stateOpt(QStringLiteral("state"), QStringLiteral("Page-state file."), QStringLiteral("FILE"));
     QCommandLineOption dataOpt(QStringLiteral("data-dir"), QStringLiteral("Per-user component folder."),
         QStringLiteral("DIR"));
-    parser.addOptions({modulesOpt, configOpt, openOpt, languageOpt, quitOpt, snapshotOpt, stateOpt, dataOpt});
+    QCommandLineOption operateOpt(QStringLiteral("operate"),
+        QStringLiteral("With --quit-after, 4 s before the end: click the button NAME, or choose item N of the list box"
+                       " NAME (NAME=N); repeatable, done in order."),
+        QStringLiteral("NAME[=N]"));
+    parser.addOptions({modulesOpt, configOpt, openOpt, languageOpt, quitOpt, snapshotOpt, stateOpt, dataOpt, operateOpt});
     parser.process(app);
 
     Base::Log::Init();
@@ -85,6 +90,11 @@ int main(int argc, char** argv)
     if (parser.isSet(openOpt))
         window.OpenPage(parser.value(openOpt));
 
+    if (parser.isSet(quitOpt) && parser.isSet(operateOpt)) {
+        const QStringList steps = parser.values(operateOpt);
+        const int at = std::max(0, static_cast<int>(parser.value(quitOpt).toDouble() * 1000) - 4000);
+        QTimer::singleShot(at, &window, [steps]() { WidgetSnapshot::Operate(steps); });
+    }
     if (parser.isSet(quitOpt)) {
         const QString snapshot = parser.value(snapshotOpt);
         QTimer::singleShot(static_cast<int>(parser.value(quitOpt).toDouble() * 1000), &window, [&window, snapshot]() {
