@@ -125,6 +125,7 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
             + " FROM bt_events WHERE station = " + next(p) + " AND " + where + branchOrder + limit + ")";
     }
     q.sql = std::string("SELECT * FROM (") + branches + ") b" + order + limit;
+    q.stationBranches = true;
     return q;
 }
 
@@ -210,13 +211,14 @@ IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize,
         return failed();
     // One snapshot: the arrival position and the page agree, so the next
     // Newer() neither misses nor repeats a row that was committed then.
-    // Pages are a few dozen rows read by index. With the default price of a
-    // random read (four sequential ones) the planner would rather walk the
-    // one time-ordered index of every station's rows, filtering, than the
-    // station's own index, which for a station with few matching rows reads
-    // the whole range; on a server's solid-state disk and cache the two cost
-    // about the same.
-    if (!m_conn.ExecScript("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL random_page_cost = 1.1"))
+    if (!m_conn.ExecScript("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"))
+        return failed();
+    // Per-station branches: the planner, expecting a station's share of any
+    // kind, would rather walk a time-ordered index of every station's rows
+    // and sort the ties as it goes, which reads the whole range when the
+    // station has few such rows. Without that step it walks the station's
+    // own index, already in page order.
+    if (query.stationBranches && !m_conn.ExecScript("SET LOCAL enable_incremental_sort = off"))
         return failed();
     const PgResult top = m_conn.Exec("SELECT COALESCE(MAX(seq), 0) FROM bt_events");
     if (!top)

@@ -38,6 +38,7 @@ public:
     struct Query {
         std::string sql;
         PgParams params;
+        bool stationBranches = false;  // one branch per station (read without incremental sorts)
     };
     static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after);
     static Query NewerQuery(const HistoryFilter& filter, int64_t watermark);
