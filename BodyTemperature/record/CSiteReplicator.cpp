@@ -228,11 +228,7 @@ void CSiteReplicator::run()
         for (const JournalEvent& e : rows)
             addRow(params, m_options.site.station, journalId, e);
         const bool full = int(rows.size()) == m_options.batchRows;
-        // One transaction under the writers' lock (see kWriteLock); a failure
-        // closes the connection, and the server rolls the batch back.
-        if (!server.ExecScript(std::string("BEGIN;") + CSiteSchema::kWriteLock, kInsertMs)
-            || !server.Exec(full ? insertFull : insertStatement(int(rows.size())), params, kInsertMs)
-            || !server.ExecScript("COMMIT", kInsertMs)) {
+        if (!server.Exec(full ? insertFull : insertStatement(int(rows.size())), params, kInsertMs)) {
             if (server.failure() == CSiteConnection::Failure::Stopped)
                 break;
             const bool lost = !server.IsOpen() || server.failure() == CSiteConnection::Failure::Unreachable;

@@ -13,12 +13,6 @@ class CSiteSchema final {
 public:
     static constexpr int kVersion = 3;
 
-    // Taken first in every transaction that adds rows, and held to its
-    // commit: rows then become visible in the order of their arrival number
-    // (seq), so a reader following seq never passes a number whose row is
-    // still to be committed by another station.
-    static constexpr const char* kWriteLock = "SELECT pg_advisory_xact_lock(4242017029)";
-
     // Brings the schema to `target` (the current version by default); false
     // with the connection's error, or when the server's schema is newer than
     // this station knows (then `error` says so).

@@ -385,7 +385,7 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
     // last is still followed (the later writer waits for the earlier commit).
     CStopSignal stop;
     CSiteConnection early(site, stop);
-    ASSERT_TRUE(early.Connect(10000) && early.ExecScript(std::string("BEGIN;") + CSiteSchema::kWriteLock)
+    ASSERT_TRUE(early.Connect(10000) && early.ExecScript("BEGIN")
         && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('gamma', 'j', 1, 1700000050)"))
         << qPrintable(early.error());
     b.journal->Append(numbered(14));
