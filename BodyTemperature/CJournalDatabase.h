@@ -17,7 +17,7 @@ namespace BodyTemperature {
 
 class CJournalDatabase final {
 public:
-    static constexpr int kSchemaVersion = 4;
+    static constexpr int kSchemaVersion = 5;
 
     // Update: reads and writes a file the writer already created at this
     // schema version (no creation, check or migration), for a second thread.

@@ -3,13 +3,20 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <chrono>
+#include <functional>
+#include <pthread.h>
+#include <thread>
 #include <memory>
 #include <unistd.h>
 #include <vector>
 
 #include "Base/Log.h"
 #include "CJournalDatabase.h"
+#include "record/CSiteHistorySource.h"
 #include "record/HistoryMatch.h"
 #include "ReportTexts.h"
 #include "ShiftReportPdf.h"
@@ -67,6 +74,256 @@ private:
     bool m_committed = false;
 };
 
+using Outcome = CShiftReportExporter::Outcome;
+using Result = CShiftReportExporter::Result;
+using RowFn = std::function<bool(const HistoryRow&)>;
+
+// Where a report's rows come from: the station's own journal, or the site
+// record (every station's rows, the filter applied by the server).
+class RowSource {
+public:
+    RowSource(const ShiftReportRequest& request, const std::atomic<bool>& cancel, int64_t from, int64_t to)
+        : m_request(request), m_cancel(cancel), m_from(from), m_to(to)
+    {
+    }
+
+    // False: the journal cannot be opened.
+    bool Open()
+    {
+        if (m_request.site) {
+            m_site = std::make_unique<CSiteHistorySource>(*m_request.site);
+            return true;
+        }
+        // No file yet: nothing was recorded, and the report says so with zeros.
+        m_recorded = QFileInfo::exists(m_request.journalPath);
+        return !m_recorded || m_db.Open(m_request.journalPath, CJournalDatabase::OpenMode::Read);
+    }
+
+    bool IsSite() const { return m_site != nullptr; }
+
+    // The rows of the range that the request's filter keeps, oldest first
+    // (flaggedOnly: the abnormal and no-mask ones); `take` returns false to
+    // stop. False when reading failed (`error` for the log).
+    bool ForEach(bool flaggedOnly, const RowFn& take, QString& error)
+    {
+        if (m_site)
+            return forEachSite(flaggedOnly, take, error);
+        const HistoryFilter* filter = m_request.filter.get();
+        HistoryRow row;
+        const auto rows = flaggedOnly ? CJournalDatabase::Rows::Flagged : CJournalDatabase::Rows::All;
+        const bool ok = !m_recorded || m_db.Select(m_from, m_to, rows, [&](JournalEvent&& e) {
+            if (filter != nullptr && !HistoryMatches(*filter, e))
+                return true;
+            row.event = std::move(e);
+            return take(row);
+        });
+        if (!ok)
+            error = QStringLiteral("reading %1 failed").arg(m_request.journalPath);
+        return ok;
+    }
+
+private:
+    bool forEachSite(bool flaggedOnly, const RowFn& take, QString& error)
+    {
+        HistoryFilter f = m_request.filter ? *m_request.filter : HistoryFilter();
+        f.from = std::max(f.from, m_from);
+        f.to = std::min(f.to, m_to);
+        f.pageSize = 500;
+        const auto keep = [&](HistoryRow&& row) {
+            return (flaggedOnly && !row.event.countsAbnormal() && !row.event.countsNoMask()) || take(row);
+        };
+        // A cancel reaches the statement in flight, not only the next row.
+        std::atomic<bool> done{false};
+        std::thread watch([&] {
+            pthread_setname_np(pthread_self(), "bt-reportstop");
+            while (!done) {
+                if (m_cancel)
+                    m_site->Cancel();
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+        });
+        const bool ok = m_site->Scan(f, keep, error) == IHistorySource::Result::Ok;
+        done = true;
+        watch.join();
+        return ok;
+    }
+
+    const ShiftReportRequest& m_request;
+    const std::atomic<bool>& m_cancel;
+    const int64_t m_from;
+    const int64_t m_to;
+    CJournalDatabase m_db;
+    bool m_recorded = false;
+    std::unique_ptr<CSiteHistorySource> m_site;
+};
+
+// One export, step by step: the CSV with the summary gathered on the way,
+// then the PDF from a second pass over the flagged rows.
+class ExportRun {
+public:
+    ExportRun(const ShiftReportRequest& request, const std::atomic<bool>& cancel, std::atomic<int>& progress)
+        : m_request(request), m_cancel(cancel), m_progress(progress), m_texts(request.language),
+          m_from(request.from.toSecsSinceEpoch()), m_to(request.to.toSecsSinceEpoch()),
+          m_source(request, cancel, m_from, m_to), m_summary(request.from, request.to)
+    {
+        const QDir dir(request.folder);
+        m_csvPath = dir.filePath(CShiftReportExporter::FileName(request, QStringLiteral("csv")));
+        m_pdfPath = dir.filePath(CShiftReportExporter::FileName(request, QStringLiteral("pdf")));
+    }
+
+    Result Run()
+    {
+        m_progress = 0;
+        const QFileInfo folder(m_request.folder);
+        if (m_request.folder.isEmpty() || !folder.isDir() || !folder.isWritable())
+            return failed(m_texts("ReportFolderNotWritable").arg(QDir::toNativeSeparators(m_request.folder)));
+        if (!m_source.Open())
+            return failed(m_texts("ReportJournalUnavailable"));
+        if (!writeCsvAndSummary() || !writePdf())
+            return m_result;
+        m_progress = 1000;
+        m_result.outcome = Outcome::Written;
+        return m_result;
+    }
+
+private:
+    Result failed(const QString& error)
+    {
+        m_result.error = error;
+        return m_result;
+    }
+    bool writeFailed(const QString& path)
+    {
+        failed(m_texts("ReportWriteFailed").arg(QDir::toNativeSeparators(path)));
+        BASE_LOG_WARN("shift report: writing %s failed", qUtf8Printable(path));
+        return false;
+    }
+    // After a pass: cancelled, or the rows could not be read.
+    bool passEnded(bool read, const QString& error)
+    {
+        if (m_cancel) {
+            m_result.outcome = Outcome::Cancelled;
+            return false;
+        }
+        if (read)
+            return true;
+        BASE_LOG_WARN("shift report: %s", qUtf8Printable(error));
+        failed(m_texts(m_source.IsSite() ? "ReportSiteUnavailable" : "ReportJournalUnavailable"));
+        return false;
+    }
+    // How far an oldest-first pass has come, by the time of the row it reached.
+    int reached(int64_t time, int from, int share) const
+    {
+        const int64_t span = std::max<int64_t>(1, m_to - m_from);
+        return from + int(std::clamp<int64_t>(time - m_from, 0, span) * share / span);
+    }
+
+    QByteArray csvHeader() const
+    {
+        QStringList header;
+        for (const char* key : {"ReportColTime", "ReportColStation", "ReportColDevice", "ReportColCamera",
+                 "ReportColEventCode", "ReportColKind", "ReportColTemperature", "ReportColTemperatureState",
+                 "ReportColMask", "ReportColPerson", "ReportColLibrary", "ReportColSimilarity"}) {
+            // The station column only when the rows come from several stations.
+            if (!m_source.IsSite() && std::strcmp(key, "ReportColStation") == 0)
+                continue;
+            header << csvField(m_texts(key));
+        }
+        return QByteArray("\xEF\xBB\xBF") + header.join(QLatin1Char(',')).toUtf8() + "\r\n";
+    }
+
+    QByteArray csvLine(const HistoryRow& row) const
+    {
+        const JournalEvent& e = row.event;
+        QStringList cells{ReportTexts::time(e.time)};
+        if (m_source.IsSite())
+            cells << csvField(QString::fromStdString(row.station));
+        cells << csvField(QString::fromStdString(e.deviceName.empty() ? e.deviceId : e.deviceName))
+              << csvField(QString::fromStdString(e.cameraName.empty() ? e.cameraId : e.cameraName))
+              << QString::number(e.eventCode) << m_texts.kind(e.kind) << ReportTexts::temperature(e)
+              << m_texts.temperatureState(e) << m_texts.mask(e) << csvField(QString::fromStdString(e.personName))
+              << csvField(QString::fromStdString(e.library))
+              << (e.kind <= 2 ? QString::number(int(e.similarity * 100 + 0.5)) + QLatin1Char('%') : QString());
+        return cells.join(QLatin1Char(',')).toUtf8() + "\r\n";
+    }
+
+    // The first pass: every kept row counted, and written to the CSV if asked.
+    bool writeCsvAndSummary()
+    {
+        std::unique_ptr<PartFile> csv;
+        if (m_request.csv) {
+            csv = std::make_unique<PartFile>(m_csvPath);
+            if (!csv->open() || !csv->write(csvHeader()))
+                return writeFailed(m_csvPath);
+        }
+        const int share = m_request.pdf ? 500 : 1000;
+        bool writeOk = true;
+        QByteArray chunk;
+        QString error;
+        const bool read = m_source.ForEach(false, [&](const HistoryRow& row) {
+            if (m_cancel)
+                return false;
+            m_progress = reached(row.event.time, 0, share);
+            m_summary.Add(row.event);
+            if (!csv)
+                return true;
+            chunk += csvLine(row);
+            if (chunk.size() > 256 * 1024) {
+                writeOk = csv->write(chunk);
+                chunk.clear();
+            }
+            return writeOk;
+        }, error);
+        if (!passEnded(read || !writeOk, error))
+            return false;
+        if (!csv)
+            return true;
+        if (!writeOk || !csv->write(chunk) || !csv->commit())
+            return writeFailed(m_csvPath);
+        m_result.files << m_csvPath;
+        return true;
+    }
+
+    // The second pass: the flagged rows with their faces into the PDF.
+    bool writePdf()
+    {
+        if (!m_request.pdf)
+            return true;
+        PartFile pdf(m_pdfPath);
+        if (!pdf.open())
+            return writeFailed(m_pdfPath);
+        ShiftReportPdf writer(pdf.file(), m_texts, m_summary, m_source.IsSite());
+        int64_t seen = 0;
+        const int64_t total = std::max<int64_t>(1, m_summary.flagged);
+        QString error;
+        const bool read = m_source.ForEach(true, [&](const HistoryRow& row) {
+            if (m_cancel)
+                return false;
+            writer.AddFlagged(row.event, QString::fromStdString(row.station));
+            m_progress = int(500 + ++seen * 500 / total);
+            return true;
+        }, error);
+        if (!passEnded(read, error))
+            return false;
+        if (!writer.Finish() || !pdf.commit())
+            return writeFailed(m_pdfPath);
+        m_result.files << m_pdfPath;
+        return true;
+    }
+
+    const ShiftReportRequest& m_request;
+    const std::atomic<bool>& m_cancel;
+    std::atomic<int>& m_progress;
+    const ReportTexts m_texts;
+    const int64_t m_from;
+    const int64_t m_to;
+    RowSource m_source;
+    ShiftReportSummary m_summary;
+    QString m_csvPath;
+    QString m_pdfPath;
+    Result m_result;
+};
+
 } // namespace
 
 QString CShiftReportExporter::FileName(const ShiftReportRequest& request, const QString& suffix)
@@ -78,124 +335,7 @@ QString CShiftReportExporter::FileName(const ShiftReportRequest& request, const 
 CShiftReportExporter::Result CShiftReportExporter::Run(
     const ShiftReportRequest& request, const std::atomic<bool>& cancel, std::atomic<int>& progress)
 {
-    Result result;
-    const ReportTexts texts(request.language);
-    progress = 0;
-    const QFileInfo folder(request.folder);
-    if (request.folder.isEmpty() || !folder.isDir() || !folder.isWritable()) {
-        result.error = texts("ReportFolderNotWritable").arg(QDir::toNativeSeparators(request.folder));
-        return result;
-    }
-    CJournalDatabase db;
-    // No file yet: nothing was recorded, and the report says so with zeros.
-    const bool recorded = QFileInfo::exists(request.journalPath);
-    if (recorded && !db.Open(request.journalPath, CJournalDatabase::OpenMode::Read)) {
-        result.error = texts("ReportJournalUnavailable");
-        return result;
-    }
-    const int64_t from = request.from.toSecsSinceEpoch();
-    const int64_t to = request.to.toSecsSinceEpoch();
-    const int64_t total = std::max<int64_t>(1, recorded ? db.Count(from, to) : 0);
-    const QDir dir(request.folder);
-    const QString csvPath = dir.filePath(FileName(request, QStringLiteral("csv")));
-    const QString pdfPath = dir.filePath(FileName(request, QStringLiteral("pdf")));
-    auto writeFailed = [&](const QString& path) {
-        result.error = texts("ReportWriteFailed").arg(QDir::toNativeSeparators(path));
-        BASE_LOG_WARN("shift report: writing %s failed", qUtf8Printable(path));
-        return result;
-    };
-
-    std::unique_ptr<PartFile> csv;
-    if (request.csv) {
-        csv = std::make_unique<PartFile>(csvPath);
-        if (!csv->open())
-            return writeFailed(csvPath);
-        QStringList header;
-        for (const char* key : {"ReportColTime", "ReportColDevice", "ReportColCamera", "ReportColEventCode",
-                 "ReportColKind", "ReportColTemperature", "ReportColTemperatureState", "ReportColMask",
-                 "ReportColPerson", "ReportColLibrary", "ReportColSimilarity"})
-            header << csvField(texts(key));
-        if (!csv->write(QByteArray("\xEF\xBB\xBF") + header.join(QLatin1Char(',')).toUtf8() + "\r\n"))
-            return writeFailed(csvPath);
-    }
-
-    ShiftReportSummary summary(request.from, request.to);
-    const int passShare = request.pdf ? 500 : 1000;
-    int64_t seen = 0;
-    bool writeOk = true;
-    QByteArray chunk;
-    const bool selected = !recorded || db.Select(from, to, CJournalDatabase::Rows::All, [&](JournalEvent&& e) {
-        if (cancel)
-            return false;
-        ++seen;
-        progress = int(seen * passShare / total);
-        if (request.filter && !HistoryMatches(*request.filter, e))
-            return true;
-        summary.Add(e);
-        if (csv) {
-            const QStringList cells{ReportTexts::time(e.time), csvField(QString::fromStdString(e.deviceName.empty() ? e.deviceId : e.deviceName)),
-                csvField(QString::fromStdString(e.cameraName.empty() ? e.cameraId : e.cameraName)),
-                QString::number(e.eventCode), texts.kind(e.kind), ReportTexts::temperature(e),
-                texts.temperatureState(e), texts.mask(e), csvField(QString::fromStdString(e.personName)),
-                csvField(QString::fromStdString(e.library)),
-                e.kind <= 2 ? QString::number(int(e.similarity * 100 + 0.5)) + QLatin1Char('%') : QString()};
-            chunk += cells.join(QLatin1Char(',')).toUtf8();
-            chunk += "\r\n";
-            if (chunk.size() > 256 * 1024) {
-                writeOk = csv->write(chunk);
-                chunk.clear();
-                if (!writeOk)
-                    return false;
-            }
-        }
-        return true;
-    });
-    if (cancel) {
-        result.outcome = Outcome::Cancelled;
-        return result;
-    }
-    if (!selected) {
-        result.error = texts("ReportJournalUnavailable");
-        return result;
-    }
-    if (csv) {
-        if (!writeOk || !csv->write(chunk) || !csv->commit())
-            return writeFailed(csvPath);
-        result.files << csvPath;
-    }
-
-    if (request.pdf) {
-        PartFile pdf(pdfPath);
-        if (!pdf.open())
-            return writeFailed(pdfPath);
-        ShiftReportPdf writer(pdf.file(), texts, summary);
-        int64_t flaggedSeen = 0;
-        const int64_t flaggedTotal = std::max<int64_t>(1, summary.flagged);
-        const bool ok = !recorded || db.Select(from, to, CJournalDatabase::Rows::Flagged, [&](JournalEvent&& e) {
-            if (cancel)
-                return false;
-            if (request.filter && !HistoryMatches(*request.filter, e))
-                return true;
-            writer.AddFlagged(e);
-            ++flaggedSeen;
-            progress = int(500 + flaggedSeen * 500 / flaggedTotal);
-            return true;
-        });
-        if (cancel) {
-            result.outcome = Outcome::Cancelled;
-            return result;
-        }
-        if (!ok) {
-            result.error = texts("ReportJournalUnavailable");
-            return result;
-        }
-        if (!writer.Finish() || !pdf.commit())
-            return writeFailed(pdfPath);
-        result.files << pdfPath;
-    }
-    progress = 1000;
-    result.outcome = Outcome::Written;
-    return result;
+    return ExportRun(request, cancel, progress).Run();
 }
 
 } // namespace BodyTemperature

@@ -41,11 +41,14 @@ constexpr int kColCamera = kMargin + 370;
 constexpr int kColTemp = kMargin + 660;
 constexpr int kColMask = kMargin + 820;
 constexpr int kColPerson = kMargin + 960;
+// With stations, the camera's column shares its width with the station's.
+constexpr int kStationWidth = 130;
 
 } // namespace
 
-ShiftReportPdf::ShiftReportPdf(QIODevice& out, const ReportTexts& texts, const ShiftReportSummary& summary)
-    : m_texts(texts), m_summary(summary), m_writer(&out)
+ShiftReportPdf::ShiftReportPdf(QIODevice& out, const ReportTexts& texts, const ShiftReportSummary& summary,
+    bool stations)
+    : m_texts(texts), m_summary(summary), m_writer(&out), m_stations(stations)
 {
     m_writer.setResolution(kDpi);
     m_writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
@@ -180,7 +183,10 @@ void ShiftReportPdf::drawTableHeader()
     };
     cell(kColFace, 80, "ReportColFace");
     cell(kColTime, 280, "ReportColTime");
-    cell(kColCamera, 280, "ReportColCamera");
+    const int camera = m_stations ? kColCamera + kStationWidth : kColCamera;
+    if (m_stations)
+        cell(kColCamera, kStationWidth - 10, "ReportColStation");
+    cell(camera, kColTemp - camera - 10, "ReportColCamera");
     cell(kColTemp, 150, "ReportColTemperature");
     cell(kColMask, 130, "ReportColMask");
     cell(kColPerson, w - kMargin - kColPerson, "ReportColPerson");
@@ -205,7 +211,7 @@ void ShiftReportPdf::newPage()
     drawFooter();
 }
 
-void ShiftReportPdf::AddFlagged(const JournalEvent& e)
+void ShiftReportPdf::AddFlagged(const JournalEvent& e, const QString& station)
 {
     if (!m_ok)
         return;
@@ -226,7 +232,10 @@ void ShiftReportPdf::AddFlagged(const JournalEvent& e)
     };
     p.setFont(font(8));
     cell(kColTime, 290, ReportTexts::time(e.time), kInk);
-    cell(kColCamera, 290, QString::fromStdString(e.cameraName.empty() ? e.cameraId : e.cameraName), kInk);
+    const int camera = m_stations ? kColCamera + kStationWidth : kColCamera;
+    if (m_stations)
+        cell(kColCamera, kStationWidth, station, kInk);
+    cell(camera, kColTemp - camera, QString::fromStdString(e.cameraName.empty() ? e.cameraId : e.cameraName), kInk);
     const QString temperature = e.temperatureMeasured ? ReportTexts::temperature(e) : QStringLiteral("/");
     cell(kColTemp, 160, temperature, e.countsAbnormal() ? kAbnormal : kInk);
     cell(kColMask, 140, m_texts.mask(e), e.countsNoMask() ? kNoMask : kInk);

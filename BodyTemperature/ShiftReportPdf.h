@@ -19,12 +19,14 @@ class ReportTexts;
 
 class ShiftReportPdf final {
 public:
-    ShiftReportPdf(QIODevice& out, const ReportTexts& texts, const ShiftReportSummary& summary);
+    // `stations`: the rows come from several stations, and the table names
+    // each row's station.
+    ShiftReportPdf(QIODevice& out, const ReportTexts& texts, const ShiftReportSummary& summary, bool stations = false);
     ~ShiftReportPdf();
     ShiftReportPdf(const ShiftReportPdf&) = delete;
     ShiftReportPdf& operator=(const ShiftReportPdf&) = delete;
 
-    void AddFlagged(const JournalEvent& e);
+    void AddFlagged(const JournalEvent& e, const QString& station = QString());
     // Ends the document; false when the painter or the device failed.
     bool Finish();
 
@@ -47,6 +49,7 @@ private:
     int m_rowsFirstPage = 0;
     int m_rowsPerPage = 0;
     bool m_ok = true;
+    bool m_stations = false;
 };
 
 } // namespace BodyTemperature

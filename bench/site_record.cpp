@@ -279,6 +279,12 @@ void historyBench(testsupport::PrivatePgCluster& cluster, int64_t rows)
         }
         std::printf("  %-24s first page %7.1f ms  next page %7.1f ms  (%zu rows)\n", c.name, best, bestNext, n);
     }
+    // How the server walks the worst case: which indexes, how many rows read.
+    const CSiteHistorySource::Query worst = CSiteHistorySource::PageQuery(nothing, nullptr);
+    conn.ExecScript("SET enable_incremental_sort = off");  // as the history source reads station branches
+    const PgResult plan = conn.Exec("EXPLAIN (ANALYZE, COSTS off) " + worst.sql, worst.params, 60000);
+    for (int i = 0; plan && i < PQntuples(plan.get()); ++i)
+        std::printf("    %s\n", CSiteConnection::Value(plan, i, 0).c_str());
 }
 
 } // namespace

@@ -124,6 +124,11 @@ if [ -n "${DISPLAY:-}" ] && [ -z "${CI:-}" ]; then
 else
   SNAP="$DEMO_DIR/snapshot"
   mkdir -p "$SNAP"
+  # With the site record, a second picture: the screening history of the
+  # whole site (ScreeningHistoryWindow.png), both stations' events.
+  if [ -n "$PG_DIR" ]; then
+    ARGS+=(--operate m_pReportBtn --operate m_pHistoryScope=1)
+  fi
   if command -v xvfb-run >/dev/null 2>&1; then
     xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" \
       "$BIN/vantordesk" "${ARGS[@]}" --quit-after "${BT_DEMO_SECONDS:-12}" --snapshot "$SNAP" >"$DEMO_DIR/vantordesk.log" 2>&1

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <set>
 #include <sqlite3.h>
 
@@ -273,6 +274,20 @@ bool CJournalHistorySource::refreshValues()
         m_values.upTo = upTo;
         return true;
     }
+    // The values the journal keeps of itself; a file without that table
+    // (written before it existed, opened only for reading) is walked below.
+    // Empty without the table, else whether the values are few enough to keep.
+    auto kept = [&]() -> std::optional<bool> {
+        sqlite3_stmt* st = nullptr;
+        if (sqlite3_prepare_v2(m_db, "SELECT field, value FROM text_values", -1, &st, nullptr) != SQLITE_OK)
+            return std::nullopt;
+        size_t n = 0;
+        while (sqlite3_step(st) == SQLITE_ROW && ++n <= 2 * size_t(kMaxDistinctValues))
+            add(sqlite3_column_int(st, 0) == 0 ? m_values.names : m_values.libraries, st, 1);
+        sqlite3_finalize(st);
+        return m_values.names.size() <= size_t(kMaxDistinctValues)
+            && m_values.libraries.size() <= size_t(kMaxDistinctValues);
+    };
     // Walks the distinct values of a column through its index, one seek each.
     auto walk = [&](const char* column, std::set<std::string>& found) {
         const std::string sql = std::string("SELECT ") + column + " FROM events WHERE " + column + " > ? AND "
@@ -293,7 +308,9 @@ bool CJournalHistorySource::refreshValues()
         sqlite3_finalize(st);
         return found.size() <= size_t(kMaxDistinctValues);
     };
-    if (!walk("person_name", m_values.names) || !walk("library", m_values.libraries)) {
+    const std::optional<bool> fromTable = kept();
+    const bool ok = fromTable ? *fromTable : walk("person_name", m_values.names) && walk("library", m_values.libraries);
+    if (!ok) {
         // Too many to keep: the text is matched with LIKE from then on.
         m_values = ValueCache();
         m_values.tooMany = true;

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <algorithm>
+#include <optional>
 #include <libpq-fe.h>
 
 #include "record/HistoryMatch.h"
@@ -40,19 +41,16 @@ std::string next(PgParams& p)
     return "$" + std::to_string(p.size());
 }
 
-Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark)
+enum class Walk { NewestFirst, Arrival, OldestFirst };
+
+// The conditions every walk shares: time range, cameras, kinds, threshold, text.
+std::string commonWhere(const HistoryFilter& f, PgParams& p)
 {
-    Query q;
-    PgParams& p = q.params;
     std::string where;
     p.Int(f.from);
     where += "time >= " + next(p);
     p.Int(f.to);
     where += " AND time < " + next(p);
-    if (!f.stations.empty()) {
-        p.Text(textArray(f.stations));
-        where += " AND station = ANY(" + next(p) + "::text[])";
-    }
     if (!f.cameraIds.empty()) {
         p.Text(textArray(f.cameraIds));
         where += " AND camera_id = ANY(" + next(p) + "::text[])";
@@ -75,25 +73,59 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
         p.Text(HistoryLikePattern(f.text));
         where += " AND (person_name ILIKE " + next(p) + " OR library ILIKE " + next(p) + ")";
     }
-    if (after != nullptr) {
-        p.Int(after->time);
-        const std::string t = next(p);
-        p.Text(after->station);
-        const std::string s = next(p);
-        p.Int(after->id);
-        const std::string i = next(p);
-        where += " AND time <= " + t + " AND (time < " + t + " OR station > " + s + " OR (station = " + s
-            + " AND event_id < " + i + "))";
-    }
+    return where;
+}
+
+// Just past `after` in the walk's order.
+std::string pastKey(const HistoryKey& after, Walk walk, PgParams& p)
+{
+    p.Int(after.time);
+    const std::string t = next(p);
+    p.Text(after.station);
+    const std::string s = next(p);
+    p.Int(after.id);
+    const std::string i = next(p);
+    if (walk == Walk::OldestFirst)
+        return " AND (time, station, event_id) > (" + t + ", " + s + ", " + i + ")";
+    return " AND time <= " + t + " AND (time < " + t + " OR station > " + s + " OR (station = " + s
+        + " AND event_id < " + i + "))";
+}
+
+Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark, Walk walk)
+{
+    Query q;
+    PgParams& p = q.params;
+    std::string where = commonWhere(f, p);
+    if (after != nullptr)
+        where += pastKey(*after, walk, p);
     // Newer rows are taken in arrival order, so a burst larger than a page
     // comes over several calls rather than being skipped.
-    const std::string order = watermark != nullptr ? " ORDER BY seq" : " ORDER BY time DESC, station, event_id DESC";
     if (watermark != nullptr) {
         p.Int(*watermark);
         where += " AND seq > " + next(p);
     }
-    q.sql = std::string("SELECT ") + kColumns + " FROM bt_events WHERE " + where + order + " LIMIT "
-        + std::to_string(std::max(1, f.pageSize) + 1);
+    const char* order = walk == Walk::Arrival ? " ORDER BY seq"
+        : walk == Walk::OldestFirst           ? " ORDER BY time, station, event_id"
+                                              : " ORDER BY time DESC, station, event_id DESC";
+    const std::string limit = " LIMIT " + std::to_string(std::max(1, f.pageSize) + 1);
+    if (f.stations.empty()) {
+        q.sql = std::string("SELECT ") + kColumns + " FROM bt_events WHERE " + where + order + limit;
+        return q;
+    }
+    // One branch per station, each walking that station's own index range in
+    // order: a station with few (or no) matching rows costs next to nothing,
+    // where one walk over all stations' rows would read the whole range.
+    const char* branchOrder = walk == Walk::Arrival ? " ORDER BY seq"
+        : walk == Walk::OldestFirst                 ? " ORDER BY time, event_id"
+                                                    : " ORDER BY time DESC, event_id DESC";
+    std::string branches;
+    for (const std::string& station : f.stations) {
+        p.Text(station);
+        branches += std::string(branches.empty() ? "(" : " UNION ALL (") + "SELECT " + kColumns
+            + " FROM bt_events WHERE station = " + next(p) + " AND " + where + branchOrder + limit + ")";
+    }
+    q.sql = std::string("SELECT * FROM (") + branches + ") b" + order + limit;
+    q.stationBranches = true;
     return q;
 }
 
@@ -146,12 +178,17 @@ CSiteHistorySource::~CSiteHistorySource() = default;
 
 Query CSiteHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after)
 {
-    return build(filter, after, nullptr);
+    return build(filter, after, nullptr, Walk::NewestFirst);
+}
+
+Query CSiteHistorySource::ScanQuery(const HistoryFilter& filter, const HistoryKey* after)
+{
+    return build(filter, after, nullptr, Walk::OldestFirst);
 }
 
 Query CSiteHistorySource::NewerQuery(const HistoryFilter& filter, int64_t watermark)
 {
-    return build(filter, nullptr, &watermark);
+    return build(filter, nullptr, &watermark, Walk::Arrival);
 }
 
 void CSiteHistorySource::Cancel()
@@ -175,6 +212,13 @@ IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize,
     // One snapshot: the arrival position and the page agree, so the next
     // Newer() neither misses nor repeats a row that was committed then.
     if (!m_conn.ExecScript("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"))
+        return failed();
+    // Per-station branches: the planner, expecting a station's share of any
+    // kind, would rather walk a time-ordered index of every station's rows
+    // and sort the ties as it goes, which reads the whole range when the
+    // station has few such rows. Without that step it walks the station's
+    // own index, already in page order.
+    if (query.stationBranches && !m_conn.ExecScript("SET LOCAL enable_incremental_sort = off"))
         return failed();
     const PgResult top = m_conn.Exec("SELECT COALESCE(MAX(seq), 0) FROM bt_events");
     if (!top)
@@ -204,6 +248,25 @@ IHistorySource::Result CSiteHistorySource::Page(const HistoryFilter& filter, con
     HistoryPage& page, QString& error)
 {
     return run(PageQuery(filter, after), std::max(1, filter.pageSize), page, error);
+}
+
+IHistorySource::Result CSiteHistorySource::Scan(const HistoryFilter& filter,
+    const std::function<bool(HistoryRow&&)>& take, QString& error)
+{
+    std::optional<HistoryKey> after;
+    for (;;) {
+        HistoryPage page;
+        const Result r = run(ScanQuery(filter, after ? &*after : nullptr), std::max(1, filter.pageSize), page, error);
+        if (r != Result::Ok || page.rows.empty())
+            return r;
+        after = page.rows.back().key();
+        for (HistoryRow& row : page.rows) {
+            if (!take(std::move(row)))
+                return Result::Ok;
+        }
+        if (!page.hasMore)
+            return Result::Ok;
+    }
 }
 
 IHistorySource::Result CSiteHistorySource::Newer(const HistoryFilter& filter, int64_t watermark, HistoryPage& page,

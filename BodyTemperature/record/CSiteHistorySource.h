@@ -6,6 +6,7 @@
 // dropped (the server stops the statement within a second) and the next
 // query connects again.
 #include <QString>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,13 +28,21 @@ public:
     Result Newer(const HistoryFilter& filter, int64_t watermark, HistoryPage& page, QString& error) override;
     void Cancel() override;
 
+    // Every row matching `filter`, oldest first, handed to `take` one at a
+    // time (false stops the walk), read in pages so a long range never sits
+    // in memory. What the whole site's shift report reads. Blocking; any
+    // thread that owns the source.
+    Result Scan(const HistoryFilter& filter, const std::function<bool(HistoryRow&&)>& take, QString& error);
+
     // A statement and its parameters, in order (also what the bench explains).
     struct Query {
         std::string sql;
         PgParams params;
+        bool stationBranches = false;  // one branch per station (read without incremental sorts)
     };
     static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after);
     static Query NewerQuery(const HistoryFilter& filter, int64_t watermark);
+    static Query ScanQuery(const HistoryFilter& filter, const HistoryKey* after);
 
 private:
     Result run(const Query& query, int pageSize, HistoryPage& page, QString& error);

@@ -2547,6 +2547,10 @@
         <translation>Camera</translation>
     </message>
     <message>
+        <source>ReportColStation</source>
+        <translation>Station</translation>
+    </message>
+    <message>
         <source>ReportColEventCode</source>
         <translation>Event code</translation>
     </message>
@@ -2633,6 +2637,10 @@
     <message>
         <source>ReportJournalUnavailable</source>
         <translation>The screening record cannot be read.</translation>
+    </message>
+    <message>
+        <source>ReportSiteUnavailable</source>
+        <translation>The site record cannot be read. Check the connection to the site&apos;s database server.</translation>
     </message>
     <message>
         <source>ReportTitle</source>

@@ -2547,6 +2547,10 @@
         <translation>通道</translation>
     </message>
     <message>
+        <source>ReportColStation</source>
+        <translation>工作站</translation>
+    </message>
+    <message>
         <source>ReportColEventCode</source>
         <translation>事件代码</translation>
     </message>
@@ -2633,6 +2637,10 @@
     <message>
         <source>ReportJournalUnavailable</source>
         <translation>无法读取筛查记录。</translation>
+    </message>
+    <message>
+        <source>ReportSiteUnavailable</source>
+        <translation>无法读取站点记录，请检查与站点数据库服务器的连接。</translation>
     </message>
     <message>
         <source>ReportTitle</source>

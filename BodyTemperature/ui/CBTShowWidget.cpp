@@ -434,8 +434,10 @@ void CBTShowWidget::OnShowReportDialog()
         options.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
         // With a site record the window can also search every station's rows.
         const clientcommonlogical::SiteRecordConfig site = clientcommonlogical::CConfigMgr::Instance()->GetSiteRecord();
-        if (site.IsSet())
+        if (site.IsSet()) {
             options.site = std::make_unique<CSiteHistorySource>(site);
+            options.siteRecord = std::make_shared<const clientcommonlogical::SiteRecordConfig>(site);
+        }
         m_pHistoryWindow = new CHistoryWindow(parentWidget() != nullptr ? parentWidget() : this,
             m_pRecord->JournalPath(), m_pRecord->OpenedAt(), std::move(options));
         m_pHistoryWindow->setAttribute(Qt::WA_DeleteOnClose);

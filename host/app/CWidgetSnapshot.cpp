@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -48,13 +49,33 @@ bool Write(const QString& folder, QWidget* mainWindow)
     if (mainWindow)
         ok = mainWindow->grab().save(QDir(folder).filePath(QStringLiteral("window.png")), "PNG") && ok;
     QJsonArray tops;
-    for (QWidget* w : QApplication::topLevelWidgets())
+    for (QWidget* w : QApplication::topLevelWidgets()) {
         tops.append(Describe(w));
+        if (w != mainWindow && w->isVisible() && !w->objectName().isEmpty())
+            ok = w->grab().save(QDir(folder).filePath(w->objectName() + QStringLiteral(".png")), "PNG") && ok;
+    }
     QFile file(QDir(folder).filePath(QStringLiteral("widgets.json")));
     if (!file.open(QIODevice::WriteOnly))
         return false;
     file.write(QJsonDocument(tops).toJson());
     return ok;
+}
+
+void Operate(const QStringList& steps)
+{
+    for (const QString& step : steps) {
+        const QString name = step.section(QLatin1Char('='), 0, 0);
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            QWidget* w = top->objectName() == name ? top : top->findChild<QWidget*>(name);
+            if (auto* button = qobject_cast<QAbstractButton*>(w))
+                button->click();
+            else if (auto* box = qobject_cast<QComboBox*>(w))
+                box->setCurrentIndex(step.section(QLatin1Char('='), 1).toInt());
+            else
+                continue;
+            break;
+        }
+    }
 }
 
 } // namespace WidgetSnapshot

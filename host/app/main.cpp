@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QTranslator>
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -64,7 +65,11 @@ int main(int argc, char** argv)
     QCommandLineOption stateOpt(QStringLiteral("state"), QStringLiteral("Page-state file."), QStringLiteral("FILE"));
     QCommandLineOption dataOpt(QStringLiteral("data-dir"), QStringLiteral("Per-user component folder."),
         QStringLiteral("DIR"));
-    parser.addOptions({modulesOpt, configOpt, openOpt, languageOpt, quitOpt, snapshotOpt, stateOpt, dataOpt});
+    QCommandLineOption operateOpt(QStringLiteral("operate"),
+        QStringLiteral("With --quit-after, from 4 s before the end: click the button NAME, or choose item N of the"
+                       " list box NAME (NAME=N); repeatable, done in order a second apart."),
+        QStringLiteral("NAME[=N]"));
+    parser.addOptions({modulesOpt, configOpt, openOpt, languageOpt, quitOpt, snapshotOpt, stateOpt, dataOpt, operateOpt});
     parser.process(app);
 
     Base::Log::Init();
@@ -93,6 +98,16 @@ int main(int argc, char** argv)
     if (parser.isSet(openOpt))
         window.OpenPage(parser.value(openOpt));
 
+    if (parser.isSet(quitOpt) && parser.isSet(operateOpt)) {
+        // A second apart, so that what one step starts (a query, a window) has
+        // settled before the next.
+        const QStringList steps = parser.values(operateOpt);
+        const int at = std::max(0, static_cast<int>(parser.value(quitOpt).toDouble() * 1000) - 4000);
+        for (int i = 0; i < steps.size(); ++i) {
+            const QString step = steps.at(i);
+            QTimer::singleShot(at + 1000 * i, &window, [step]() { WidgetSnapshot::Operate({step}); });
+        }
+    }
     if (parser.isSet(quitOpt)) {
         const QString snapshot = parser.value(snapshotOpt);
         QTimer::singleShot(static_cast<int>(parser.value(quitOpt).toDouble() * 1000), &window, [&window, snapshot]() {

@@ -9,8 +9,13 @@
 #include <sys/socket.h>
 #include <QThread>
 #include <csignal>
+#include <fcntl.h>
+#include <grp.h>
 #include <pwd.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace testsupport {
 
@@ -110,9 +115,9 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
     if (!error.isEmpty())
         return error;
     m_port = freeLoopbackPort();
-    m_options = QStringList{QStringLiteral("-p %1").arg(m_port), QStringLiteral("-k ") + m_dir.path(),
-        QStringLiteral("-c listen_addresses=127.0.0.1"), QStringLiteral("-c fsync=off"),
-        QStringLiteral("-c max_connections=60")};
+    m_options = QStringList{QStringLiteral("-p"), QString::number(m_port), QStringLiteral("-k"), m_dir.path(),
+        QStringLiteral("-c"), QStringLiteral("listen_addresses=127.0.0.1"), QStringLiteral("-c"),
+        QStringLiteral("fsync=off"), QStringLiteral("-c"), QStringLiteral("max_connections=60")};
     if (!certFile.isEmpty()) {
         // The server wants its key owned by itself and private.
         for (const auto& [from, to] : {std::pair<QString, QString>{certFile, QStringLiteral("server.crt")},
@@ -123,25 +128,72 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
             QFile::setPermissions(m_dir.filePath(to), QFile::ReadOwner | QFile::WriteOwner);
             giveToServerUser(m_dir.filePath(to));
         }
-        m_options << QStringLiteral("-c ssl=on") << QStringLiteral("-c ssl_cert_file=") + m_dir.filePath(QStringLiteral("server.crt"))
-                  << QStringLiteral("-c ssl_key_file=") + m_dir.filePath(QStringLiteral("server.key"));
+        m_options << QStringLiteral("-c") << QStringLiteral("ssl=on") << QStringLiteral("-c")
+                  << QStringLiteral("ssl_cert_file=") + m_dir.filePath(QStringLiteral("server.crt"))
+                  << QStringLiteral("-c") << QStringLiteral("ssl_key_file=") + m_dir.filePath(QStringLiteral("server.key"));
     }
     return startServer();
 }
 
 QString PrivatePgCluster::startServer()
 {
-    const QString error = run({kBin + QStringLiteral("pg_ctl"), QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")),
-                                  QStringLiteral("-o"), m_options.join(QLatin1Char(' ')), QStringLiteral("-l"),
-                                  m_dir.filePath(QStringLiteral("log")), QStringLiteral("-w"), QStringLiteral("start")},
-        true);
-    m_running = error.isEmpty();
-    if (!m_running) {
-        QFile log(m_dir.filePath(QStringLiteral("log")));
-        log.open(QIODevice::ReadOnly);
-        return error + QString::fromLocal8Bit(log.readAll().right(1500));
+    // The server runs as this process's own child, not daemonized, and dies
+    // with it (PR_SET_PDEATHSIG): a test that crashes or is killed leaves no
+    // server behind. Everything the child needs is prepared before the fork.
+    std::vector<QByteArray> args{QFile::encodeName(kBin + QStringLiteral("postgres")), QByteArrayLiteral("-D"),
+        QFile::encodeName(m_dir.filePath(QStringLiteral("data")))};
+    for (const QString& option : m_options)
+        args.push_back(option.toLocal8Bit());
+    std::vector<char*> argv;
+    for (QByteArray& a : args)
+        argv.push_back(a.data());
+    argv.push_back(nullptr);
+    const passwd* pw = isRoot() ? ::getpwnam("postgres") : nullptr;
+    const uid_t uid = pw != nullptr ? pw->pw_uid : ::getuid();
+    const gid_t gid = pw != nullptr ? pw->pw_gid : ::getgid();
+    const QString logPath = m_dir.filePath(QStringLiteral("log"));
+    const int log = ::open(QFile::encodeName(logPath).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    if (log < 0)
+        return QStringLiteral("cannot write %1").arg(logPath);
+    const pid_t parent = ::getpid();
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        // Only async-signal-safe calls here. The death signal is set after
+        // the change of user, which would clear it.
+        if (pw != nullptr && (::setgroups(0, nullptr) != 0 || ::setgid(gid) != 0 || ::setuid(uid) != 0))
+            ::_exit(126);
+        if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || ::getppid() != parent)
+            ::_exit(126);
+        ::dup2(log, STDOUT_FILENO);
+        ::dup2(log, STDERR_FILENO);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
     }
-    return error;
+    ::close(log);
+    if (pid < 0)
+        return QStringLiteral("fork failed");
+    m_pid = pid;
+    m_running = true;
+    // Ready when the lock file's status line says so.
+    for (int i = 0; i < 6000; ++i) {
+        int status = 0;
+        if (::waitpid(pid, &status, WNOHANG) == pid) {
+            m_pid = 0;
+            m_running = false;
+            QFile text(logPath);
+            text.open(QIODevice::ReadOnly);
+            return QStringLiteral("the server exited: ") + QString::fromLocal8Bit(text.readAll().right(1500));
+        }
+        QFile lock(m_dir.filePath(QStringLiteral("data/postmaster.pid")));
+        if (lock.open(QIODevice::ReadOnly)) {
+            const QList<QByteArray> lines = lock.readAll().split('\n');
+            if (lines.size() > 7 && lines.at(0).trimmed().toLongLong() == pid && lines.at(7).trimmed() == "ready")
+                return QString();
+        }
+        QThread::msleep(10);
+    }
+    Stop();
+    return QStringLiteral("the server did not become ready");
 }
 
 QString PrivatePgCluster::Restart()
@@ -149,17 +201,9 @@ QString PrivatePgCluster::Restart()
     return startServer();
 }
 
-qint64 PrivatePgCluster::postmasterPid() const
-{
-    QFile pid(m_dir.filePath(QStringLiteral("data/postmaster.pid")));
-    if (!pid.open(QIODevice::ReadOnly))
-        return 0;
-    return pid.readLine().trimmed().toLongLong();
-}
-
 void PrivatePgCluster::KillHard()
 {
-    const qint64 pid = postmasterPid();
+    const pid_t pid = m_pid;
     if (pid <= 0)
         return;
     // The server's own processes first (children of the postmaster), then itself.
@@ -177,16 +221,16 @@ void PrivatePgCluster::KillHard()
         if (fields.size() > 1 && fields.at(1).toLongLong() == pid)
             victims << child;
     }
-    ::kill(pid_t(pid), SIGKILL);
+    ::kill(pid, SIGKILL);
     for (qint64 child : victims)
         ::kill(pid_t(child), SIGKILL);
-    for (int i = 0; i < 500 && processAlive(pid); ++i)
-        QThread::msleep(10);
-    // A dead server's lock file names a process that may linger as a zombie
-    // (nobody here reaps it), which a new server would take for a live one.
+    ::waitpid(pid, nullptr, 0);
+    for (qint64 child : victims) {
+        for (int i = 0; i < 500 && processAlive(child); ++i)
+            QThread::msleep(10);
+    }
     QFile::remove(m_dir.filePath(QStringLiteral("data/postmaster.pid")));
-    QFile::remove(m_dir.filePath(QStringLiteral(".s.PGSQL.%1.lock").arg(m_port)));
-    QFile::remove(m_dir.filePath(QStringLiteral(".s.PGSQL.%1").arg(m_port)));
+    m_pid = 0;
     m_running = false;
 }
 
@@ -194,10 +238,17 @@ void PrivatePgCluster::Stop()
 {
     if (!m_running)
         return;
-    run({kBin + QStringLiteral("pg_ctl"), QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")),
-            QStringLiteral("-m"), QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")},
-        true);
-    m_running = false;
+    // Immediate shutdown; SIGKILL if it does not go within 10 s.
+    ::kill(m_pid, SIGQUIT);
+    for (int i = 0; i < 1000; ++i) {
+        if (::waitpid(m_pid, nullptr, WNOHANG) == m_pid) {
+            m_pid = 0;
+            m_running = false;
+            return;
+        }
+        QThread::msleep(10);
+    }
+    KillHard();
 }
 
 clientcommonlogical::SiteRecordConfig PrivatePgCluster::Site(const std::string& station) const

@@ -2,11 +2,14 @@
 // A PostgreSQL cluster private to one test program (Debian's postgresql-15):
 // created in a temporary folder, listening on a free loopback port, user
 // "bt" with a password, optionally with TLS. As root the server runs as the
-// package's "postgres" user (it refuses root). Stopped when destroyed; can
-// be killed with SIGKILL and started again on the same files and port.
+// package's "postgres" user (it refuses root). The server is a child of the
+// thread that starts it and dies with the process, however that ends.
+// Stopped when destroyed; can be killed with SIGKILL and started again on
+// the same files and port. Start, Restart, KillHard and Stop on one thread.
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <sys/types.h>
 
 #include "clientcommonlogical/CConfigMgr.h"
 
@@ -37,12 +40,12 @@ public:
 private:
     QString run(const QStringList& command, bool asServerUser) const;
     QString startServer();
-    qint64 postmasterPid() const;
 
     QTemporaryDir m_dir;
     int m_port = 0;
     QStringList m_options;
     bool m_running = false;
+    pid_t m_pid = 0;
 };
 
 // A free loopback port at the moment of asking.

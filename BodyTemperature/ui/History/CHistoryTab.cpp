@@ -105,7 +105,7 @@ QHBoxLayout* CHistoryTab::buildRangeRow(bool hasSite)
 
     auto* exportBtn = new QPushButton(tr("HistoryExport"), this);
     exportBtn->setObjectName(QStringLiteral("m_pHistoryExport"));
-    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe()); });
+    connect(exportBtn, &QPushButton::clicked, this, [this] { emit signalExport(m_filter, Describe(), m_site); });
 
     auto* top = new QHBoxLayout();
     top->addWidget(new QLabel(tr("HistoryRange"), this));
@@ -318,6 +318,8 @@ QString CHistoryTab::Describe() const
         parts << QStringLiteral("\u2265 %1 \u00b0C").arg(m_filter.thresholdCelsius, 0, 'f', 1);
     if (!m_filter.text.empty())
         parts << QStringLiteral("\"%1\"").arg(QString::fromStdString(m_filter.text));
+    if (m_site)
+        parts.prepend(tr("HistoryScopeSite"));
     return parts.isEmpty() ? tr("HistoryAllEvents") : parts.join(QStringLiteral("; "));
 }
 

@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "clientcommonlogical/CConfigMgr.h"
 #include "record/CHistoryQueryWorker.h"
 
 class QCheckBox;
@@ -41,6 +42,8 @@ public:
     struct Options {
         std::unique_ptr<IHistorySource> station;
         std::unique_ptr<IHistorySource> site;  // nullptr: no scope selector
+        // Where the site source reads (the report of the site scope reads there too).
+        std::shared_ptr<const clientcommonlogical::SiteRecordConfig> siteRecord;
         std::vector<std::pair<std::string, QString>> cameras;  // id, name (the page's camera model)
         QDateTime shiftStart;                                 // "this shift" starts here
         int language = 2;                                     // 1 Chinese
@@ -55,7 +58,8 @@ public:
     QString Describe() const;
 
 signals:
-    void signalExport(const BodyTemperature::HistoryFilter& filter, const QString& description);
+    // `site`: the filter is of the whole site's rows (the site scope).
+    void signalExport(const BodyTemperature::HistoryFilter& filter, const QString& description, bool site);
 
 private:
     QHBoxLayout* buildRangeRow(bool hasSite);

@@ -15,6 +15,7 @@ CHistoryWindow::CHistoryWindow(QWidget* parent, const QString& journalPath, cons
     setObjectName(QStringLiteral("ScreeningHistoryWindow"));
     setWindowTitle(tr("HistoryWindowTitle"));
     tab.station = std::make_unique<CJournalHistorySource>(journalPath);
+    std::shared_ptr<const clientcommonlogical::SiteRecordConfig> siteRecord = tab.siteRecord;
     if (!tab.shiftStart.isValid())
         tab.shiftStart = pageOpenedAt;
 
@@ -33,8 +34,8 @@ CHistoryWindow::CHistoryWindow(QWidget* parent, const QString& journalPath, cons
     resize(1400, 860);
 
     connect(m_pHistory, &CHistoryTab::signalExport, this,
-        [this](const HistoryFilter& filter, const QString& description) {
-            m_pReport->SetFilter(filter, description);
+        [this, siteRecord](const HistoryFilter& filter, const QString& description, bool site) {
+            m_pReport->SetFilter(filter, description, site ? siteRecord : nullptr);
             m_pTabs->setCurrentWidget(m_pReport);
         });
     // The report's own close button closes the window it sits in.

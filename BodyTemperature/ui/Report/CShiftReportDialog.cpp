@@ -144,6 +144,7 @@ void CShiftReportDialog::addFilterRow(QGridLayout* body, QWidget* frame)
     body->addWidget(m_pFilterRow, 5, 0, 1, 2);
     connect(clearFilter, &QPushButton::clicked, this, [this] {
         m_filter.reset();
+        m_site.reset();
         m_pFilterRow->hide();
     });
 }
@@ -192,9 +193,11 @@ bool CShiftReportDialog::IsExporting() const
     return m_pWatcher->isRunning();
 }
 
-void CShiftReportDialog::SetFilter(const HistoryFilter& filter, const QString& description)
+void CShiftReportDialog::SetFilter(const HistoryFilter& filter, const QString& description,
+    std::shared_ptr<const clientcommonlogical::SiteRecordConfig> site)
 {
     m_filter = std::make_shared<const HistoryFilter>(filter);
+    m_site = std::move(site);
     const QDateTime now = QDateTime::currentDateTime();
     m_pFrom->setDateTime(QDateTime::fromSecsSinceEpoch(filter.from));
     m_pTo->setDateTime(filter.to > now.addSecs(60).toSecsSinceEpoch() ? now.addSecs(60)
@@ -262,6 +265,7 @@ void CShiftReportDialog::onExport()
     request.pdf = m_pPdf->isChecked();
     request.language = clientcommonlogical::CConfigMgr::Instance()->GetLanguage();
     request.filter = m_filter;
+    request.site = m_site;
     m_job = std::make_shared<Job>();
     std::shared_ptr<Job> job = m_job;
     m_pProgress->setValue(0);

@@ -37,8 +37,10 @@ public:
 
     // The screening history's Export: the range becomes the filter's (its open
     // end the current time) and only the filter's rows are written until the
-    // operator clears it; `description` says what it keeps.
-    void SetFilter(const HistoryFilter& filter, const QString& description);
+    // operator clears it; `description` says what it keeps. With `site`, the
+    // report covers every station's rows in the site record.
+    void SetFilter(const HistoryFilter& filter, const QString& description,
+        std::shared_ptr<const clientcommonlogical::SiteRecordConfig> site = nullptr);
 
 signals:
     void signalExportFinished(bool ok);
@@ -79,6 +81,7 @@ private:
     QWidget* m_pFilterRow = nullptr;
     QLabel* m_pFilterLbl = nullptr;
     std::shared_ptr<const HistoryFilter> m_filter;
+    std::shared_ptr<const clientcommonlogical::SiteRecordConfig> m_site;
     std::shared_ptr<Job> m_job;
     QFutureWatcher<CShiftReportExporter::Result>* m_pWatcher = nullptr;
 };

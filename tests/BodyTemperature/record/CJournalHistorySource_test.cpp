@@ -259,6 +259,7 @@ TEST_F(HistorySourceTest, AnOlderJournalGainsTheIndexesAndKeepsItsRows)
     HistoryFilter f;
     f.kinds = HistoryFilter::KindAbnormal;
     f.cameraIds = {"cam-1"};
+    f.text = "OL";  // found in the names the upgrade gathered
     HistoryPage page;
     QString error;
     ASSERT_EQ(source.Page(f, nullptr, page, error), IHistorySource::Result::Ok) << qPrintable(error);
