@@ -28,6 +28,8 @@
 
 #include "playwindow/CStreamSource.h"
 
+struct AVFrame;
+
 namespace playwindow {
 
 class CAudioOutput;
@@ -84,9 +86,23 @@ public:
 
 private:
     struct Session;
+    struct Playback;
     void Run();
     // Plays until the stream fails; true when pictures came. final: do not retry.
     bool RunOnce(QString& failure, State& final);
+    // The steps of a session; false (with failure, and final when retrying is
+    // pointless) ends it.
+    bool OpenInput(Session& s, QString& failure, State& final);
+    bool OpenCodecs(Session& s, QString& failure, State& final);
+    bool DecodeVideo(Session& s, Playback& play, QString& failure);
+    // Whether the decoded picture may be shown (whole, from a key frame on).
+    bool Admit(Session& s, Playback& play);
+    void Lost(Playback& play, int count);
+    // The picture at the size its window shows it, in RGB (null on failure).
+    QImage ConvertPicture(Session& s, const AVFrame& frame);
+    bool ScaleToYuv(Session& s, const AVFrame& frame, int format, int w, int h);
+    void Publish(QImage picture);
+    void PlayAudio(Session& s);
     bool WaitBackoff(int ms);
     static int InterruptCallback(void* opaque);
     QImage& PooledImage(int w, int h);
