@@ -21,6 +21,8 @@
 // Other processes on the machine move the figures: compare within a run.
 // Usage: rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
 //        rtsp_windows --quick [only: ...]   (4 s per run, 2 rounds: the whole table in about ten minutes)
+// --snapshot DIR (before the rest) writes what the host's windows paint, one
+// PNG per row (host-h264-sub-4.png), to look at.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -29,6 +31,7 @@
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -166,6 +169,8 @@ struct HostRun : Run {
     double perPictureMs = 0, decodeMs = 0, convertMs = 0, paintMs = 0, guiRestMs = 0, xMs = 0;
 };
 
+QString g_snapshotDir;
+
 HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 xPid)
 {
     QWidget top(nullptr, Qt::FramelessWindowHint);
@@ -187,6 +192,13 @@ HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 
         return true;
     }, 10000);
     Spin(1000);
+    if (!g_snapshotDir.isEmpty()) {
+        const QUrl first(urls.value(0));
+        top.grab().save(QStringLiteral("%1/host%2-%3.png")
+                            .arg(g_snapshotDir, first.path().mid(first.path().indexOf(QLatin1Char('/'), 1))
+                                                    .replace(QLatin1Char('/'), QLatin1Char('-')))
+                            .arg(grid.count));
+    }
     std::vector<uint64_t> dec0, paint0;
     CStreamPlayWindowWithTask::StepCost cost0;
     for (auto* w : windows) {
@@ -343,6 +355,11 @@ int main(int argc, char** argv)
     QStringList filters;
     for (int i = 1; i < argc; ++i)
         filters << QString::fromLatin1(argv[i]);
+    const int snapshotAt = filters.indexOf(QStringLiteral("--snapshot"));
+    if (snapshotAt >= 0 && snapshotAt + 1 < filters.size()) {
+        g_snapshotDir = filters.takeAt(snapshotAt + 1);
+        filters.removeAt(snapshotAt);
+    }
     // --quick takes no figures of its own: what follows it only picks rows.
     const bool quick = filters.removeAll(QStringLiteral("--quick")) > 0;
     int seconds = quick ? 4 : 6;

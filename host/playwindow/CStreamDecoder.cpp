@@ -295,6 +295,7 @@ QString TransportFailure(const std::pair<int, int>& error, CStreamDecoder::State
     default: return QStringLiteral("transfer failed [%1-%2]").arg(error.first).arg(error.second);
     }
 }
+
 // What FFmpeg's own refusal to open means when the guard held the password back.
 QString GuardRefusal(CRtspAuthGuard::Refusal refusal, const QString& failure, CStreamDecoder::State& final)
 {

@@ -60,7 +60,8 @@ public:
 
     // The size of the area the picture is shown in; the picture keeps its aspect.
     void SetTargetSize(const QSize& size);
-    // Takes the newest picture (null when none is waiting).
+    // Takes the newest picture (null when none is waiting). Its rows may be
+    // padded past the width (bytesPerLine): compare pictures row by row.
     QImage TakeFrame();
     // Whether the window is seen. Unseen, only key frames are decoded and
     // converted (a few a second, so the picture is current when it shows
