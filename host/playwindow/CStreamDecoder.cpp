@@ -7,15 +7,13 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/imgutils.h>
 #include <libswresample/swresample.h>
-#include <libswscale/swscale.h>
 }
 
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
 #include "playwindow/CKeyFrameGate.h"
-#include "playwindow/CPictureFit.h"
+#include "playwindow/CPictureConverter.h"
 #include "playwindow/CRtpLossLog.h"
 #include "playwindow/CSignalQuality.h"
 #include "commlayer/CommErrors.h"
@@ -51,26 +49,6 @@ QString AvError(int code)
     return QString::fromUtf8(buf);
 }
 
-// The JPEG pixel formats are deprecated aliases: use the plain ones and tell
-// the scaler the range instead, which also keeps it from warning per frame.
-AVPixelFormat PlainFormat(int fmt, bool& fullRange)
-{
-    switch (fmt) {
-    case AV_PIX_FMT_YUVJ420P: fullRange = true; return AV_PIX_FMT_YUV420P;
-    case AV_PIX_FMT_YUVJ422P: fullRange = true; return AV_PIX_FMT_YUV422P;
-    case AV_PIX_FMT_YUVJ444P: fullRange = true; return AV_PIX_FMT_YUV444P;
-    case AV_PIX_FMT_YUVJ440P: fullRange = true; return AV_PIX_FMT_YUV440P;
-    default: return static_cast<AVPixelFormat>(fmt);
-    }
-}
-
-// The converter's fast paths write whole blocks of 16 pixels: a row padded to
-// them keeps its neighbour (and the end of the buffer) untouched.
-int PaddedStride(int width)
-{
-    return ((width + 15) & ~15) * 4;
-}
-
 void QuietFfmpegOnce()
 {
     static std::once_flag once;
@@ -89,9 +67,7 @@ struct CStreamDecoder::Session {
     AVFormatContext* fmt = nullptr;
     AVCodecContext* video = nullptr;
     AVCodecContext* audio = nullptr;
-    SwsContext* sws = nullptr;    // to RGB at the shown size
-    SwsContext* scale = nullptr;  // to the shown size, in YUV
-    AVFrame* scaled = nullptr;
+    CPictureConverter converter;
     SwrContext* swr = nullptr;
     AVPacket* pkt = nullptr;
     AVFrame* frame = nullptr;
@@ -106,9 +82,6 @@ struct CStreamDecoder::Session {
             g_liveDecoders.fetch_sub(1);
         avcodec_free_context(&video);
         avcodec_free_context(&audio);
-        sws_freeContext(sws);
-        sws_freeContext(scale);
-        av_frame_free(&scaled);
         swr_free(&swr);
         av_packet_free(&pkt);
         av_frame_free(&frame);
@@ -199,27 +172,6 @@ bool CStreamDecoder::EnableSound(bool on)
     m_audio = std::move(out);
     m_bSound = true;
     return true;
-}
-
-QImage& CStreamDecoder::PooledImage(int w, int h)
-{
-    // A picture is reused once nobody else holds it (the window has moved on
-    // to a newer one), which saves an allocation and page faults per picture.
-    for (QImage& img : m_pool) {
-        if (img.isDetached() && img.width() == w && img.height() == h)
-            return img;
-    }
-    QImage* slot = &m_pool[0];  // when every picture is still held (the window is behind): the oldest
-    for (QImage& img : m_pool) {
-        if (img.isNull() || img.isDetached()) {
-            slot = &img;
-            break;
-        }
-    }
-    const int stride = PaddedStride(w);
-    auto* bytes = static_cast<uchar*>(av_malloc(size_t(stride) * size_t(h)));
-    *slot = bytes != nullptr ? QImage(bytes, w, h, stride, QImage::Format_RGB32, &av_free, bytes) : QImage();
-    return *slot;
 }
 
 int CStreamDecoder::InterruptCallback(void* opaque)
@@ -529,7 +481,14 @@ bool CStreamDecoder::DecodeVideo(Session& s, Playback& play, QString& failure)
         const int64_t decoded = ThreadCpuNs();
         m_decodeNs += uint64_t(decoded - mark);
         mark = decoded;
-        QImage picture = Admit(s, play) ? ConvertPicture(s, *s.frame) : QImage();
+        QImage picture;
+        if (Admit(s, play)) {
+            const uint64_t target = m_targetSize.load();
+            picture = s.converter.Convert(*s.frame,
+                QSize(static_cast<int>(target >> 32), static_cast<int>(target & 0xffffffffu)));
+            if (picture.isNull())
+                ++m_badPackets;
+        }
         av_frame_unref(s.frame);
         if (!picture.isNull()) {
             ++m_decoded;
@@ -567,73 +526,6 @@ bool CStreamDecoder::Admit(Session& s, Playback& play)
         return false;
     }
     return true;
-}
-
-QImage CStreamDecoder::ConvertPicture(Session& s, const AVFrame& frame)
-{
-    const uint64_t target = m_targetSize.load();
-    const QSize shown = CPictureFit::Shown(QSize(frame.width, frame.height),
-        QSize(static_cast<int>(target >> 32), static_cast<int>(target & 0xffffffffu)));
-    const int w = shown.width(), h = shown.height();
-    bool fullRange = frame.color_range == AVCOL_RANGE_JPEG;
-    AVPixelFormat format = PlainFormat(frame.format, fullRange);
-    const uint8_t* const* planes = frame.data;
-    const int* strides = frame.linesize;
-    if (shown != QSize(frame.width, frame.height) || format != AV_PIX_FMT_YUV420P) {
-        // Scaled in YUV first, then converted without scaling: the converter's
-        // fast path takes only unscaled pictures, and the two steps together
-        // cost about half of one scaling conversion to RGB.
-        if (!ScaleToYuv(s, frame, format, w, h)) {
-            ++m_badPackets;
-            return QImage();
-        }
-        planes = s.scaled->data;
-        strides = s.scaled->linesize;
-        format = AV_PIX_FMT_YUV420P;
-    }
-    s.sws = sws_getCachedContext(s.sws, w, h, format, w, h, AV_PIX_FMT_RGB32, SWS_FAST_BILINEAR, nullptr, nullptr,
-        nullptr);
-    if (s.sws == nullptr) {
-        ++m_badPackets;
-        return QImage();
-    }
-    const int* coeffs = sws_getCoefficients(SWS_CS_DEFAULT);
-    int* invTable = nullptr; int* table = nullptr; int srcRange = 0, dstRange = 0, b = 0, c = 0, sat = 0;
-    if (sws_getColorspaceDetails(s.sws, &invTable, &srcRange, &table, &dstRange, &b, &c, &sat) >= 0
-        && srcRange != int(fullRange))
-        sws_setColorspaceDetails(s.sws, coeffs, fullRange ? 1 : 0, coeffs, 1, b, c, sat);
-    // Written in place (the pool holds the only reference), then shared with the window.
-    QImage& pooled = PooledImage(w, h);
-    if (pooled.isNull())
-        return QImage();
-    uint8_t* dst[4] = {pooled.bits(), nullptr, nullptr, nullptr};
-    int dstStride[4] = {static_cast<int>(pooled.bytesPerLine()), 0, 0, 0};
-    sws_scale(s.sws, planes, strides, 0, h, dst, dstStride);
-    return pooled;
-}
-
-bool CStreamDecoder::ScaleToYuv(Session& s, const AVFrame& frame, int format, int w, int h)
-{
-    if (s.scaled == nullptr)
-        s.scaled = av_frame_alloc();
-    if (s.scaled == nullptr)
-        return false;
-    if (s.scaled->width != w || s.scaled->height != h) {
-        av_frame_unref(s.scaled);
-        s.scaled->format = AV_PIX_FMT_YUV420P;
-        s.scaled->width = w;
-        s.scaled->height = h;
-        if (av_frame_get_buffer(s.scaled, 64) < 0) {
-            av_frame_unref(s.scaled);
-            return false;
-        }
-    }
-    // The range stays the source's; the conversion to RGB is told it.
-    s.scale = sws_getCachedContext(s.scale, frame.width, frame.height, static_cast<AVPixelFormat>(format), w, h, AV_PIX_FMT_YUV420P,
-        SWS_FAST_BILINEAR, nullptr, nullptr, nullptr);
-    if (s.scale == nullptr)
-        return false;
-    return sws_scale(s.scale, frame.data, frame.linesize, 0, frame.height, s.scaled->data, s.scaled->linesize) > 0;
 }
 
 void CStreamDecoder::Publish(QImage picture)

@@ -28,8 +28,6 @@
 
 #include "playwindow/CStreamSource.h"
 
-struct AVFrame;
-
 namespace playwindow {
 
 class CAudioOutput;
@@ -99,14 +97,10 @@ private:
     // Whether the decoded picture may be shown (whole, from a key frame on).
     bool Admit(Session& s, Playback& play);
     void Lost(Playback& play, int count);
-    // The picture at the size its window shows it, in RGB (null on failure).
-    QImage ConvertPicture(Session& s, const AVFrame& frame);
-    bool ScaleToYuv(Session& s, const AVFrame& frame, int format, int w, int h);
     void Publish(QImage picture);
     void PlayAudio(Session& s);
     bool WaitBackoff(int ms);
     static int InterruptCallback(void* opaque);
-    QImage& PooledImage(int w, int h);
     void ArmDeadline(int ms);
 
     const CStreamSource m_source;
@@ -121,7 +115,6 @@ private:
     std::mutex m_frameMutex;
     QImage m_frame;
     std::atomic<bool> m_framePending{false};
-    QImage m_pool[3];  // decode thread only
     std::atomic<uint64_t> m_targetSize{0};  // width << 32 | height
 
     std::atomic<bool> m_bHasAudio{false};
