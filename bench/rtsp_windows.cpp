@@ -11,18 +11,27 @@
 //  - the host's own cost per picture by step: decoding, conversion and
 //    scaling (one step), painting (with the copy into the backing store),
 //    the rest of the GUI thread (events, hand-over to X), the X server;
+//  - the pictures each of them gets on the screen per second (counted from
+//    the X server's damage reports, the slowest window of a row): a player
+//    that drops pictures would look cheap; a row where one shows fewer than
+//    the streams' 25 per window is marked "short";
 //  - one 1600x900 window of a sub stream;
 //  - time from start to first frame, and from maximising a grid window to
 //    the first picture of its main stream.
 // Other processes on the machine move the figures: compare within a run.
 // Usage: rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
+//        rtsp_windows --quick [only: ...]   (4 s per run, 2 rounds: the whole table in about ten minutes)
+// --snapshot DIR (before the rest) writes what the host's windows paint, one
+// PNG per row (host-h264-sub-4.png), to look at.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFrame>
 #include <QProcess>
+#include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -35,6 +44,8 @@
 #include "clientcommonlogical/CConfigMgr.h"
 #include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
+
+#include "ScreenFrames.h"
 
 namespace {
 
@@ -104,9 +115,52 @@ struct Grid {
 };
 
 struct Run {
-    double cores = 0;   // the player's process, share of one core
-    double xCores = 0;  // the X server's while it ran
+    double cores = 0;      // the player's process, share of one core
+    double xCores = 0;     // the X server's while it ran
+    double shownFps = 0;   // pictures on the screen per second, slowest window
     double Total() const { return cores + xCores; }
+};
+
+constexpr double kStreamFps = 25;
+// Below this a window visibly drops pictures.
+constexpr double kShortFps = kStreamFps * 0.92;
+
+std::vector<QRect> Cells(const Grid& grid)
+{
+    std::vector<QRect> cells;
+    for (int i = 0; i < grid.count; ++i)
+        cells.push_back(grid.Cell(i));
+    return cells;
+}
+
+// Counts what reaches the screen in the grid's cells while the event loop turns.
+class ScreenWatch final {
+public:
+    explicit ScreenWatch(const Grid& grid) : m_frames(Cells(grid))
+    {
+        if (!m_frames.Valid())
+            return;
+        m_notifier = std::make_unique<QSocketNotifier>(m_frames.Socket(), QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] { m_frames.Read(); });
+    }
+    bool EveryCellShown()
+    {
+        m_frames.Read();
+        const auto& c = m_frames.Counts();
+        return !m_frames.Valid() || std::all_of(c.begin(), c.end(), [](int n) { return n > 0; });
+    }
+    void Reset() { m_frames.Reset(); }
+    // Pictures per second in the slowest cell since Reset().
+    double SlowestFps(double wall)
+    {
+        m_frames.Read();
+        const auto& c = m_frames.Counts();
+        return c.empty() || !m_frames.Valid() ? 0 : *std::min_element(c.begin(), c.end()) / wall;
+    }
+
+private:
+    ScreenFrames m_frames;
+    std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
 struct HostRun : Run {
@@ -114,6 +168,8 @@ struct HostRun : Run {
     double paintedFps = 0;  // painted, slowest window
     double perPictureMs = 0, decodeMs = 0, convertMs = 0, paintMs = 0, guiRestMs = 0, xMs = 0;
 };
+
+QString g_snapshotDir;
 
 HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 xPid)
 {
@@ -126,6 +182,7 @@ HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 
         windows.push_back(w);
     }
     top.show();
+    ScreenWatch screen(grid);
     for (int i = 0; i < grid.count; ++i)
         windows[size_t(i)]->StartPreviewUrl(urls[i % urls.size()], "bench");
     WaitFor([&] {
@@ -135,6 +192,13 @@ HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 
         return true;
     }, 10000);
     Spin(1000);
+    if (!g_snapshotDir.isEmpty()) {
+        const QUrl first(urls.value(0));
+        top.grab().save(QStringLiteral("%1/host%2-%3.png")
+                            .arg(g_snapshotDir, first.path().mid(first.path().indexOf(QLatin1Char('/'), 1))
+                                                    .replace(QLatin1Char('/'), QLatin1Char('-')))
+                            .arg(grid.count));
+    }
     std::vector<uint64_t> dec0, paint0;
     CStreamPlayWindowWithTask::StepCost cost0;
     for (auto* w : windows) {
@@ -148,11 +212,13 @@ HostRun PlayHost(const QStringList& urls, const Grid& grid, int seconds, qint64 
     const double cpu0 = CpuSeconds(RUSAGE_SELF);
     const double gui0 = ThreadCpuSeconds();
     const double x0 = ProcessCpu(xPid);
+    screen.Reset();
     QElapsedTimer t;
     t.start();
     Spin(seconds * 1000);
     const double wall = t.elapsed() / 1000.0;
     HostRun r;
+    r.shownFps = screen.SlowestFps(wall);
     const double cpu = CpuSeconds(RUSAGE_SELF) - cpu0;
     const double gui = ThreadCpuSeconds() - gui0;
     const double x = ProcessCpu(xPid) - x0;
@@ -189,6 +255,7 @@ enum class Player { Ffplay, Mpv };
 // count players of the urls in the grid's cells; CPU once they play.
 Run PlayPlayers(Player player, const QStringList& urls, const Grid& grid, int seconds, qint64 xPid)
 {
+    ScreenWatch screen(grid);
     std::vector<std::unique_ptr<QProcess>> players;
     for (int i = 0; i < grid.count; ++i) {
         const QRect c = grid.Cell(i);
@@ -215,15 +282,19 @@ Run PlayPlayers(Player player, const QStringList& urls, const Grid& grid, int se
         }
         players.push_back(std::move(p));
     }
-    Spin(4500);  // connected, probed and playing
+    // Connected, probed and playing: a picture in every window, then a second to settle.
+    WaitFor([&screen] { return screen.EveryCellShown(); }, 10000);
+    Spin(1000);
     double cpu0 = 0;
     for (auto& p : players)
         cpu0 += ProcessCpu(p->processId());
     const double x0 = ProcessCpu(xPid);
+    screen.Reset();
     QElapsedTimer t;
     t.start();
     Spin(seconds * 1000);
     const double wall = t.elapsed() / 1000.0;
+    const double shownFps = screen.SlowestFps(wall);
     double cpu = 0;
     int alive = 0;
     for (auto& p : players) {
@@ -231,6 +302,7 @@ Run PlayPlayers(Player player, const QStringList& urls, const Grid& grid, int se
         alive += p->state() == QProcess::Running ? 1 : 0;
     }
     Run r;
+    r.shownFps = shownFps;
     r.cores = (cpu - cpu0) / wall;
     r.xCores = (ProcessCpu(xPid) - x0) / wall;
     if (alive != grid.count)
@@ -280,11 +352,22 @@ qint64 StartX(QProcess& x)
 
 int main(int argc, char** argv)
 {
-    const int seconds = argc > 1 ? std::max(2, atoi(argv[1])) : 6;
-    const int rounds = argc > 2 ? std::max(1, atoi(argv[2])) : 3;
     QStringList filters;
-    for (int i = 3; i < argc; ++i)
+    for (int i = 1; i < argc; ++i)
         filters << QString::fromLatin1(argv[i]);
+    const int snapshotAt = filters.indexOf(QStringLiteral("--snapshot"));
+    if (snapshotAt >= 0 && snapshotAt + 1 < filters.size()) {
+        g_snapshotDir = filters.takeAt(snapshotAt + 1);
+        filters.removeAt(snapshotAt);
+    }
+    // --quick takes no figures of its own: what follows it only picks rows.
+    const bool quick = filters.removeAll(QStringLiteral("--quick")) > 0;
+    int seconds = quick ? 4 : 6;
+    int rounds = quick ? 2 : 3;
+    if (!quick && !filters.isEmpty())
+        seconds = std::max(2, filters.takeFirst().toInt());
+    if (!quick && !filters.isEmpty())
+        rounds = std::max(1, filters.takeFirst().toInt());
     QProcess xServer;
     const qint64 xPid = StartX(xServer);
     if (xPid == 0) {
@@ -319,9 +402,9 @@ int main(int argc, char** argv)
             .arg(ch)
             .arg(QLatin1String(codec), QLatin1String(profile));
     };
-    printf("%d s per run, %d rounds, %u cores shared with other work (figures move between runs; the ratios are "
+    printf("%s%d s per run, %d rounds, %u cores shared with other work (figures move between runs; the ratios are "
            "within one run); X server Xvfb 1920x1080x24\n",
-        seconds, rounds, std::thread::hardware_concurrency());
+        quick ? "quick: " : "", seconds, rounds, std::thread::hardware_concurrency());
 
     // The page's grids on a 1920x1080 screen, as its snapshot places them
     // (its cells are 564 to 566 and 376 or 377 wide: odd widths included).
@@ -343,7 +426,8 @@ int main(int argc, char** argv)
     const QStringList counts{QStringLiteral("1"), QStringLiteral("4"), QStringLiteral("9")};
 
     printf("\n| stream | windows (cell) | host cores (+X) min / median | ffplay (+X) min / median | mpv (+X) min / "
-           "median | host/ffplay | host/mpv | host fps, painted |\n|---|---|---|---|---|---|---|---|\n");
+           "median | host/ffplay | host/mpv | shown fps host / ffplay / mpv | host decoded, painted |\n"
+           "|---|---|---|---|---|---|---|---|---|\n");
     std::vector<std::pair<QString, HostRun>> profiles;
     for (const QString& codec : codecs) {
         if (!wanted(codec, codecs))
@@ -357,7 +441,7 @@ int main(int argc, char** argv)
                 QStringList urls;
                 for (int ch = 1; ch <= 4; ++ch)
                     urls << url(ch, qPrintable(codec), qPrintable(kind));
-                std::vector<double> host, ff, mpv;
+                std::vector<double> host, ff, mpv, hostFps, ffFps, mpvFps;
                 HostRun last;
                 for (int round = 0; round < rounds; ++round) {
                     // The order turns each round, so a neighbour's burst does not always hit the same one.
@@ -366,22 +450,32 @@ int main(int argc, char** argv)
                         case 0:
                             last = PlayHost(urls, grid, seconds, xPid);
                             host.push_back(last.Total());
+                            hostFps.push_back(last.shownFps);
                             break;
-                        case 1:
-                            ff.push_back(PlayPlayers(Player::Ffplay, urls, grid, seconds, xPid).Total());
+                        case 1: {
+                            const Run r = PlayPlayers(Player::Ffplay, urls, grid, seconds, xPid);
+                            ff.push_back(r.Total());
+                            ffFps.push_back(r.shownFps);
                             break;
-                        default:
-                            mpv.push_back(PlayPlayers(Player::Mpv, urls, grid, seconds, xPid).Total());
+                        }
+                        default: {
+                            const Run r = PlayPlayers(Player::Mpv, urls, grid, seconds, xPid);
+                            mpv.push_back(r.Total());
+                            mpvFps.push_back(r.shownFps);
                             break;
+                        }
                         }
                     }
                 }
+                // Median over the rounds of the slowest window.
+                const double shown[] = {Median(hostFps), Median(ffFps), Median(mpvFps)};
+                const bool isShort = *std::min_element(std::begin(shown), std::end(shown)) < kShortFps;
                 printf("| %s %s | %d (%dx%d) | %.3f / %.3f | %.3f / %.3f | %.3f / %.3f | %.2f / %.2f | %.2f / %.2f | "
-                       "%.1f, %.1f |\n",
+                       "%.1f / %.1f / %.1f%s | %.1f, %.1f |\n",
                     qPrintable(codec), qPrintable(kind), grid.count, grid.cell.width(), grid.cell.height(), Min(host),
                     Median(host), Min(ff), Median(ff), Min(mpv), Median(mpv), Min(host) / Min(ff),
-                    Median(host) / Median(ff), Min(host) / Min(mpv), Median(host) / Median(mpv), last.fps,
-                    last.paintedFps);
+                    Median(host) / Median(ff), Min(host) / Min(mpv), Median(host) / Median(mpv), shown[0], shown[1],
+                    shown[2], isShort ? " short" : "", last.fps, last.paintedFps);
                 fflush(stdout);
                 profiles.emplace_back(QStringLiteral("%1 %2 x%3").arg(codec, kind).arg(grid.count), last);
             }
@@ -397,15 +491,29 @@ int main(int argc, char** argv)
 
     if (filters.isEmpty() || filters.contains(QStringLiteral("1600"))) {
         const Grid big{1, QPoint(100, 100), QSize(1600, 900), 1};
-        std::vector<double> host, withX;
+        std::vector<double> host, withX, fps, ff, ffFps, mpv, mpvFps;
+        HostRun last;
         for (int round = 0; round < rounds; ++round) {
-            const HostRun r = PlayHost({url(1, "h264", "sub")}, big, seconds, xPid);
-            host.push_back(r.cores);
-            withX.push_back(r.Total());
+            last = PlayHost({url(1, "h264", "sub")}, big, seconds, xPid);
+            host.push_back(last.cores);
+            withX.push_back(last.Total());
+            fps.push_back(last.shownFps);
+            const Run f = PlayPlayers(Player::Ffplay, {url(1, "h264", "sub")}, big, seconds, xPid);
+            ff.push_back(f.Total());
+            ffFps.push_back(f.shownFps);
+            const Run m = PlayPlayers(Player::Mpv, {url(1, "h264", "sub")}, big, seconds, xPid);
+            mpv.push_back(m.Total());
+            mpvFps.push_back(m.shownFps);
         }
+        const double shown[] = {Median(fps), Median(ffFps), Median(mpvFps)};
         printf("\none 1600x900 window of an H.264 sub stream: host %.3f / %.3f cores, with the X server %.3f / %.3f "
-               "(min / median)\n",
-            Min(host), Median(host), Min(withX), Median(withX));
+               "(min / median; ffplay %.3f / %.3f, mpv %.3f / %.3f with the X server); shown fps host / ffplay / mpv "
+               "%.1f / %.1f / %.1f%s\n",
+            Min(host), Median(host), Min(withX), Median(withX), Min(ff), Median(ff), Min(mpv), Median(mpv), shown[0],
+            shown[1], shown[2], *std::min_element(std::begin(shown), std::end(shown)) < kShortFps ? " short" : "");
+        printf("  per picture (last round), ms of CPU: total incl. X %.2f | decode %.2f | convert+scale %.2f | paint "
+               "%.2f | rest of GUI thread %.2f | X server %.2f\n",
+            last.perPictureMs, last.decodeMs, last.convertMs, last.paintMs, last.guiRestMs, last.xMs);
     }
 
     // Start to first frame, and maximise (double click) to the main stream's first picture.

@@ -8,7 +8,7 @@ PKGS=(
   libboost-thread-dev libsqlite3-dev sqlite3 liblog4cxx-dev libxml2-dev
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev openssl
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
-  libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg libpq-dev postgresql-15 mpv
+  libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg libpq-dev postgresql-15 mpv libxdamage-dev
   libgstrtspserver-1.0-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base
   gstreamer1.0-plugins-good gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad
   clang libclang-rt-14-dev

@@ -195,107 +195,133 @@ bool CRtspAnswer::Parse(const QByteArray& head, CRtspAnswer& out)
     return true;
 }
 
-bool CRtspAnswer::ParseChallenges(const QByteArray& v, QList<RtspChallenge>& out)
-{
-    out.clear();
-    const int n = v.size();
+namespace {
+// A reader over one header value's challenges, item by item.
+struct ChallengeReader {
+    const QByteArray& v;
     int i = 0;
-    const auto skipSpace = [&] {
-        while (i < n && (v[i] == ' ' || v[i] == '\t'))
+
+    bool AtEnd() const { return i >= v.size(); }
+    char At() const { return v[i]; }
+    void SkipSpace()
+    {
+        while (!AtEnd() && (At() == ' ' || At() == '\t'))
             ++i;
-    };
-    const auto skipEmptyItems = [&] {
-        skipSpace();
-        while (i < n && v[i] == ',') {
+    }
+    void SkipEmptyItems()
+    {
+        SkipSpace();
+        while (!AtEnd() && At() == ',') {
             ++i;
-            skipSpace();
+            SkipSpace();
         }
-    };
-    const auto token = [&] {
+    }
+    QByteArray Token()
+    {
         const int start = i;
-        while (i < n && IsTokenChar(v[i]))
+        while (!AtEnd() && IsTokenChar(At()))
             ++i;
         return v.mid(start, i - start);
-    };
-    for (;;) {
-        skipEmptyItems();
-        if (i >= n)
-            return true;
-        RtspChallenge c;
-        c.scheme = token().toLower();
-        if (c.scheme.isEmpty() || (i < n && v[i] != ' ' && v[i] != '\t' && v[i] != ','))
-            return false;
-        skipSpace();
-        if (i >= n || v[i] == ',') {
-            out.append(c);
-            continue;
-        }
-        // A token68 ("Negotiate abc=="): the whole item, up to the end or a comma.
+    }
+    // A token68 ("Negotiate abc=="): the whole item, up to the end or a
+    // comma. Null (and nothing read) when the item is not one.
+    QByteArray Token68()
+    {
         const int start = i;
-        while (i < n && IsToken68Char(v[i]))
+        while (!AtEnd() && IsToken68Char(At()))
             ++i;
         const int stop = i;
-        while (i < n && v[i] == '=')
+        while (!AtEnd() && At() == '=')
             ++i;
         const int withPad = i;
-        skipSpace();
-        if (stop > start && (i >= n || v[i] == ',')) {
-            c.params.append({QByteArray(), v.mid(start, withPad - start)});
-            out.append(c);
-            continue;
-        }
+        SkipSpace();
+        if (stop > start && (AtEnd() || At() == ','))
+            return v.mid(start, withPad - start);
         i = start;
+        return QByteArray();
+    }
+    // A parameter's value, quoted or a token; false when malformed.
+    bool Value(QByteArray& value)
+    {
+        if (AtEnd() || At() != '"') {
+            value = Token();
+            return !value.isEmpty();
+        }
+        ++i;
+        while (!AtEnd()) {
+            const char ch = v[i++];
+            if (ch == '"')
+                return true;
+            if (ch == '\\') {
+                if (AtEnd())
+                    return false;
+                value += v[i++];
+            } else {
+                value += ch;
+            }
+        }
+        return false;
+    }
+    // After a comma: "name=" goes on with this challenge; a lone token begins the next one.
+    bool ParamFollows()
+    {
+        const int save = i;
+        Token();
+        SkipSpace();
+        const bool param = !AtEnd() && At() == '=';
+        i = save;
+        return param;
+    }
+    // The challenge's name=value parameters; false when malformed.
+    bool Params(RtspChallenge& c)
+    {
         for (;;) {
-            const QByteArray name = token().toLower();
-            skipSpace();
-            if (name.isEmpty() || i >= n || v[i] != '=')
+            const QByteArray name = Token().toLower();
+            SkipSpace();
+            if (name.isEmpty() || AtEnd() || At() != '=')
                 return false;
             ++i;
-            skipSpace();
+            SkipSpace();
             QByteArray value;
-            if (i < n && v[i] == '"') {
-                ++i;
-                bool ended = false;
-                while (i < n && !ended) {
-                    const char ch = v[i++];
-                    if (ch == '\\') {
-                        if (i >= n)
-                            return false;
-                        value += v[i++];
-                    } else if (ch == '"') {
-                        ended = true;
-                    } else {
-                        value += ch;
-                    }
-                }
-                if (!ended)
-                    return false;
-            } else {
-                value = token();
-                if (value.isEmpty())
-                    return false;
-            }
+            if (!Value(value))
+                return false;
             if (value.isNull())
                 value = QByteArray("", 0);  // present though empty
             if (!c.Param(name.constData()).isNull())
                 return false;  // a parameter named twice: which one would count?
             c.params.append({name, value});
-            skipSpace();
-            if (i >= n)
-                break;
-            if (v[i] != ',')
+            SkipSpace();
+            if (AtEnd())
+                return true;
+            if (At() != ',')
                 return false;
-            skipEmptyItems();
-            if (i >= n)
-                break;
-            // "name=" goes on with this challenge; a lone token begins the next one.
-            const int save = i;
-            token();
-            skipSpace();
-            const bool param = i < n && v[i] == '=';
-            i = save;
-            if (!param)
-                break;
+            SkipEmptyItems();
+            if (AtEnd() || !ParamFollows())
+                return true;
+        }
+    }
+};
+} // namespace
+
+bool CRtspAnswer::ParseChallenges(const QByteArray& v, QList<RtspChallenge>& out)
+{
+    out.clear();
+    ChallengeReader r{v};
+    for (;;) {
+        r.SkipEmptyItems();
+        if (r.AtEnd())
+            return true;
+        RtspChallenge c;
+        c.scheme = r.Token().toLower();
+        if (c.scheme.isEmpty() || (!r.AtEnd() && r.At() != ' ' && r.At() != '\t' && r.At() != ','))
+            return false;
+        r.SkipSpace();
+        if (!r.AtEnd() && r.At() != ',') {
+            const QByteArray token68 = r.Token68();
+            if (!token68.isNull())
+                c.params.append({QByteArray(), token68});
+            else if (!r.Params(c))
+                return false;
         }
         out.append(c);
     }

@@ -7,15 +7,13 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/imgutils.h>
 #include <libswresample/swresample.h>
-#include <libswscale/swscale.h>
 }
 
 #include "Base/Log.h"
 #include "playwindow/CAudioOutput.h"
 #include "playwindow/CKeyFrameGate.h"
-#include "playwindow/CPictureFit.h"
+#include "playwindow/CPictureConverter.h"
 #include "playwindow/CRtpLossLog.h"
 #include "playwindow/CSignalQuality.h"
 #include "commlayer/CommErrors.h"
@@ -51,19 +49,6 @@ QString AvError(int code)
     return QString::fromUtf8(buf);
 }
 
-// The JPEG pixel formats are deprecated aliases: use the plain ones and tell
-// the scaler the range instead, which also keeps it from warning per frame.
-AVPixelFormat PlainFormat(int fmt, bool& fullRange)
-{
-    switch (fmt) {
-    case AV_PIX_FMT_YUVJ420P: fullRange = true; return AV_PIX_FMT_YUV420P;
-    case AV_PIX_FMT_YUVJ422P: fullRange = true; return AV_PIX_FMT_YUV422P;
-    case AV_PIX_FMT_YUVJ444P: fullRange = true; return AV_PIX_FMT_YUV444P;
-    case AV_PIX_FMT_YUVJ440P: fullRange = true; return AV_PIX_FMT_YUV440P;
-    default: return static_cast<AVPixelFormat>(fmt);
-    }
-}
-
 void QuietFfmpegOnce()
 {
     static std::once_flag once;
@@ -82,7 +67,7 @@ struct CStreamDecoder::Session {
     AVFormatContext* fmt = nullptr;
     AVCodecContext* video = nullptr;
     AVCodecContext* audio = nullptr;
-    SwsContext* sws = nullptr;
+    CPictureConverter converter;
     SwrContext* swr = nullptr;
     AVPacket* pkt = nullptr;
     AVFrame* frame = nullptr;
@@ -97,7 +82,6 @@ struct CStreamDecoder::Session {
             g_liveDecoders.fetch_sub(1);
         avcodec_free_context(&video);
         avcodec_free_context(&audio);
-        sws_freeContext(sws);
         swr_free(&swr);
         av_packet_free(&pkt);
         av_frame_free(&frame);
@@ -190,25 +174,6 @@ bool CStreamDecoder::EnableSound(bool on)
     return true;
 }
 
-QImage& CStreamDecoder::PooledImage(int w, int h)
-{
-    // A picture is reused once nobody else holds it (the window has moved on
-    // to a newer one), which saves an allocation and page faults per picture.
-    for (QImage& img : m_pool) {
-        if (img.isDetached() && img.width() == w && img.height() == h)
-            return img;
-    }
-    for (QImage& img : m_pool) {
-        if (img.isNull() || img.isDetached()) {
-            img = QImage(w, h, QImage::Format_RGB32);
-            return img;
-        }
-    }
-    // Every picture is still held: the window is behind. Replace the oldest slot.
-    m_pool[0] = QImage(w, h, QImage::Format_RGB32);
-    return m_pool[0];
-}
-
 int CStreamDecoder::InterruptCallback(void* opaque)
 {
     auto* self = static_cast<CStreamDecoder*>(opaque);
@@ -282,11 +247,97 @@ QString TransportFailure(const std::pair<int, int>& error, CStreamDecoder::State
     default: return QStringLiteral("transfer failed [%1-%2]").arg(error.first).arg(error.second);
     }
 }
+
+// What FFmpeg's own refusal to open means when the guard held the password back.
+QString GuardRefusal(CRtspAuthGuard::Refusal refusal, const QString& failure, CStreamDecoder::State& final)
+{
+    switch (refusal) {
+    case CRtspAuthGuard::Refusal::None:
+        break;
+    case CRtspAuthGuard::Refusal::PasswordNotSent:
+        final = CStreamDecoder::State::PasswordRefused;
+        return QStringLiteral("the device asked for the password in a way it may not travel (not sent)");
+    case CRtspAuthGuard::Refusal::CertificateNotTrusted:
+        final = CStreamDecoder::State::CertificateNotTrusted;
+        return QStringLiteral("the device's certificate is not trusted (password not sent)");
+    case CRtspAuthGuard::Refusal::RedirectedElsewhere:
+        return QStringLiteral("the device redirected the stream to another address (not followed)");
+    }
+    return failure;
+}
+
+void SetRtspOptions(AVDictionary** opts, bool overUdp)
+{
+    // Interleaved in the RTSP connection: no loss, and one port through firewalls.
+    av_dict_set(opts, "rtsp_transport", overUdp ? "udp" : "tcp", 0);
+    // A reorder queue over TCP too, so packets a camera drops are noticed (CRtpLossLog).
+    if (!overUdp)
+        av_dict_set(opts, "reorder_queue_size", "4", 0);
+    av_dict_set(opts, "timeout", "5000000", 0);
+    // The codec parameters come with the session description: little to probe.
+    av_dict_set(opts, "probesize", "200000", 0);
+    av_dict_set(opts, "analyzeduration", "400000", 0);
+}
+
+// Streams up to 1080p: one thread per window, the windows spread over the
+// cores. Slice threads cost a third more CPU per H.265 picture even when the
+// camera sends one slice; frame threads a quarter (H.264) to a third (H.265)
+// more in hand-offs, plus a frame of latency each. A 1080p picture takes a
+// few milliseconds on one core, well inside its 40. Larger streams get frame
+// threads.
+void ChooseThreads(AVCodecContext* video, const AVCodecParameters* par)
+{
+    if (par->width * par->height > 1920 * 1088) {
+        video->thread_count = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
+        video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    } else {
+        video->thread_count = 1;
+    }
+}
+
 } // namespace
+
+// What one decoding session keeps from picture to picture.
+struct CStreamDecoder::Playback {
+    Playback(bool decoderRecovers, AVFormatContext* fmt) : gate(decoderRecovers, NowMs()), rtpLoss(fmt) {}
+    bool playing = false;
+    int badInARow = 0;
+    bool seen = true;
+    CKeyFrameGate gate;
+    CSignalQuality quality;
+    CRtpLossLog rtpLoss;
+    // Pictures still to come that may lack data, key frames or not. Two: the
+    // reader notices a gap while it reads the packet after it, which may
+    // already belong to the next picture.
+    int tornPictures = 0;
+};
 
 bool CStreamDecoder::RunOnce(QString& failure, State& final)
 {
     Session s;
+    if (!OpenInput(s, failure, final) || !OpenCodecs(s, failure, final))
+        return false;
+    Playback play(s.video->codec_id == AV_CODEC_ID_H264, s.fmt);
+    while (!m_stop) {
+        ArmDeadline(kReadTimeoutMs);
+        const int ret = av_read_frame(s.fmt, s.pkt);
+        if (ret < 0) {
+            failure = ret == AVERROR_EOF ? QStringLiteral("the stream ended") : AvError(ret);
+            return play.playing;
+        }
+        if (s.pkt->stream_index == s.videoIndex) {
+            if (!DecodeVideo(s, play, failure))
+                return play.playing;
+        } else if (s.pkt->stream_index == s.audioIndex && s.audio != nullptr && m_bSound) {
+            PlayAudio(s);
+        }
+        av_packet_unref(s.pkt);
+    }
+    return play.playing;
+}
+
+bool CStreamDecoder::OpenInput(Session& s, QString& failure, State& final)
+{
     s.fmt = avformat_alloc_context();
     if (s.fmt == nullptr) {
         failure = QStringLiteral("out of memory");
@@ -319,18 +370,9 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     av_dict_set(&opts, "probesize", "1000000", 0);
     av_dict_set(&opts, "analyzeduration", "1500000", 0);
     QString openUrl = m_source.url;
-    const bool rtsp = m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive)
-        || m_source.url.startsWith(QLatin1String("rtsps:"), Qt::CaseInsensitive);
-    if (rtsp) {
-        // Interleaved in the RTSP connection: no loss, and one port through firewalls.
-        av_dict_set(&opts, "rtsp_transport", m_source.rtspOverUdp ? "udp" : "tcp", 0);
-        // A reorder queue over TCP too, so packets a camera drops are noticed (CRtpLossLog).
-        if (!m_source.rtspOverUdp)
-            av_dict_set(&opts, "reorder_queue_size", "4", 0);
-        av_dict_set(&opts, "timeout", "5000000", 0);
-        // The codec parameters come with the session description: little to probe.
-        av_dict_set(&opts, "probesize", "200000", 0);
-        av_dict_set(&opts, "analyzeduration", "400000", 0);
+    if (m_source.url.startsWith(QLatin1String("rtsp:"), Qt::CaseInsensitive)
+        || m_source.url.startsWith(QLatin1String("rtsps:"), Qt::CaseInsensitive)) {
+        SetRtspOptions(&opts, m_source.rtspOverUdp);
         // FFmpeg talks to the guard on loopback, never to the device: the
         // guard alone holds the credentials and the device's certificate.
         s.guard = std::make_unique<CRtspAuthGuard>(m_source.device);
@@ -344,22 +386,7 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     int ret = avformat_open_input(&s.fmt, m_source.viaTransport ? "" : openUrl.toUtf8().constData(), format, &opts);
     av_dict_free(&opts);
     if (ret < 0) {
-        failure = AvError(ret);
-        switch (s.guard ? s.guard->Refused() : CRtspAuthGuard::Refusal::None) {
-        case CRtspAuthGuard::Refusal::None:
-            break;
-        case CRtspAuthGuard::Refusal::PasswordNotSent:
-            final = State::PasswordRefused;
-            failure = QStringLiteral("the device asked for the password in a way it may not travel (not sent)");
-            break;
-        case CRtspAuthGuard::Refusal::CertificateNotTrusted:
-            final = State::CertificateNotTrusted;
-            failure = QStringLiteral("the device's certificate is not trusted (password not sent)");
-            break;
-        case CRtspAuthGuard::Refusal::RedirectedElsewhere:
-            failure = QStringLiteral("the device redirected the stream to another address (not followed)");
-            break;
-        }
+        failure = GuardRefusal(s.guard ? s.guard->Refused() : CRtspAuthGuard::Refusal::None, AvError(ret), final);
         return false;
     }
     ArmDeadline(kOpenTimeoutMs);
@@ -368,6 +395,11 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
         failure = AvError(ret);
         return false;
     }
+    return true;
+}
+
+bool CStreamDecoder::OpenCodecs(Session& s, QString& failure, State& final)
+{
     const AVCodec* vcodec = nullptr;
     s.videoIndex = av_find_best_stream(s.fmt, AVMEDIA_TYPE_VIDEO, -1, -1, &vcodec, 0);
     if (s.videoIndex < 0 || vcodec == nullptr) {
@@ -381,22 +413,11 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
         return false;
     }
     g_liveDecoders.fetch_add(1);
-    avcodec_parameters_to_context(s.video, s.fmt->streams[s.videoIndex]->codecpar);
-    // Streams up to 1080p: one thread per window, the windows spread over
-    // the cores. Slice threads cost a third more CPU per H.265 picture even
-    // when the camera sends one slice; frame threads a quarter (H.264) to a
-    // third (H.265) more in hand-offs, plus a frame of latency each. A 1080p
-    // picture takes a few milliseconds on one core, well inside its 40.
-    // Larger streams get frame threads.
     const AVCodecParameters* par = s.fmt->streams[s.videoIndex]->codecpar;
-    const int cores = std::max(1, std::min(4, int(std::thread::hardware_concurrency())));
-    if (par->width * par->height > 1920 * 1088) {
-        s.video->thread_count = cores;
-        s.video->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
-    } else {
-        s.video->thread_count = 1;
-    }
-    if ((ret = avcodec_open2(s.video, vcodec, nullptr)) < 0) {
+    avcodec_parameters_to_context(s.video, par);
+    ChooseThreads(s.video, par);
+    const int ret = avcodec_open2(s.video, vcodec, nullptr);
+    if (ret < 0) {
         failure = AvError(ret);
         return false;
     }
@@ -411,163 +432,142 @@ bool CStreamDecoder::RunOnce(QString& failure, State& final)
     m_bHasAudio = s.audio != nullptr;
     s.pkt = av_packet_alloc();
     s.frame = av_frame_alloc();
+    return true;
+}
 
-    bool playing = false;
-    int badInARow = 0;
-    bool seen = true;
-    CKeyFrameGate gate(s.video->codec_id == AV_CODEC_ID_H264, NowMs());
-    CSignalQuality quality;
-    CRtpLossLog rtpLoss(s.fmt);
-    // Pictures still to come that may lack data, key frames or not. Two: the
-    // reader notices a gap while it reads the packet after it, which may
-    // already belong to the next picture.
-    int tornPictures = 0;
-    const auto lost = [&](int count) {
-        if (quality.Pictures(count, true, NowMs()) && m_cb.status)
-            m_cb.status(State::PoorSignal, QString());
-    };
-    while (!m_stop) {
-        ArmDeadline(kReadTimeoutMs);
-        ret = av_read_frame(s.fmt, s.pkt);
-        if (ret < 0) {
-            failure = ret == AVERROR_EOF ? QStringLiteral("the stream ended") : AvError(ret);
-            return playing;
-        }
-        if (s.pkt->stream_index == s.videoIndex) {
-            if (seen != m_seen.load()) {
-                // Unseen: key frames only. Seen again: what follows the next key frame.
-                seen = !seen;
-                s.video->skip_frame = seen ? AVDISCARD_DEFAULT : AVDISCARD_NONKEY;
-                if (seen)
-                    gate.Damaged(true);
-            }
-            const bool keyPacket = (s.pkt->flags & AV_PKT_FLAG_KEY) != 0;
-            // A picture lost whole shows as a step in the time stamps; one
-            // lost in part, as packets missing from the RTP sequence.
-            const int missing = s.pkt->pts != AV_NOPTS_VALUE ? quality.MissingBefore(s.pkt->pts) : 0;
-            const bool torn = rtpLoss.Take() > 0;
-            if (torn)
-                tornPictures = 2;
-            if (playing && (missing > 0 || torn)) {
-                gate.Damaged();
-                lost(std::max(missing, 1));
-            }
-            // A key packet mends what was lost: no need to say so for it.
-            if (!keyPacket && gate.SayWaiting(NowMs()) && m_cb.status)
-                m_cb.status(State::WaitingForKeyFrame, QString());
-            int64_t mark = ThreadCpuNs();
-            ret = avcodec_send_packet(s.video, s.pkt);
-            av_packet_unref(s.pkt);
-            if (ret < 0 && ret != AVERROR(EAGAIN)) {
-                m_decodeNs += uint64_t(ThreadCpuNs() - mark);
-                ++m_badPackets;
-                // Before its first picture a stream joined between key frames
-                // fails until one comes (parameter sets ride with it): that is waiting.
-                if (!playing)
-                    continue;
-                gate.Damaged();
-                lost(1);
-                if (++badInARow == 1 && m_cb.status)
-                    m_cb.status(State::Playing, QStringLiteral("damaged frame skipped"));
-                if (badInARow > 50) {
-                    failure = QStringLiteral("the stream cannot be decoded");
-                    return playing;
-                }
-                continue;
-            }
-            while (avcodec_receive_frame(s.video, s.frame) == 0) {
-                const int64_t decoded = ThreadCpuNs();
-                m_decodeNs += uint64_t(decoded - mark);
-                mark = decoded;
-                badInARow = 0;  // the decoder follows the stream, whole pictures or not
-                const bool damaged = tornPictures > 0 || s.frame->decode_error_flags != 0
-                    || (s.frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
-                tornPictures = std::max(0, tornPictures - 1);
-                if (playing && quality.Pictures(1, damaged, NowMs()) && m_cb.status)
-                    m_cb.status(quality.Poor() ? State::PoorSignal : State::Playing, QString());
-                if (!gate.Admit(s.frame->key_frame != 0, damaged, NowMs()) || s.frame->width <= 0
-                    || s.frame->height <= 0) {
-                    if (damaged)
-                        ++m_badPackets;
-                    av_frame_unref(s.frame);
-                    continue;
-                }
-                const uint64_t target = m_targetSize.load();
-                const QSize shown = CPictureFit::Shown(QSize(s.frame->width, s.frame->height),
-                    QSize(static_cast<int>(target >> 32), static_cast<int>(target & 0xffffffffu)));
-                const int w = shown.width(), h = shown.height();
-                bool fullRange = s.frame->color_range == AVCOL_RANGE_JPEG;
-                const AVPixelFormat src = PlainFormat(s.frame->format, fullRange);
-                s.sws = sws_getCachedContext(s.sws, s.frame->width, s.frame->height, src, w, h, AV_PIX_FMT_RGB32,
-                    SWS_FAST_BILINEAR, nullptr, nullptr, nullptr);
-                if (s.sws == nullptr) {
-                    ++m_badPackets;
-                    av_frame_unref(s.frame);
-                    continue;
-                }
-                const int* coeffs = sws_getCoefficients(SWS_CS_DEFAULT);
-                int* invTable = nullptr; int* table = nullptr; int srcRange = 0, dstRange = 0, b = 0, c = 0, sat = 0;
-                if (sws_getColorspaceDetails(s.sws, &invTable, &srcRange, &table, &dstRange, &b, &c, &sat) >= 0
-                    && srcRange != int(fullRange))
-                    sws_setColorspaceDetails(s.sws, coeffs, fullRange ? 1 : 0, coeffs, 1, b, c, sat);
-                // Written in place (the pool holds the only reference), then shared with the window.
-                QImage& pooled = PooledImage(w, h);
-                uint8_t* dst[4] = {pooled.bits(), nullptr, nullptr, nullptr};
-                int dstStride[4] = {static_cast<int>(pooled.bytesPerLine()), 0, 0, 0};
-                sws_scale(s.sws, s.frame->data, s.frame->linesize, 0, s.frame->height, dst, dstStride);
-                QImage img = pooled;
-                av_frame_unref(s.frame);
-                const int64_t converted = ThreadCpuNs();
-                m_convertNs += uint64_t(converted - mark);
-                mark = converted;
-                ++m_decoded;
-                if (!playing) {
-                    playing = true;
-                    if (m_cb.status)
-                        m_cb.status(State::Playing, QString());
-                }
-                {
-                    std::lock_guard<std::mutex> lock(m_frameMutex);
-                    m_frame = std::move(img);
-                }
-                // One notification per picture the window has not taken yet:
-                // a busy GUI skips pictures instead of queueing them.
-                if (!m_framePending.exchange(true) && m_cb.frameReady)
-                    m_cb.frameReady();
-            }
-        } else if (s.pkt->stream_index == s.audioIndex && s.audio != nullptr && m_bSound) {
-            if (avcodec_send_packet(s.audio, s.pkt) >= 0) {
-                while (avcodec_receive_frame(s.audio, s.frame) == 0) {
-                    if (s.swr == nullptr) {
-                        AVChannelLayout outLayout;
-                        av_channel_layout_default(&outLayout, CAudioOutput::kChannels);
-                        swr_alloc_set_opts2(&s.swr, &outLayout, AV_SAMPLE_FMT_S16, CAudioOutput::kRate,
-                            &s.frame->ch_layout, static_cast<AVSampleFormat>(s.frame->format), s.frame->sample_rate, 0, nullptr);
-                        if (s.swr != nullptr && swr_init(s.swr) < 0)
-                            swr_free(&s.swr);
-                    }
-                    if (s.swr != nullptr) {
-                        const int maxOut = swr_get_out_samples(s.swr, s.frame->nb_samples);
-                        std::vector<int16_t> out(static_cast<size_t>(std::max(0, maxOut)) * CAudioOutput::kChannels);
-                        uint8_t* outPlanes[1] = {reinterpret_cast<uint8_t*>(out.data())};
-                        const int n = swr_convert(s.swr, outPlanes, maxOut,
-                            const_cast<const uint8_t**>(s.frame->extended_data), s.frame->nb_samples);
-                        if (n > 0) {
-                            out.resize(static_cast<size_t>(n) * CAudioOutput::kChannels);
-                            std::lock_guard<std::mutex> lock(m_audioMutex);
-                            if (m_audio)
-                                m_audio->Push(std::move(out));
-                        }
-                    }
-                    av_frame_unref(s.frame);
-                }
-            }
-            av_packet_unref(s.pkt);
-        } else {
-            av_packet_unref(s.pkt);
-        }
+bool CStreamDecoder::DecodeVideo(Session& s, Playback& play, QString& failure)
+{
+    if (play.seen != m_seen.load()) {
+        // Unseen: key frames only. Seen again: what follows the next key frame.
+        play.seen = !play.seen;
+        s.video->skip_frame = play.seen ? AVDISCARD_DEFAULT : AVDISCARD_NONKEY;
+        if (play.seen)
+            play.gate.Damaged(true);
     }
-    return playing;
+    const bool keyPacket = (s.pkt->flags & AV_PKT_FLAG_KEY) != 0;
+    // A picture lost whole shows as a step in the time stamps; one lost in
+    // part, as packets missing from the RTP sequence.
+    const int missing = s.pkt->pts != AV_NOPTS_VALUE ? play.quality.MissingBefore(s.pkt->pts) : 0;
+    const bool torn = play.rtpLoss.Take() > 0;
+    if (torn)
+        play.tornPictures = 2;
+    if (play.playing && (missing > 0 || torn)) {
+        play.gate.Damaged();
+        Lost(play, std::max(missing, 1));
+    }
+    // A key packet mends what was lost: no need to say so for it.
+    if (!keyPacket && play.gate.SayWaiting(NowMs()) && m_cb.status)
+        m_cb.status(State::WaitingForKeyFrame, QString());
+    int64_t mark = ThreadCpuNs();
+    const int ret = avcodec_send_packet(s.video, s.pkt);
+    if (ret < 0 && ret != AVERROR(EAGAIN)) {
+        m_decodeNs += uint64_t(ThreadCpuNs() - mark);
+        ++m_badPackets;
+        // Before its first picture a stream joined between key frames fails
+        // until one comes (parameter sets ride with it): that is waiting.
+        if (!play.playing)
+            return true;
+        play.gate.Damaged();
+        Lost(play, 1);
+        if (++play.badInARow == 1 && m_cb.status)
+            m_cb.status(State::Playing, QStringLiteral("damaged frame skipped"));
+        if (play.badInARow > 50) {
+            failure = QStringLiteral("the stream cannot be decoded");
+            return false;
+        }
+        return true;
+    }
+    while (avcodec_receive_frame(s.video, s.frame) == 0) {
+        const int64_t decoded = ThreadCpuNs();
+        m_decodeNs += uint64_t(decoded - mark);
+        mark = decoded;
+        QImage picture;
+        if (Admit(s, play)) {
+            const uint64_t target = m_targetSize.load();
+            picture = s.converter.Convert(*s.frame,
+                QSize(static_cast<int>(target >> 32), static_cast<int>(target & 0xffffffffu)));
+            if (picture.isNull())
+                ++m_badPackets;
+        }
+        av_frame_unref(s.frame);
+        if (!picture.isNull()) {
+            ++m_decoded;
+            if (!play.playing) {
+                play.playing = true;
+                if (m_cb.status)
+                    m_cb.status(State::Playing, QString());
+            }
+            Publish(std::move(picture));
+        }
+        const int64_t converted = ThreadCpuNs();
+        m_convertNs += uint64_t(converted - mark);
+        mark = converted;
+    }
+    return true;
+}
+
+void CStreamDecoder::Lost(Playback& play, int count)
+{
+    if (play.quality.Pictures(count, true, NowMs()) && m_cb.status)
+        m_cb.status(State::PoorSignal, QString());
+}
+
+bool CStreamDecoder::Admit(Session& s, Playback& play)
+{
+    play.badInARow = 0;  // the decoder follows the stream, whole pictures or not
+    const bool damaged = play.tornPictures > 0 || s.frame->decode_error_flags != 0
+        || (s.frame->flags & AV_FRAME_FLAG_CORRUPT) != 0;
+    play.tornPictures = std::max(0, play.tornPictures - 1);
+    if (play.playing && play.quality.Pictures(1, damaged, NowMs()) && m_cb.status)
+        m_cb.status(play.quality.Poor() ? State::PoorSignal : State::Playing, QString());
+    if (!play.gate.Admit(s.frame->key_frame != 0, damaged, NowMs()) || s.frame->width <= 0 || s.frame->height <= 0) {
+        if (damaged)
+            ++m_badPackets;
+        return false;
+    }
+    return true;
+}
+
+void CStreamDecoder::Publish(QImage picture)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_frameMutex);
+        m_frame = std::move(picture);
+    }
+    // One notification per picture the window has not taken yet: a busy GUI
+    // skips pictures instead of queueing them.
+    if (!m_framePending.exchange(true) && m_cb.frameReady)
+        m_cb.frameReady();
+}
+
+void CStreamDecoder::PlayAudio(Session& s)
+{
+    if (avcodec_send_packet(s.audio, s.pkt) < 0)
+        return;
+    while (avcodec_receive_frame(s.audio, s.frame) == 0) {
+        if (s.swr == nullptr) {
+            AVChannelLayout outLayout;
+            av_channel_layout_default(&outLayout, CAudioOutput::kChannels);
+            swr_alloc_set_opts2(&s.swr, &outLayout, AV_SAMPLE_FMT_S16, CAudioOutput::kRate, &s.frame->ch_layout,
+                static_cast<AVSampleFormat>(s.frame->format), s.frame->sample_rate, 0, nullptr);
+            if (s.swr != nullptr && swr_init(s.swr) < 0)
+                swr_free(&s.swr);
+        }
+        if (s.swr != nullptr) {
+            const int maxOut = swr_get_out_samples(s.swr, s.frame->nb_samples);
+            std::vector<int16_t> out(static_cast<size_t>(std::max(0, maxOut)) * CAudioOutput::kChannels);
+            uint8_t* outPlanes[1] = {reinterpret_cast<uint8_t*>(out.data())};
+            const int n = swr_convert(s.swr, outPlanes, maxOut, const_cast<const uint8_t**>(s.frame->extended_data),
+                s.frame->nb_samples);
+            if (n > 0) {
+                out.resize(static_cast<size_t>(n) * CAudioOutput::kChannels);
+                std::lock_guard<std::mutex> lock(m_audioMutex);
+                if (m_audio)
+                    m_audio->Push(std::move(out));
+            }
+        }
+        av_frame_unref(s.frame);
+    }
 }
 
 } // namespace playwindow

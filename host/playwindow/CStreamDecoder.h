@@ -58,7 +58,8 @@ public:
 
     // The size of the area the picture is shown in; the picture keeps its aspect.
     void SetTargetSize(const QSize& size);
-    // Takes the newest picture (null when none is waiting).
+    // Takes the newest picture (null when none is waiting). Its rows may be
+    // padded past the width (bytesPerLine): compare pictures row by row.
     QImage TakeFrame();
     // Whether the window is seen. Unseen, only key frames are decoded and
     // converted (a few a second, so the picture is current when it shows
@@ -84,12 +85,22 @@ public:
 
 private:
     struct Session;
+    struct Playback;
     void Run();
     // Plays until the stream fails; true when pictures came. final: do not retry.
     bool RunOnce(QString& failure, State& final);
+    // The steps of a session; false (with failure, and final when retrying is
+    // pointless) ends it.
+    bool OpenInput(Session& s, QString& failure, State& final);
+    bool OpenCodecs(Session& s, QString& failure, State& final);
+    bool DecodeVideo(Session& s, Playback& play, QString& failure);
+    // Whether the decoded picture may be shown (whole, from a key frame on).
+    bool Admit(Session& s, Playback& play);
+    void Lost(Playback& play, int count);
+    void Publish(QImage picture);
+    void PlayAudio(Session& s);
     bool WaitBackoff(int ms);
     static int InterruptCallback(void* opaque);
-    QImage& PooledImage(int w, int h);
     void ArmDeadline(int ms);
 
     const CStreamSource m_source;
@@ -104,7 +115,6 @@ private:
     std::mutex m_frameMutex;
     QImage m_frame;
     std::atomic<bool> m_framePending{false};
-    QImage m_pool[3];  // decode thread only
     std::atomic<uint64_t> m_targetSize{0};  // width << 32 | height
 
     std::atomic<bool> m_bHasAudio{false};

@@ -93,7 +93,7 @@ TEST_F(PlayWindowTest, PictureSizeFollowsTheWindow)
     } rows[] = {
         {{639, 359}, {640, 360}, false},
         {{646, 363}, {640, 360}, true},
-        {{600, 400}, {600, 337}, false},
+        {{600, 400}, {600, 336}, false},
         {{1280, 720}, {1280, 720}, false},
         {{480, 360}, {480, 270}, false},
     };
@@ -152,7 +152,7 @@ TEST_F(PlayWindowTest, SoundOfAStreamWithAudioPlaysOnTheSoundServer)
     w.StopPreview();
 }
 
-// Grid cells of the page on a 1920x1080 screen, and edges: even widths,
+// Grid cells of the page on a 1920x1080 screen, and edges: even sizes,
 // the aspect kept, 1:1 within a hair.
 TEST(PictureFit, EvenWidthsKeepTheAspect)
 {
@@ -161,9 +161,9 @@ TEST(PictureFit, EvenWidthsKeepTheAspect)
         QSize area;
         QSize shown;
     } rows[] = {
-        {{1920, 1080}, {1131, 636}, {1130, 635}},
-        {{1920, 1080}, {565, 318}, {564, 317}},
-        {{640, 360}, {377, 212}, {376, 211}},
+        {{1920, 1080}, {1131, 636}, {1130, 634}},
+        {{1920, 1080}, {565, 318}, {564, 316}},
+        {{640, 360}, {377, 212}, {376, 210}},
         {{640, 360}, {1600, 900}, {1600, 900}},
         {{640, 360}, {639, 359}, {640, 360}},
         {{480, 360}, {640, 360}, {480, 360}},
