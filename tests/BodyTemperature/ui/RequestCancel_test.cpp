@@ -109,7 +109,7 @@ class CancelFixture : public testsupport::SimTest {
 protected:
     static void SetUpTestSuite()
     {
-        startSim({"--hfpd-polls", "1"});
+        startSim({QStringLiteral("--hfpd-polls"), QStringLiteral("1")});
         s_face = testsupport::makeJpeg(160, 200);
     }
     void SetUp() override { CInformationDlg::ClearShownMessages(); }
