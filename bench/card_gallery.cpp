@@ -5,7 +5,9 @@
 // cards_en.png and cards_zh_CN.png into the folder given as argument, and the
 // comparison detail dialog of a comparison and of a temperature capture, each
 // over the dashboard at 1920 x 1080: detail_comparison_<lang>.png and
-// detail_capture_<lang>.png.
+// detail_capture_<lang>.png. Under a display (QT_QPA_PLATFORM=xcb) also the
+// screen with the add-to-library form's waiting dialog and the two upload
+// outcomes reported after a cancel: facelib_<lang>.png.
 //
 //   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
 #include <QApplication>
@@ -13,11 +15,15 @@
 #include <QDir>
 #include <QFile>
 #include <QPainter>
+#include <QScreen>
+#include <QThread>
 #include <QTranslator>
 #include <cstdio>
 
 #include "AlarmShowInfo.h"
 #include "support/JpegEncoder.h"
+#include "VantorGUIToolkit/CChaseDialog.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
@@ -203,6 +209,32 @@ void RenderDetails(const QString& lang, const QString& outDir)
 
 } // namespace
 
+// The toasts are windows of their own: the whole screen is grabbed.
+void RenderFaceLibraryWaits(const QString& lang, const QString& outDir)
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    QWidget page;
+    page.setStyleSheet(QStringLiteral("background:#0B1A2E;"));
+    page.setGeometry(0, 0, 1920, 1080);
+    page.show();
+    VantorGUIToolkit::CChaseDialog chase(
+        QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif"), "Processing", &page);
+    chase.show();
+    for (const char* key : {"FaceStoredBeforeTheCancelTookEffect", "FaceUploadOutcomeUnknown"})
+        VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(
+            QCoreApplication::translate("BodyTemperature::CFaceUploadOutcome", key));
+    for (int i = 0; i < 30; ++i) {
+        QApplication::processEvents();
+        QThread::msleep(10);
+    }
+    QGuiApplication::primaryScreen()->grabWindow(0).save(
+        QDir(outDir).filePath(QStringLiteral("facelib_%1.png").arg(lang)));
+    for (auto* toast : VantorGUIToolkit::CInformationDlg::VisibleMessages())
+        toast->deleteLater();
+    QApplication::processEvents();
+}
+
 int main(int argc, char** argv)
 {
     // Headless unless told otherwise (QT_QPA_PLATFORM=xcb under a display).
@@ -216,8 +248,13 @@ int main(int argc, char** argv)
         if (!translator.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_%1.qm").arg(lang)))
             std::fprintf(stderr, "no translation for %s\n", qUtf8Printable(lang));
         QCoreApplication::installTranslator(&translator);
+        QTranslator host;
+        if (host.load(QStringLiteral(":/vantordesk/i18n/vantordesk_%1.qm").arg(lang)))
+            QCoreApplication::installTranslator(&host);
         RenderPage(lang, outDir);
         RenderDetails(lang, outDir);
+        RenderFaceLibraryWaits(lang, outDir);
+        QCoreApplication::removeTranslator(&host);
         QCoreApplication::removeTranslator(&translator);
     }
     std::printf("written to %s\n", qUtf8Printable(outDir));

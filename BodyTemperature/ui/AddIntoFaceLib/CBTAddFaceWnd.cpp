@@ -235,11 +235,25 @@ bool CBTAddFaceWnd::SetDevice(const std::string& deviceOrCameraId)
     m_pDeviceCombo->setCurrentIndex(row);
     m_pDeviceCombo->blockSignals(false);
     const QPointer<CBTAddFaceWnd> self(this);
-    OnComboDeviceChanged(row);
+    changeDevice(row);
     return self && m_bUsable;
 }
 
 void CBTAddFaceWnd::OnComboDeviceChanged(int index)
+{
+    // The operator's choice is prepared from the event loop, once the combo has
+    // left its signal: the page may be torn down (and the dialog with its combo
+    // deleted) while the device answers. Meanwhile nothing can be confirmed.
+    m_bUsable = false;
+    if (auto* confirm = findChild<QPushButton*>(QStringLiteral("m_pSaveBtn")))
+        confirm->setEnabled(false);
+    QMetaObject::invokeMethod(this, [this, index] {
+        if (m_pDeviceCombo->currentIndex() == index)
+            changeDevice(index);
+    }, Qt::QueuedConnection);
+}
+
+void CBTAddFaceWnd::changeDevice(int index)
 {
     m_strDeviceId = index < 0
         ? std::string()

@@ -75,6 +75,8 @@ public slots:
 
 private:
     void buildForm();
+    // Takes the device of the combo's row and prepares the form for it.
+    void changeDevice(int index);
     bool prepareForm();
     void fillLibraries();
     void fillRegion(const CapabilitySet::CityCodeCapability& cities);
