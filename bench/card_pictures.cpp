@@ -86,10 +86,10 @@ QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
 AlarmShowInfo MakeEvent(const QByteArray& scene, int i)
 {
     AlarmShowInfo info;
-    info.kind = 4;
-    info.popType = 1;
+    info.kind = EventKind::TemperatureCapture;
+    info.popType = PopUpType::AbnormalTemperature;
     info.alarmType = static_cast<uint32_t>(i % 4);
-    info.maskType = 2;
+    info.maskType = MaskState::Worn;
     info.temperatureType = 0;
     info.captureTime = 1700000000 + i;
     info.cameraName = "Lobby";

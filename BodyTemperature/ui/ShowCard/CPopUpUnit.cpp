@@ -42,8 +42,8 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
 
-    if (m_info.popType == 1 || m_info.popType == 2) {
-        const bool red = m_info.popType == 1;
+    if (m_info.popType == PopUpType::AbnormalTemperature || m_info.popType == PopUpType::NoMask) {
+        const bool red = m_info.popType == PopUpType::AbnormalTemperature;
         const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
         const QString title = QLatin1Char('[')
             + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
@@ -105,9 +105,9 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
                                              CardStyle::TemperatureText(face.Temperature),
                                              UnitText(face.TemperatureUnit), true);
         }
-        if (m_info.popType == 0 || m_info.popType == 1)
+        if (m_info.popType == PopUpType::None || m_info.popType == PopUpType::AbnormalTemperature)
             setObjectName(QStringLiteral("Snap_PopUp_Red"));
-        else if (m_info.popType == 2)
+        else if (m_info.popType == PopUpType::NoMask)
             setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
     } else {
         CardStyle::Repolish(m_pSimilarityLabel);

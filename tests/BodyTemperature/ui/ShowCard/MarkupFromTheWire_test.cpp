@@ -41,15 +41,15 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
 {
     struct Row {
         const char* name;
-        uint32_t kind;
+        EventKind kind;
         std::function<void(AlarmShowInfo&, const QString&)> put;
     };
     const Row rows[] = {
-        {"person name", 0, [](AlarmShowInfo& i, const QString& t) { i.alarmInfo.comparison.people.name = t.toStdString(); }},
-        {"stranger label", 1, [](AlarmShowInfo& i, const QString& t) {
+        {"person name", EventKind::Comparison, [](AlarmShowInfo& i, const QString& t) { i.alarmInfo.comparison.people.name = t.toStdString(); }},
+        {"stranger label", EventKind::Stranger, [](AlarmShowInfo& i, const QString& t) {
              i.alarmInfo.comparison.people.alternativeName = t.toStdString(); }},
-        {"camera name", 4, [](AlarmShowInfo& i, const QString& t) { i.cameraName = t.toStdString(); }},
-        {"library name", 5, [](AlarmShowInfo& i, const QString& t) {
+        {"camera name", EventKind::TemperatureCapture, [](AlarmShowInfo& i, const QString& t) { i.cameraName = t.toStdString(); }},
+        {"library name", EventKind::Returning, [](AlarmShowInfo& i, const QString& t) {
              i.alarmInfo.comparison.people.libraryName = t.toStdString(); }},
     };
     const QByteArray scene = testsupport::makeJpeg(320, 180);
@@ -58,7 +58,7 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
             SCOPED_TRACE(std::string(row.name) + ": " + text.toStdString());
             AlarmShowInfo info;
             info.kind = row.kind;
-            info.popType = 1;
+            info.popType = PopUpType::AbnormalTemperature;
             protocol::IntelAlarmFaceInfo face;
             face.bkPic = scene;
             face.bNoSubPic = true;
@@ -66,7 +66,7 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
             info.faceInfo = face;
             info.faceInfoList.push_back(face);
             row.put(info, text);
-            if (row.kind == 5) {
+            if (row.kind == EventKind::Returning) {
                 CFrequenterUnit card;
                 card.SetFrequenterInfo(info);
                 expectShownAsTyped(&card, text);
