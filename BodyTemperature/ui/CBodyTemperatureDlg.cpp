@@ -22,10 +22,14 @@
 #include "CameraModel.h"
 #include "UiDataController/CLogicModel.h"
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/BTShowTitle.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBTViewTree.h"
+#include "ui/History/CHistoryWindow.h"
+#include "ui/ShowCard/CComparisonDetail.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
@@ -296,6 +300,22 @@ void CBodyTemperatureDlg::RestorePlayingCameras(const QStringList& cameraIds)
 void CBodyTemperatureDlg::SetAlarmListening(bool on)
 {
     m_pAlarmListener->setAlarmListening(on);
+}
+
+void CBodyTemperatureDlg::StopBackgroundWork()
+{
+    CFrequenterUnit::StopAllDetails(this);
+    CBTAddFaceWnd::CloseAllUnder(this);
+}
+
+void CBodyTemperatureDlg::CloseDetailWindows(QWidget* page)
+{
+    // A detail dialog left open would keep running its loop over a page that
+    // is no longer shown.
+    CComparisonDetail::CloseAllUnder(page);
+    // The screening history window goes with the page it was opened from.
+    for (CHistoryWindow* history : page->findChildren<CHistoryWindow*>())
+        history->close();
 }
 
 } // namespace BodyTemperature
