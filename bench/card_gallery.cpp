@@ -7,7 +7,7 @@
 // over the dashboard at 1920 x 1080: detail_comparison_<lang>.png and
 // detail_capture_<lang>.png.
 //
-//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
+//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/bench_card_gallery OUTDIR
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>

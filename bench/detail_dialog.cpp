@@ -8,7 +8,7 @@
 //   warm      the same click on an event whose pictures the dialog already
 //             decoded once, so cold - warm is the time spent decoding.
 //
-//   detail_dialog [N]          (headless: offscreen unless a display is set)
+//   bench_detail_dialog [N]          (headless: offscreen unless a display is set)
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>

@@ -15,7 +15,7 @@
 //  - time from start to first frame, and from maximising a grid window to
 //    the first picture of its main stream.
 // Other processes on the machine move the figures: compare within a run.
-// Usage: rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
+// Usage: bench_rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>

@@ -5,7 +5,7 @@
 //  - sustained journal throughput (events/s committed, faces encoded on the worker);
 //  - journal file size per 100 000 events;
 //  - export time of 100 000 events: CSV, and PDF with the faces of the flagged events.
-// Usage: bt_bench_screening_record [events]   (default 100000)
+// Usage: bench_screening_record [events]   (default 100000)
 #include <QApplication>
 #include <QBuffer>
 #include <QPainter>
