@@ -163,7 +163,7 @@ void RenderPage(const QString& lang, const QString& outDir)
 // capture with every face attribute the device reports.
 void RenderDetails(const QString& lang, const QString& outDir)
 {
-    AlarmShowInfo comparison = MakeInfo({0, 0, 1, 0, 38.4, false}, 2);
+    AlarmShowInfo comparison = MakeInfo({0, EventKind::Comparison, MaskState::NoMask, 0, 38.4, false}, 2);
     protocol::PeopleInfo& person = comparison.alarmInfo.comparison.people;
     person.name = "Lena Park";
     person.contact = "+1 555 0142";
@@ -176,7 +176,7 @@ void RenderDetails(const QString& lang, const QString& outDir)
     person.extendList = {{"Department", "Logistics"}, {"Employee No.", "E1042"}, {"Badge", ""}};
     comparison.eventID = "E-detail-1";
 
-    AlarmShowInfo capture = MakeInfo({3, 4, 2, 2, 36.5, true}, 3);
+    AlarmShowInfo capture = MakeInfo({3, EventKind::TemperatureCapture, MaskState::Worn, 2, 36.5, true}, 3);
     protocol::IntelAlarmFaceInfo& face = capture.faceInfoList.front();
     face.Sex = 1;
     face.Glass = 2;
