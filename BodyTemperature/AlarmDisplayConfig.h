@@ -44,4 +44,10 @@ struct AlarmDisplayConfig : TemperatureAlarm {
     bool operator!=(const AlarmDisplayConfig& o) const { return !(*this == o); }
 };
 
+// First use: when all three voice paths are empty, fills them with the shipped
+// voice files of the client's language (1: Chinese, anything else English).
+// Returns true when it changed config; the caller saves it. Called by the
+// settings loader and the voice page on the GUI thread.
+bool FillDefaultVoicePaths(AlarmDisplayConfig& config, int language);
+
 } // namespace BodyTemperature

@@ -13,17 +13,54 @@
 
 namespace BodyTemperature {
 
+// The source of a display record: the event code it was built from. The
+// journal and the site record store the number.
+enum class EventKind : uint32_t {
+    Comparison = 0,          // 100103: a face compared with the face libraries
+    Stranger = 1,            // 100506: no library face matched
+    ComparisonFailed = 2,    // 100114
+    Capture = 3,             // 100101: a face capture, no comparison
+    TemperatureCapture = 4,  // 100119: a face capture with its temperature
+    Returning = 5            // 100112: a returning person
+};
+
+// The pop-up a record raises.
+enum class PopUpType : uint32_t { None = 0, AbnormalTemperature = 1, NoMask = 2 };
+
+// The mask state the cards' mask icon shows (its colour in brackets).
+enum class MaskState : uint32_t {
+    NoMaskAbnormal = 0,  // (red) no mask on an abnormal temperature
+    NoMask = 1,          // (yellow)
+    Worn = 2,            // (green)
+    Unknown = 3          // no icon
+};
+
+// The mask as the device reports it in a face block's Mask field: 1 no mask,
+// 2 worn, any other value unknown.
+enum class MaskReading { Unknown, Missing, Worn };
+
+inline MaskReading MaskReadingOf(uint32_t wireMask)
+{
+    return wireMask == 1 ? MaskReading::Missing : wireMask == 2 ? MaskReading::Worn : MaskReading::Unknown;
+}
+
+// The capture kinds carry their face in the face list, the others in the single face block.
+inline bool IsCaptureKind(EventKind kind)
+{
+    return kind == EventKind::Capture || kind == EventKind::TemperatureCapture;
+}
+
 struct AlarmShowInfo {
-    uint32_t popType = 0;          // 0 none, 1 abnormal temperature, 2 no mask
-    uint32_t maskType = 3;         // 0..3, mask icon
+    PopUpType popType = PopUpType::None;
+    MaskState maskType = MaskState::Unknown;
     uint32_t temperatureType = 3;  // 0..3, temperature badge
     uint32_t alarmType = 0;        // colour level: 0 red, 1 yellow, 2 blue, 3 green
-    uint32_t kind = 0;             // 0..2 comparison, 3 capture, 4 temperature capture, 5 returning person
+    EventKind kind = EventKind::Comparison;
 
     // Copied from the alarm record.
     uint32_t eventType = 0;
     std::string strID;             // camera identifier
-    std::string strSecondID;       // returning-person task identifier (kind 5)
+    std::string strSecondID;       // returning-person task identifier (EventKind::Returning)
     std::string deviceID;
     std::string deviceName;
     std::string cameraName;
@@ -74,7 +111,7 @@ struct AlarmShowInfo {
         return *pictures;
     }
 
-    bool isCaptureKind() const { return kind == 3 || kind == 4; }
+    bool isCaptureKind() const { return IsCaptureKind(kind); }
 
     // The face block the cards read: the first face of the list for the
     // capture kinds (null when the list is empty), else the single face block.

@@ -2,11 +2,8 @@
 
 #include <QGridLayout>
 
-#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
+// The one way into ui/: the page widget holds the dashboard dialog.
 #include "ui/CBodyTemperatureDlg.h"
-#include "ui/History/CHistoryWindow.h"
-#include "ui/ShowCard/CComparisonDetail.h"
-#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
@@ -20,10 +17,7 @@ BodyTemperatureWid::BodyTemperatureWid(QWidget* parent) : IAIWidget(parent)
 
 BodyTemperatureWid::~BodyTemperatureWid()
 {
-    // Device searches of returning-person cards and face uploads run module
-    // code on other threads: their requests are cut, so these return at once.
-    CFrequenterUnit::StopAllDetails(m_pDialog);
-    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
+    m_pDialog->StopBackgroundWork();
     delete m_pLayout;
     m_pLayout = nullptr;
     delete m_pDialog;
@@ -33,20 +27,14 @@ BodyTemperatureWid::~BodyTemperatureWid()
 void BodyTemperatureWid::saveState()
 {
     m_listState.clear();
-    // A detail dialog left open would keep running its loop over a page that
-    // is no longer shown.
-    CComparisonDetail::CloseAllUnder(this);
-    // The screening history window goes with the page it was opened from.
-    for (CHistoryWindow* history : findChildren<CHistoryWindow*>())
-        history->close();
+    CBodyTemperatureDlg::CloseDetailWindows(this);
     if (m_pDialog == nullptr)
         return;
     for (const QByteArray& id : m_pDialog->GetPlayingCameraIds())
         m_listState.append(publicdatacontroller::AIStateItem{id, {}});
     m_pDialog->StopAllLiveView();
     m_pDialog->SetAlarmListening(false);
-    CFrequenterUnit::StopAllDetails(m_pDialog);
-    CBTAddFaceWnd::CloseAllUnder(m_pDialog);
+    m_pDialog->StopBackgroundWork();
 }
 
 void BodyTemperatureWid::readState()

@@ -17,12 +17,12 @@ AlarmDecision CAlarmClassifier::Classify(const publicdatacontroller::IntelAlarmE
     AlarmDecision d;
     bool bSwitch = true;
     switch (record.eventType) {
-    case 100103: d.kind = 0; bSwitch = config.bFacePictureComparison; break;
-    case 100506: d.kind = 1; bSwitch = config.bFacePictureComparison; break;
-    case 100114: d.kind = 2; bSwitch = config.bFacePictureComparison; break;
-    case 100101: d.kind = 3; bSwitch = config.bFaceCapture; break;
-    case 100119: d.kind = 4; bSwitch = config.bFaceTemperatureCapture; break;
-    case 100112: d.kind = 5; d.action = AlarmDecision::Action::ShowReturning; return d;
+    case 100103: d.kind = EventKind::Comparison; bSwitch = config.bFacePictureComparison; break;
+    case 100506: d.kind = EventKind::Stranger; bSwitch = config.bFacePictureComparison; break;
+    case 100114: d.kind = EventKind::ComparisonFailed; bSwitch = config.bFacePictureComparison; break;
+    case 100101: d.kind = EventKind::Capture; bSwitch = config.bFaceCapture; break;
+    case 100119: d.kind = EventKind::TemperatureCapture; bSwitch = config.bFaceTemperatureCapture; break;
+    case 100112: d.kind = EventKind::Returning; d.action = AlarmDecision::Action::ShowReturning; return d;
     default: d.action = AlarmDecision::Action::CountOnly; return d;
     }
     if (!bSwitch)
@@ -31,8 +31,7 @@ AlarmDecision CAlarmClassifier::Classify(const publicdatacontroller::IntelAlarmE
     d.action = AlarmDecision::Action::ShowFace;
     // The capture kinds carry their face in the list; an empty list leaves
     // the display codes at their defaults.
-    const bool capture = d.kind == 3 || d.kind == 4;
-    if (!capture)
+    if (!d.isCaptureKind())
         ClassifyFace(record.faceInfo, config, d);
     else if (!record.faceInfoList.empty())
         ClassifyFace(record.faceInfoList.front(), config, d);
@@ -42,8 +41,9 @@ AlarmDecision CAlarmClassifier::Classify(const publicdatacontroller::IntelAlarmE
 void CAlarmClassifier::ClassifyFace(const protocol::IntelAlarmFaceInfo& face, const AlarmDisplayConfig& config,
     AlarmDecision& d)
 {
-    const bool noMask = face.Mask == 1;
-    const bool maskWorn = face.Mask == 2;
+    const MaskReading mask = MaskReadingOf(face.Mask);
+    const bool noMask = mask == MaskReading::Missing;
+    const MaskState maskShown = mask == MaskReading::Worn ? MaskState::Worn : MaskState::Unknown;
 
     if (face.TemperatureEnabled != 1) {
         d.temperatureType = 3;
@@ -51,12 +51,12 @@ void CAlarmClassifier::ClassifyFace(const protocol::IntelAlarmFaceInfo& face, co
             if (config.bSoundNoMask)
                 d.voicePath = config.strNoMaskVoice;
             if (config.bPopNoMask)
-                d.popType = 2;
-            d.maskType = 1;
+                d.popType = PopUpType::NoMask;
+            d.maskType = MaskState::NoMask;
             d.alarmType = 1;
             d.noMaskDelta = 1;
         } else {
-            d.maskType = maskWorn ? 2 : 3;
+            d.maskType = maskShown;
             d.alarmType = 2;
         }
     } else if (face.TemperatureAnomaly == 1) {
@@ -65,10 +65,10 @@ void CAlarmClassifier::ClassifyFace(const protocol::IntelAlarmFaceInfo& face, co
         else if (noMask && config.bSoundNoMask)
             d.voicePath = config.strNoMaskVoice;
         if (config.bPopAbnormal)
-            d.popType = 1;
+            d.popType = PopUpType::AbnormalTemperature;
         else if (noMask && config.bPopNoMask)
-            d.popType = 2;
-        d.maskType = noMask ? 0 : (maskWorn ? 2 : 3);
+            d.popType = PopUpType::NoMask;
+        d.maskType = noMask ? MaskState::NoMaskAbnormal : maskShown;
         d.temperatureType = 0;
         d.alarmType = 0;
         d.abnormalDelta = 1;
@@ -81,15 +81,15 @@ void CAlarmClassifier::ClassifyFace(const protocol::IntelAlarmFaceInfo& face, co
             else if (config.bSoundNormal)
                 d.voicePath = config.strNormalVoice;
             if (config.bPopNoMask)
-                d.popType = 2;
-            d.maskType = 1;
+                d.popType = PopUpType::NoMask;
+            d.maskType = MaskState::NoMask;
             d.temperatureType = 1;
             d.alarmType = 1;
             d.noMaskDelta = 1;
         } else {
             if (config.bSoundNormal)
                 d.voicePath = config.strNormalVoice;
-            d.maskType = maskWorn ? 2 : 3;
+            d.maskType = maskShown;
             d.temperatureType = 2;
             d.alarmType = 3;
         }

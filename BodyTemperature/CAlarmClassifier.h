@@ -17,13 +17,13 @@ struct AlarmDecision {
     enum class Action {
         Drop,          // the alarm-type switch of the event is off: nothing happens
         CountOnly,     // unknown event code: only the counters are reported
-        ShowFace,      // kinds 0 to 4: capture card, alarm card, voice, counters
-        ShowReturning  // kind 5: one returning-person card per open view
+        ShowFace,      // comparison and capture kinds: capture card, alarm card, voice, counters
+        ShowReturning  // EventKind::Returning: one returning-person card per open view
     };
     Action action = Action::Drop;
-    uint32_t kind = 0;
-    uint32_t popType = 0;
-    uint32_t maskType = 3;
+    EventKind kind = EventKind::Comparison;
+    PopUpType popType = PopUpType::None;
+    MaskState maskType = MaskState::Unknown;
     uint32_t temperatureType = 3;
     uint32_t alarmType = 0;
     QString voicePath;  // empty: no prompt
@@ -31,7 +31,8 @@ struct AlarmDecision {
     int noMaskDelta = 0;
     int abnormalDelta = 0;
 
-    bool raisesPopUp() const { return popType != 0; }
+    bool raisesPopUp() const { return popType != PopUpType::None; }
+    bool isCaptureKind() const { return IsCaptureKind(kind); }
     // Writes the kind and the display codes into the display record.
     void applyTo(AlarmShowInfo& info) const;
 };

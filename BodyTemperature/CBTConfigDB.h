@@ -2,10 +2,14 @@
 // The settings connection: one SQLite file "BodyTemperature" in the user's
 // component folder, table TemperatureConfigure with a single row.
 // Any thread may call: each statement runs under the connection's PRT_Mutex,
-// and a save holds it across its delete and insert, which run in one
-// transaction: a failed save leaves the previous row as it was. Failures
-// return false and are logged. A stored pop-up duration outside the pages'
-// limits (-1, 1..1800) loads as the default.
+// and a save holds it across its two statements, so that two savers never
+// leave two rows. A save is a plain delete (its result ignored) and insert,
+// not a transaction: a failed insert leaves the table empty and the next load
+// keeps the defaults. That is the behaviour existing installations and the
+// settings pages rely on; the pages tell the user of a failed save, so failed
+// statements return false without a log line. Logged: a file that cannot be
+// opened, and a stored pop-up duration outside the pages' limits (-1,
+// 1..1800), which loads as the default.
 #include <string>
 
 #include "AlarmDisplayConfig.h"
@@ -29,6 +33,8 @@ public:
 
     bool Execute(const std::string& sql);
     bool Execute(const std::string& sql, CSQLite3Recordset& recordset);
+    // Forwards to the connection's BEGIN and COMMIT, for callers that need
+    // one; the settings operations above do not use them.
     bool BeginTransaction();
     bool CommitTransaction();
 

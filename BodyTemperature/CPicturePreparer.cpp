@@ -30,7 +30,7 @@ std::vector<PictureSource> CPicturePreparer::CardSources(const AlarmShowInfo& in
         if (!source.isEmpty())
             sources.push_back(std::move(source));
     };
-    if (info.kind == 5) {
+    if (info.kind == EventKind::Returning) {
         add(CEventPictures::ReturningFaceSourceOf(info.faceInfo));
         return sources;
     }

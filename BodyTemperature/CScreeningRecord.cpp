@@ -56,9 +56,10 @@ JournalEvent CScreeningRecord::EventOf(const AlarmShowInfo& info, int shown)
     e.cameraId = info.strID;
     e.cameraName = info.cameraName;
     e.eventCode = info.eventType;
-    e.kind = info.kind;
-    e.popType = info.popType;
-    e.maskType = info.maskType;
+    // The journal keeps the display codes as their numbers.
+    e.kind = static_cast<uint32_t>(info.kind);
+    e.popType = static_cast<uint32_t>(info.popType);
+    e.maskType = static_cast<uint32_t>(info.maskType);
     e.temperatureType = info.temperatureType;
     e.alarmType = info.alarmType;
     e.shown = shown;

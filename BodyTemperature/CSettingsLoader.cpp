@@ -7,7 +7,6 @@
 #include "Base/Log.h"
 #include "CBTConfigDB.h"
 #include "clientcommonlogical/CConfigMgr.h"
-#include "ui/CSoundConfigPage.h"
 
 namespace BodyTemperature {
 
@@ -34,7 +33,7 @@ bool CSettingsLoader::Load(AlarmDisplayConfig& config)
     BASE_LOG_WARN("settings could not be read: the defaults are in use and nothing is saved until they can be "
                   "read; retrying");
     // Voice prompts work meanwhile; the paths are not written anywhere.
-    CSoundConfigPage::FillDefaultVoicePaths(config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage());
+    FillDefaultVoicePaths(config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage());
     scheduleRetry();
     return false;
 }
@@ -77,7 +76,7 @@ void CSettingsLoader::completeLoad(AlarmDisplayConfig& config)
     if (m_iAttempts > 1)
         BASE_LOG_INFO("settings read at attempt %d", m_iAttempts);
     m_bLoaded = true;
-    if (CSoundConfigPage::FillDefaultVoicePaths(config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage()))
+    if (FillDefaultVoicePaths(config, clientcommonlogical::CConfigMgr::Instance()->GetLanguage()))
         CBTConfigDB::Instance()->SaveAlarmDisplayConfig(config);
 }
 

@@ -6,7 +6,7 @@
 // peak memory. The baseline, measured in the same run, is the GUI thread's
 // cost of one event handled alone (trickle), its cards built and painted: a
 // page that built every card of the burst would stall for about events x that.
-//   bt_bench_alarm_burst [--events 3000] [--scene 1920x1080]
+//   bench_alarm_burst [--events 3000] [--scene 1920x1080]
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>

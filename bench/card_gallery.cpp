@@ -9,7 +9,7 @@
 // screen with the add-to-library form's waiting dialog and the two upload
 // outcomes reported after a cancel: facelib_<lang>.png.
 //
-//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/card_gallery OUTDIR
+//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/bench_card_gallery OUTDIR
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
@@ -60,7 +60,7 @@ QByteArray Picture(int width, int height, const QRectF& face, const QColor& shir
 }
 
 // Colour level, event type, the card's mask and temperature states, the measured value.
-struct Sample { uint32_t level, kind, mask, temperatureState; double temperature; bool wearsMask; };
+struct Sample { uint32_t level; EventKind kind; MaskState mask; uint32_t temperatureState; double temperature; bool wearsMask; };
 
 AlarmShowInfo MakeInfo(const Sample& s, int index)
 {
@@ -70,7 +70,7 @@ AlarmShowInfo MakeInfo(const Sample& s, int index)
     info.alarmType = s.level;
     info.maskType = s.mask;
     info.temperatureType = s.temperatureState;
-    info.popType = s.level == 0 ? 1 : (s.level == 1 ? 2 : 0);
+    info.popType = s.level == 0 ? PopUpType::AbnormalTemperature : (s.level == 1 ? PopUpType::NoMask : PopUpType::None);
     info.captureTime = QDateTime(QDate(2026, 11, 21), QTime(9, 14, 5 + index)).toSecsSinceEpoch();
     info.cameraName = index % 2 ? "Lobby entrance" : "Back office";
     protocol::IntelAlarmFaceInfo face;
@@ -81,7 +81,7 @@ AlarmShowInfo MakeInfo(const Sample& s, int index)
     face.Mask = s.wearsMask ? 2 : 1;
     face.TemperatureEnabled = info.alarmInfo.thermometry.TemperatureEnabled = s.temperatureState == 3 ? 0 : 1;
     face.Temperature = info.alarmInfo.thermometry.Temperature = s.temperature;
-    if (s.kind < 3) {
+    if (!IsCaptureKind(s.kind)) {
         info.faceInfo = face;
         info.alarmInfo.comparison.similarity = 0.87 + 0.03 * (index % 3);
         info.alarmInfo.comparison.libraryPic = Picture(300, 400, QRectF(0.3, 0.2, 0.4, 0.4), shirts[(index + 1) % 4], false);
@@ -104,16 +104,23 @@ void RenderPage(const QString& lang, const QString& outDir)
     page.setGeometry(0, 0, 1920, 1080);
 
     const Sample samples[] = {
-        {0, 0, 0, 0, 38.2, false}, {1, 1, 1, 1, 36.6, false}, {2, 2, 2, 3, 65535.0, true}, {3, 0, 2, 2, 36.4, true},
-        {0, 4, 3, 0, 37.9, true},  {1, 3, 1, 3, 65535.0, false}, {2, 4, 2, 3, 65535.0, true}, {3, 4, 2, 2, 36.5, true},
+        {0, EventKind::Comparison, MaskState::NoMaskAbnormal, 0, 38.2, false},
+        {1, EventKind::Stranger, MaskState::NoMask, 1, 36.6, false},
+        {2, EventKind::ComparisonFailed, MaskState::Worn, 3, 65535.0, true},
+        {3, EventKind::Comparison, MaskState::Worn, 2, 36.4, true},
+        {0, EventKind::TemperatureCapture, MaskState::Unknown, 0, 37.9, true},
+        {1, EventKind::Capture, MaskState::NoMask, 3, 65535.0, false},
+        {2, EventKind::TemperatureCapture, MaskState::Worn, 3, 65535.0, true},
+        {3, EventKind::TemperatureCapture, MaskState::Worn, 2, 36.5, true},
     };
     for (int i = 0; i < 8; ++i) {
         auto* card = new CAlarmUnit(&page);
-        card->SetIsSnap(samples[i].kind >= 3);
+        card->SetIsSnap(IsCaptureKind(samples[i].kind));
         card->SetAlarmInfo(MakeInfo(samples[i], i), false);
         card->move(20 + (i / 4) * 400, 20 + (i % 4) * 240);
     }
-    const Sample pops[] = {{0, 0, 0, 0, 38.6, false}, {1, 4, 1, 1, 99.1, false}};  // red comparison, yellow capture
+    const Sample pops[] = {{0, EventKind::Comparison, MaskState::NoMaskAbnormal, 0, 38.6, false},  // red comparison
+                           {1, EventKind::TemperatureCapture, MaskState::NoMask, 1, 99.1, false}};  // yellow capture
     for (int i = 0; i < 2; ++i) {
         auto* pop = new CPopUpUnit(&page);
         pop->SetAlarmInfo(MakeInfo(pops[i], i + 1), true);
@@ -121,8 +128,8 @@ void RenderPage(const QString& lang, const QString& outDir)
     }
 
     // Returning persons: without a library name, then with one and no scene picture.
-    AlarmShowInfo fre = MakeInfo({3, 0, 2, 2, 36.5, true}, 3);
-    fre.kind = 5;
+    AlarmShowInfo fre = MakeInfo({3, EventKind::Comparison, MaskState::Worn, 2, 36.5, true}, 3);
+    fre.kind = EventKind::Returning;
     fre.alarmInfo.comparison.people.libraryName.clear();
     for (int y : {20, 260}) {
         auto* frequent = new CFrequenterUnit(&page);
@@ -162,7 +169,7 @@ void RenderPage(const QString& lang, const QString& outDir)
 // capture with every face attribute the device reports.
 void RenderDetails(const QString& lang, const QString& outDir)
 {
-    AlarmShowInfo comparison = MakeInfo({0, 0, 1, 0, 38.4, false}, 2);
+    AlarmShowInfo comparison = MakeInfo({0, EventKind::Comparison, MaskState::NoMask, 0, 38.4, false}, 2);
     protocol::PeopleInfo& person = comparison.alarmInfo.comparison.people;
     person.name = "Lena Park";
     person.contact = "+1 555 0142";
@@ -175,7 +182,7 @@ void RenderDetails(const QString& lang, const QString& outDir)
     person.extendList = {{"Department", "Logistics"}, {"Employee No.", "E1042"}, {"Badge", ""}};
     comparison.eventID = "E-detail-1";
 
-    AlarmShowInfo capture = MakeInfo({3, 4, 2, 2, 36.5, true}, 3);
+    AlarmShowInfo capture = MakeInfo({3, EventKind::TemperatureCapture, MaskState::Worn, 2, 36.5, true}, 3);
     protocol::IntelAlarmFaceInfo& face = capture.faceInfoList.front();
     face.Sex = 1;
     face.Glass = 2;

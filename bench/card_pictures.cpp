@@ -14,10 +14,10 @@
 // decode is reported beside it. A full-page render is measured apart for
 // comparison.
 //
-//   card_pictures [events]                 timings of (a), (b) and the card cycle
-//   card_pictures --only naive|ours|qt N [noiseShift [rst]]   one path, for instruction counts:
-//   valgrind --tool=callgrind --collect-atstart=no card_pictures --only ours 5 29
-//   card_pictures --cycle N [moved|shifted] just the card cycle, cards moved by the layout and shifted
+//   bench_card_pictures [events]                 timings of (a), (b) and the card cycle
+//   bench_card_pictures --only naive|ours|qt N [noiseShift [rst]]   one path, for instruction counts:
+//   valgrind --tool=callgrind --collect-atstart=no bench_card_pictures --only ours 5 29
+//   bench_card_pictures --cycle N [moved|shifted] just the card cycle, cards moved by the layout and shifted
 //                                           by copying pixels, or one of them (instructions of its N
 //                                           events: under callgrind as above)
 #include <QApplication>
@@ -86,10 +86,10 @@ QByteArray MakeScene(int noiseShift, bool restartMarkers = false)
 AlarmShowInfo MakeEvent(const QByteArray& scene, int i)
 {
     AlarmShowInfo info;
-    info.kind = 4;
-    info.popType = 1;
+    info.kind = EventKind::TemperatureCapture;
+    info.popType = PopUpType::AbnormalTemperature;
     info.alarmType = static_cast<uint32_t>(i % 4);
-    info.maskType = 2;
+    info.maskType = MaskState::Worn;
     info.temperatureType = 0;
     info.captureTime = 1700000000 + i;
     info.cameraName = "Lobby";

@@ -2,7 +2,7 @@
 // prints the time per record taken in (classification, counters, record; the
 // cards follow once their pictures are decoded) and when the last cards stand. With --snapshot FILE the page is saved as a
 // picture afterwards (run under a 1920x1080 X server to see it at full size).
-//   bt_bench_dashboard_burst [--records N] [--snapshot FILE]
+//   bench_dashboard_burst [--records N] [--snapshot FILE]
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>

@@ -8,7 +8,7 @@
 //   warm      the same click on an event whose pictures the dialog already
 //             decoded once, so cold - warm is the time spent decoding.
 //
-//   detail_dialog [N]          (headless: offscreen unless a display is set)
+//   bench_detail_dialog [N]          (headless: offscreen unless a display is set)
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -54,12 +54,12 @@ QByteArray MakeScene()
     return testsupport::EncodeJpeg(img, 85);
 }
 
-AlarmShowInfo MakeEvent(uint32_t kind, const QByteArray& scene, const QByteArray& library)
+AlarmShowInfo MakeEvent(EventKind kind, const QByteArray& scene, const QByteArray& library)
 {
     AlarmShowInfo info;
     info.kind = kind;
     info.alarmType = 0;
-    info.maskType = 1;
+    info.maskType = MaskState::NoMask;
     info.temperatureType = 0;
     info.cameraName = "Lobby entrance";
     info.captureTime = 1763716445;
@@ -73,7 +73,7 @@ AlarmShowInfo MakeEvent(uint32_t kind, const QByteArray& scene, const QByteArray
     face.Temperature = 38.2;
     info.alarmInfo.thermometry.TemperatureEnabled = 1;
     info.alarmInfo.thermometry.Temperature = 38.2;
-    if (kind == 4) {
+    if (kind == EventKind::TemperatureCapture) {
         info.faceInfoList.push_back(face);
     } else {
         info.faceInfo = face;
@@ -163,7 +163,7 @@ QPushButton* DetailsButton(QWidget* card)
 
 struct Figures { Sample cold, warm; double decodeCpu; };
 
-Figures MeasureKind(uint32_t kind, const QByteArray& scene, const QByteArray& library, int rounds, QWidget& page)
+Figures MeasureKind(EventKind kind, const QByteArray& scene, const QByteArray& library, int rounds, QWidget& page)
 {
     FirstPaintClock clock;
     std::vector<Sample> cold, warm;
@@ -182,7 +182,7 @@ Figures MeasureKind(uint32_t kind, const QByteArray& scene, const QByteArray& li
 
         // The decode the dialog adds to the card's, timed on its own: the whole
         // scene of a capture (a comparison's faces were all decoded by its card).
-        if (kind == 4) {
+        if (kind == EventKind::TemperatureCapture) {
             AlarmShowInfo alone = MakeEvent(kind, scene, library);
             PictureSource whole;
             whole.bytes = scene;
@@ -231,7 +231,8 @@ int main(int argc, char** argv)
     std::printf("%-24s %8s %8s %8s %8s %8s %10s %8s\n", "event", "wall", "cpu", "warm cpu", "x empty", "decode",
                 "decode/cpu", "(c-w)/c");
     std::printf("%-24s %8.2f %8.2f %8s %8s\n", "empty dialog (baseline)", base.wall, base.cpu, "-", "1.00");
-    const struct { const char* name; uint32_t kind; } kinds[] = {{"comparison (type 0)", 0}, {"temperature capture (4)", 4}};
+    const struct { const char* name; EventKind kind; } kinds[] = {{"comparison (type 0)", EventKind::Comparison},
+                                                                  {"temperature capture (4)", EventKind::TemperatureCapture}};
     for (const auto& k : kinds) {
         const Figures f = MeasureKind(k.kind, scene, library, rounds, page);
         const double share = f.cold.cpu > 0 ? f.decodeCpu / f.cold.cpu : 0.0;

@@ -6,7 +6,7 @@
 // confirm-to-result time and the longest stall of the GUI event loop while
 // the uploads ran, against the same upload made by the worker alone.
 //
-//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/face_upload OUTDIR
+//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/bench_face_upload OUTDIR
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>

@@ -1,16 +1,16 @@
 // The returning-person detail view against the emulator.
 //
-//   hfpd_detail gallery OUTDIR   renders a view of 41 records, page 1 and page 3,
-//                                in English and Chinese on a 1920 x 1080 page:
-//                                hfpd_<lang>_page<N>.png
-//   hfpd_detail bench            200 records: time from the end of the fetch to
-//                                the first page painted with all 20 thumbnails,
-//                                time per page and the longest GUI stall while
-//                                paging through all pages, against the time the
-//                                same 20 thumbnails take to download in sequence
-//                                (pictures drawn by the emulator beforehand).
+//   bench_hfpd_detail gallery OUTDIR   renders a view of 41 records, page 1 and page 3,
+//                                      in English and Chinese on a 1920 x 1080 page:
+//                                      hfpd_<lang>_page<N>.png
+//   bench_hfpd_detail bench            200 records: time from the end of the fetch to
+//                                      the first page painted with all 20 thumbnails,
+//                                      time per page and the longest GUI stall while
+//                                      paging through all pages, against the time the
+//                                      same 20 thumbnails take to download in sequence
+//                                      (pictures drawn by the emulator beforehand).
 //
-//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/hfpd_detail gallery OUTDIR
+//   xvfb-run -a -s "-screen 0 1920x1080x24 -nolisten tcp" bin/bench_hfpd_detail gallery OUTDIR
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 // rows (kept between runs) and times the first page and the following page
 // switches of the history's queries for a table of filters.
 //
-//   history_query [--rows N] [--db PATH] [--face-bytes B] [--pages P]
+//   bench_history_query [--rows N] [--db PATH] [--face-bytes B] [--pages P]
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>

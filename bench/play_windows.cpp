@@ -7,7 +7,7 @@
 //     heartbeat (the probe of GUI responsiveness) costs on its own.
 // Streams: an MJPEG clip encoded once by ffmpeg, served over HTTP on
 // 127.0.0.1 by a child process of this program (so serving costs nothing here).
-// Usage: play_windows [seconds per phase, default 10]
+// Usage: bench_play_windows [seconds per phase, default 10]
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>

@@ -19,8 +19,8 @@
 //  - time from start to first frame, and from maximising a grid window to
 //    the first picture of its main stream.
 // Other processes on the machine move the figures: compare within a run.
-// Usage: rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
-//        rtsp_windows --quick [only: ...]   (4 s per run, 2 rounds: the whole table in about ten minutes)
+// Usage: bench_rtsp_windows [seconds per run, default 6] [rounds, default 3] [only: h264 h265 sub main 1 4 9 1600]
+//        bench_rtsp_windows --quick [only: ...]   (4 s per run, 2 rounds: the whole table in about ten minutes)
 // --snapshot DIR (before the rest) writes what the host's windows paint, one
 // PNG per row (host-h264-sub-4.png), to look at.
 #include <QApplication>

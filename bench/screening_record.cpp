@@ -5,7 +5,7 @@
 //  - sustained journal throughput (events/s committed, faces encoded on the worker);
 //  - journal file size per 100 000 events;
 //  - export time of 100 000 events: CSV, and PDF with the faces of the flagged events.
-// Usage: bt_bench_screening_record [events]   (default 100000)
+// Usage: bench_screening_record [events]   (default 100000)
 #include <QApplication>
 #include <QBuffer>
 #include <QPainter>
@@ -79,11 +79,11 @@ int main(int argc, char** argv)
         AlarmShowInfo info = AlarmShowInfo::FromRecord(record);
         copyNs += gui.nsecsElapsed();
         info.captureTime = start + int64_t(i) * 20 * 3600 / events;
-        info.kind = 4;
+        info.kind = EventKind::TemperatureCapture;
         const bool abnormal = i % 12 == 0;
         const bool noMask = i % 10 == 0;
         info.temperatureType = abnormal ? 0 : 2;
-        info.maskType = noMask ? (abnormal ? 0 : 1) : 2;
+        info.maskType = noMask ? (abnormal ? MaskState::NoMaskAbnormal : MaskState::NoMask) : MaskState::Worn;
         info.faceInfoList.front().Mask = noMask ? 1 : 2;
         // (same picture bytes: the face source still finds the shared decode)
         info.pictures = pictures;

@@ -37,13 +37,15 @@ uint32_t HistoryKindsOf(const JournalEvent& e)
     uint32_t k = 0;
     if (e.temperatureType == 0)
         k |= HistoryFilter::KindAbnormal;
-    if (e.maskType == 0 || e.maskType == 1)
+    const auto mask = static_cast<MaskState>(e.maskType);
+    if (mask == MaskState::NoMaskAbnormal || mask == MaskState::NoMask)
         k |= HistoryFilter::KindNoMask;
     if (e.temperatureType == 1 || e.temperatureType == 2)
         k |= HistoryFilter::KindNormal;
-    if (e.kind <= 2 && !e.personName.empty())
+    const auto kind = static_cast<EventKind>(e.kind);
+    if (kind <= EventKind::ComparisonFailed && !e.personName.empty())
         k |= HistoryFilter::KindMatched;
-    if (e.kind == 5)
+    if (kind == EventKind::Returning)
         k |= HistoryFilter::KindReturning;
     return k;
 }
@@ -73,9 +75,9 @@ bool HistoryMatches(const HistoryFilter& f, const JournalEvent& e)
 AlarmShowInfo HistoryDetailOf(const JournalEvent& e)
 {
     AlarmShowInfo s;
-    s.kind = e.kind;
-    s.popType = e.popType;
-    s.maskType = e.maskType;
+    s.kind = static_cast<EventKind>(e.kind);
+    s.popType = static_cast<PopUpType>(e.popType);
+    s.maskType = static_cast<MaskState>(e.maskType);
     s.temperatureType = e.temperatureType;
     s.alarmType = e.alarmType;
     s.eventType = e.eventCode;

@@ -55,9 +55,10 @@ const char* const kCornerStyle =
     "QLabel\n{\n\tborder-image:url(:/rightBottom/Images/BodyTemperature/rightBottom/NoDataCorner.png);\n}";
 
 // Window-type bits of the right-hand panel around full screen.
-constexpr uint32_t kTypeMask = 0x13;
-constexpr uint32_t kFullScreenFlags = 0x40040801;  // window, frameless, stay on top, no drop shadow
-constexpr uint32_t kFullScreenToggle = 0x12;
+constexpr uint32_t kTypeMask = Qt::Desktop | Qt::SubWindow;
+constexpr uint32_t kFullScreenFlags =
+    Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+constexpr uint32_t kFullScreenToggle = Qt::SubWindow;
 
 void repolish(QWidget* w)
 {
@@ -215,7 +216,7 @@ void CBTShowWidget::playVoice(const QString& path)
 
 void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
 {
-    if (info.popType != 0)
+    if (info.popType != PopUpType::None)
         showPopUp(info);
 
     auto* card = new CAlarmUnit(this);
@@ -230,7 +231,7 @@ void CBTShowWidget::addAlarmCard(const AlarmShowInfo& info)
 
 void CBTShowWidget::buildCards(const AlarmShowInfo& info, int copies, bool list, bool strip)
 {
-    if (info.kind == 5) {
+    if (info.kind == EventKind::Returning) {
         addFrequenterCards(info, copies, list, strip);
         return;
     }

@@ -20,21 +20,20 @@
 #include "Base/CSingleton.h"
 #include "CAppRscManager.h"
 #include "CameraModel.h"
+#include "UiDataController/CLogicModel.h"
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
+#include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/BTShowTitle.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBTViewTree.h"
+#include "ui/History/CHistoryWindow.h"
+#include "ui/ShowCard/CComparisonDetail.h"
+#include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
 
 namespace BodyTemperature {
 
 namespace {
-
-// Item roles of the camera model.
-constexpr int kRoleNodeType = 657;
-constexpr int kRoleCameraId = 662;
-constexpr int kRoleFilter = 767;
-constexpr int kNodeCamera = 2;
 
 constexpr int kLeftFrameWidth = 278;
 constexpr float kShrinkButtonHeightRatio = 0.48333332f;
@@ -165,7 +164,7 @@ void CBodyTemperatureDlg::setUp()
 
     // 3. The proxy passes the filter values 0, 1 and 2.
     m_pProxyModel = new VantorGUIToolkit::CSecondarySortFilterModel(this);
-    m_pProxyModel->setFilterRole(kRoleFilter);
+    m_pProxyModel->setFilterRole(UiDataController::RoleFilter);
     const QStringList values{QString::number(0), QString::number(1), QString::number(2)};
     m_pProxyModel->setFilterRegExp(QRegExp(values.join(QStringLiteral("|"))));
     m_pProxyModel->setDynamicSortFilter(true);
@@ -235,8 +234,8 @@ void CBodyTemperatureDlg::resizeEvent(QResizeEvent* event)
 
 void CBodyTemperatureDlg::OnCameraTreeDoubleClicked(const QModelIndex& miIndex)
 {
-    const int type = miIndex.data(kRoleNodeType).toInt();
-    if (type == kNodeCamera) {
+    const int type = miIndex.data(UiDataController::RoleNodeType).toInt();
+    if (type == UiDataController::NodeCamera) {
         // Only a camera the model knows, whose device answers and whose
         // channel has a signal, is opened.
         const auto* camera = m_pCameraModel != nullptr
@@ -246,7 +245,7 @@ void CBodyTemperatureDlg::OnCameraTreeDoubleClicked(const QModelIndex& miIndex)
         m_pShowWidget->LiveView()->OpenCamera(camera->GetElementID(), 100);
         m_pShowWidget->update();
     }
-    // An area (node type 1, identifier in role 659) only expands: opening all
+    // An area (UiDataController::NodeArea) only expands: opening all
     // its cameras at once is not offered on this page.
 }
 
@@ -257,7 +256,7 @@ void CBodyTemperatureDlg::OnCameraGroupRemoved(const QModelIndex& miParent, int 
     const QModelIndex index = m_pCameraModel->index(iFirst, 0, miParent);
     if (!index.isValid())
         return;
-    const QVariant cameraId = index.data(kRoleCameraId);
+    const QVariant cameraId = index.data(UiDataController::RoleCameraID);
     if (!cameraId.isValid() || cameraId.toString().isEmpty())
         return;
     m_pShowWidget->LiveView()->RemoveCamera(cameraId.toString().toStdString());
@@ -301,6 +300,22 @@ void CBodyTemperatureDlg::RestorePlayingCameras(const QStringList& cameraIds)
 void CBodyTemperatureDlg::SetAlarmListening(bool on)
 {
     m_pAlarmListener->setAlarmListening(on);
+}
+
+void CBodyTemperatureDlg::StopBackgroundWork()
+{
+    CFrequenterUnit::StopAllDetails(this);
+    CBTAddFaceWnd::CloseAllUnder(this);
+}
+
+void CBodyTemperatureDlg::CloseDetailWindows(QWidget* page)
+{
+    // A detail dialog left open would keep running its loop over a page that
+    // is no longer shown.
+    CComparisonDetail::CloseAllUnder(page);
+    // The screening history window goes with the page it was opened from.
+    for (CHistoryWindow* history : page->findChildren<CHistoryWindow*>())
+        history->close();
 }
 
 } // namespace BodyTemperature

@@ -40,6 +40,13 @@ public:
     void StopAllLiveView();
     void RestorePlayingCameras(const QStringList& cameraIds);
     void SetAlarmListening(bool on);
+    // Stops the device searches of returning-person cards and the face uploads
+    // under this dialog (module code on other threads); their requests are
+    // cut, so this returns at once.
+    void StopBackgroundWork();
+    // Closes the comparison detail dialogs and the screening history windows
+    // opened under the page widget.
+    static void CloseDetailWindows(QWidget* page);
 
 public slots:
     void onNewAlarmComing(publicdatacontroller::IntelAlarmEventInfo struAlarmInfo);

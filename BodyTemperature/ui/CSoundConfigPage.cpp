@@ -14,7 +14,6 @@
 #include "CBTConfigDB.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "VantorGUIToolkit/CPathComboBox.h"
-#include "VantorGUIToolkit/TargetPath.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/SettingsPageLook.h"
 
@@ -80,20 +79,6 @@ VantorGUIToolkit::CPathComboBox* CSoundConfigPage::makeChooser(const char* objec
         return false;
     });
     return chooser;
-}
-
-bool CSoundConfigPage::FillDefaultVoicePaths(AlarmDisplayConfig& config, int language)
-{
-    if (!config.strNoMaskVoice.isEmpty() || !config.strNormalVoice.isEmpty() || !config.strAbnormalVoice.isEmpty())
-        return false;
-    const bool chinese = language == 1;
-    config.strNoMaskVoice =
-        VantorGUIToolkit::GetTargetPathFile(chinese ? QStringLiteral("no_mask.wav") : QStringLiteral("no_mask_en.wav"));
-    config.strNormalVoice =
-        VantorGUIToolkit::GetTargetPathFile(chinese ? QStringLiteral("normal.wav") : QStringLiteral("normal_en.wav"));
-    config.strAbnormalVoice = VantorGUIToolkit::GetTargetPathFile(
-        chinese ? QStringLiteral("abnormal.wav") : QStringLiteral("abnormal_en.wav"));
-    return true;
 }
 
 bool CSoundConfigPage::IsStorablePath(const QString& path)

@@ -31,10 +31,6 @@ public:
     void SetConfig(const AlarmDisplayConfig& config);
     const AlarmDisplayConfig& GetConfig() const { return m_config; }
 
-    // Fills the three voice paths with the shipped files of the language
-    // (1: Chinese, anything else English) when all three are empty.
-    // Returns true when it changed config.
-    static bool FillDefaultVoicePaths(AlarmDisplayConfig& config, int language);
     // Whether the settings store can keep this path: it writes paths into its
     // statement unescaped, so a single quote would fail the save and leave
     // the settings table empty.

@@ -21,7 +21,7 @@ CTypeConfigPage::CTypeConfigPage(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("TypeConfigPage"));
     // Pop-up + frameless: a click anywhere else closes the panel.
-    setWindowFlags(windowFlags() | Qt::WindowFlags(0x809));
+    setWindowFlags(windowFlags() | Qt::Popup | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
 
     m_pFrame = new QFrame(this);

@@ -87,7 +87,7 @@ void ApplySettingsPageLook(QWidget* panel)
 SettingsDialogFrame MakeSettingsDialogFrame(QDialog* dialog, const QString& frameName, const QString& title,
     const QString& closeTip, const QString& saveText, const QString& cancelText)
 {
-    dialog->setWindowFlags(Qt::WindowFlags(2051));  // dialog, frameless
+    dialog->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     dialog->setAttribute(Qt::WA_TranslucentBackground);
 
     SettingsDialogFrame parts;

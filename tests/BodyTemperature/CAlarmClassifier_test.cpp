@@ -67,8 +67,10 @@ TEST(AlarmClassifier, ClassifiesEveryFaceAsTheTableSays)
         const QString paths[] = {QString(), config.strNoMaskVoice, config.strNormalVoice, config.strAbnormalVoice};
         EXPECT_EQ(d.action, Action::ShowFace);
         EXPECT_EQ(d.voicePath, paths[row.voice]);
-        EXPECT_EQ(std::vector<uint32_t>({d.popType, d.maskType, d.temperatureType, d.alarmType, d.kind}),
-            std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType, 4u}));
+        // The columns hold the codes' numbers: the journal and the cards' icon tables store them.
+        EXPECT_EQ(std::vector<uint32_t>({uint32_t(d.popType), uint32_t(d.maskType), d.temperatureType, d.alarmType}),
+            std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType}));
+        EXPECT_EQ(d.kind, EventKind::TemperatureCapture);
         EXPECT_EQ(std::vector<int>({d.normalDelta, d.noMaskDelta, d.abnormalDelta}),
             std::vector<int>({row.normal, row.noMask, row.abnormal}));
         EXPECT_EQ(d.raisesPopUp(), row.popType != 0);
@@ -80,7 +82,7 @@ TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
     const struct {
         uint32_t eventType;
         Action action;
-        uint32_t kind;
+        uint32_t kind;  // the number the journal stores
         bool AlarmDisplayConfig::*switchField;
     } rows[] = {
         {100103, Action::ShowFace, 0, &AlarmDisplayConfig::bFacePictureComparison},
@@ -106,11 +108,11 @@ TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
             EXPECT_EQ(d.action, dropped ? Action::Drop : row.action);
             if (dropped)
                 continue;
-            EXPECT_EQ(d.kind, row.kind);
+            EXPECT_EQ(uint32_t(d.kind), row.kind);
             // Only the faces are classified: abnormal without mask, from the block the kind reads.
             const bool face = row.action == Action::ShowFace;
             EXPECT_EQ(d.alarmType, 0u);
-            EXPECT_EQ(d.maskType, face ? 0u : 3u);
+            EXPECT_EQ(d.maskType, face ? MaskState::NoMaskAbnormal : MaskState::Unknown);
             EXPECT_EQ(d.abnormalDelta + d.noMaskDelta, face ? 2 : 0);
             EXPECT_EQ(d.voicePath, face ? config.strAbnormalVoice : QString());
         }
@@ -123,8 +125,9 @@ TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
     empty.faceInfo.TemperatureAnomaly = 1;
     const AlarmDecision d = CAlarmClassifier::Classify(empty, voiceConfig());
     EXPECT_EQ(d.action, Action::ShowFace);
-    EXPECT_EQ(std::vector<uint32_t>({d.popType, d.maskType, d.temperatureType, d.alarmType}),
-        std::vector<uint32_t>({0, 3, 3, 0}));
+    EXPECT_EQ(d.popType, PopUpType::None);
+    EXPECT_EQ(d.maskType, MaskState::Unknown);
+    EXPECT_EQ(std::vector<uint32_t>({d.temperatureType, d.alarmType}), std::vector<uint32_t>({3, 0}));
     EXPECT_TRUE(d.voicePath.isEmpty());
 }
 

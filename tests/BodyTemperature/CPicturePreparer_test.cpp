@@ -26,7 +26,7 @@ const QByteArray& Scene()
 AlarmShowInfo Record(const std::string& id, bool withPicture)
 {
     AlarmShowInfo info;
-    info.kind = 4;
+    info.kind = BodyTemperature::EventKind::TemperatureCapture;
     info.eventID = id;
     protocol::IntelAlarmFaceInfo face;
     if (withPicture) {

@@ -74,7 +74,7 @@ TEST(FaceRectClamp, CardsCutFacesNoLargerThanTheScene)
         record.faceInfoList.push_back(face);
         record.faceInfo = face;
         AlarmShowInfo info = AlarmShowInfo::FromRecord(record);
-        info.kind = 3;
+        info.kind = EventKind::Capture;
         for (const auto* block : {&info.faceInfoList.front(), &info.faceInfo})
             for (const PictureRect& rect : block->faceRects)
                 EXPECT_TRUE(same(rect, r.clamped));

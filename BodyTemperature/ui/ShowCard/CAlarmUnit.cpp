@@ -82,12 +82,11 @@ void CAlarmUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
     else
         m_pSimilarityLabel->hide();
 
-    if (block->Mask == 2)
-        m_pMaskTextLabel->setText(tr("WearingAMask"));
-    else if (block->Mask == 1)
-        m_pMaskTextLabel->setText(tr("NoGauzeMask"));
-    else
-        m_pMaskTextLabel->setText(QStringLiteral("/"));
+    switch (MaskReadingOf(block->Mask)) {
+    case MaskReading::Worn: m_pMaskTextLabel->setText(tr("WearingAMask")); break;
+    case MaskReading::Missing: m_pMaskTextLabel->setText(tr("NoGauzeMask")); break;
+    case MaskReading::Unknown: m_pMaskTextLabel->setText(QStringLiteral("/")); break;
+    }
 
     m_pTimeLabel->setText(
         QDateTime::fromSecsSinceEpoch(m_info.captureTime).toString(QStringLiteral("MM/dd hh:mm:ss")));
@@ -107,21 +106,21 @@ void CAlarmUnit::ShowName(const protocol::PeopleInfo& people, bool bLarge)
         m_pNameLabel->setText(QString::fromStdString(people.name));
     } else {
         switch (m_info.kind) {
-        case 0:
+        case EventKind::Comparison:
             m_pNameLabel->setText(tr("FacePictureComparison"));
             break;
-        case 1:
+        case EventKind::Stranger:
             m_pNameLabel->setText(people.alternativeName.empty() ? tr("AStranger")
                                                                  : QString::fromStdString(people.alternativeName));
             break;
-        case 2:
+        case EventKind::ComparisonFailed:
             m_pNameLabel->setText(people.alternativeName.empty() ? tr("FaceFail")
                                                                  : QString::fromStdString(people.alternativeName));
             break;
-        case 3:
+        case EventKind::Capture:
             m_pNameLabel->setText(tr("FaceCaptured"));
             break;
-        case 4:
+        case EventKind::TemperatureCapture:
             m_pNameLabel->setText(tr("FaceTemperatureCaptureJLMWvg"));
             // Temperature captures stand out on their own card background (a
             // rule of the module style sheet on this property). A style sheet

@@ -19,7 +19,7 @@ public:
     explicit CAlarmUnit(QWidget* parent = nullptr);
     ~CAlarmUnit() override;
 
-    // Marks the card as a plain capture (kinds 3 and 4) before it is filled.
+    // Marks the card as a plain capture (the capture kinds) before it is filled.
     void SetIsSnap(bool bSnap) { m_bIsSnap = bSnap; }
     const AlarmShowInfo& info() const { return m_info; }
 

@@ -88,11 +88,12 @@ QString CDetailContent::AttributeText(Attribute attribute, uint32_t code)
     return key != nullptr ? Translate(key) : QStringLiteral("/");
 }
 
-const char* CDetailContent::TitleKey(uint32_t kind)
+const char* CDetailContent::TitleKey(EventKind kind)
 {
     switch (kind) {
-    case 3: return QT_TRANSLATE_NOOP("BodyTemperature::CComparisonDetail", "FaceSnapDetail");
-    case 4: return QT_TRANSLATE_NOOP("BodyTemperature::CComparisonDetail", "FaceTemperatureCaptuTpwUkAkA");
+    case EventKind::Capture: return QT_TRANSLATE_NOOP("BodyTemperature::CComparisonDetail", "FaceSnapDetail");
+    case EventKind::TemperatureCapture:
+        return QT_TRANSLATE_NOOP("BodyTemperature::CComparisonDetail", "FaceTemperatureCaptuTpwUkAkA");
     default: return QT_TRANSLATE_NOOP("BodyTemperature::CComparisonDetail", "FacePictureComparisonInformation");
     }
 }
@@ -113,8 +114,8 @@ CDetailContent CDetailContent::From(const AlarmShowInfo& info)
     c.capture = info.isCaptureKind();
     c.firstFrameX = c.capture ? 210 : 1;
     // Strangers and failed matches have no person to show: their face attributes stay.
-    c.page = c.capture || info.kind == 1 || info.kind == 2 ? 0 : 1;
-    c.showTemperatureState = info.kind == 4;
+    c.page = c.capture || info.kind == EventKind::Stranger || info.kind == EventKind::ComparisonFailed ? 0 : 1;
+    c.showTemperatureState = info.kind == EventKind::TemperatureCapture;
     if (c.capture)
         c.mainFrameStyle = QString::fromLatin1(kCaptureBackground);
     c.title = Translate(TitleKey(info.kind));

@@ -24,13 +24,13 @@ public:
     static const char* AttributeKey(Attribute attribute, uint32_t code);
     // The translated text, or "/" for an unlisted code.
     static QString AttributeText(Attribute attribute, uint32_t code);
-    static const char* TitleKey(uint32_t kind);
+    static const char* TitleKey(EventKind kind);
     static QString UnitText(uint32_t unitCode);
 
     static CDetailContent From(const AlarmShowInfo& info);
 
-    // Layout by event type: kinds 3 and 4 show one captured face (centred) and
-    // the scene; every other kind compares the captured and the library face.
+    // Layout by event type: the capture kinds show one captured face (centred)
+    // and the scene; every other kind compares the captured and the library face.
     bool capture = false;
     int firstFrameX = 1;
     int page = 0;  // 0 face attributes, 1 the matched person's data
@@ -54,7 +54,7 @@ public:
     uint32_t temperatureState = 3;
     QString temperatureText;
     QString unitText;
-    uint32_t maskState = 3;
+    MaskState maskState = MaskState::Unknown;
 };
 
 } // namespace BodyTemperature

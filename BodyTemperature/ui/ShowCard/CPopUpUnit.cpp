@@ -42,7 +42,7 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 {
     CAlarmUnit::SetAlarmInfo(info, bLarge);
 
-    if (m_info.popType == 1 || m_info.popType == 2)
+    if (m_info.popType == PopUpType::AbnormalTemperature || m_info.popType == PopUpType::NoMask)
         applyAlarmColour();
 
     const bool capture = m_info.isCaptureKind();
@@ -61,7 +61,7 @@ void CPopUpUnit::SetAlarmInfo(const AlarmShowInfo& info, bool bLarge)
 // that names the alarm.
 void CPopUpUnit::applyAlarmColour()
 {
-    const bool red = m_info.popType == 1;
+    const bool red = m_info.popType == PopUpType::AbnormalTemperature;
     const QString colour = red ? QStringLiteral("Red") : QStringLiteral("Yellow");
     const QString title = QLatin1Char('[')
         + (red ? tr("AbnormalTemperatureAbnPnaZOG") : tr("AlarmWithoutMaskxBDZWfBH")) + QLatin1Char(']');
@@ -126,9 +126,9 @@ void CPopUpUnit::showCaptureFigures()
                                          CardStyle::TemperatureText(face.Temperature),
                                          UnitText(face.TemperatureUnit), true);
     }
-    if (m_info.popType == 0 || m_info.popType == 1)
+    if (m_info.popType == PopUpType::None || m_info.popType == PopUpType::AbnormalTemperature)
         setObjectName(QStringLiteral("Snap_PopUp_Red"));
-    else if (m_info.popType == 2)
+    else if (m_info.popType == PopUpType::NoMask)
         setObjectName(QStringLiteral("Snap_PopUp_Yellow"));
 }
 

@@ -46,7 +46,7 @@ CWaitShowWid::CWaitShowWid(QWidget* parent, const QString& strAnimationFile) : Q
     m_pMovie->start();
 
     setFixedSize(300, 210);
-    setWindowFlags(Qt::WindowFlags(0x0803));
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
 
     m_pTimer = new QTimer(this);
     connect(m_pTimer, &QTimer::timeout, this, &CWaitShowWid::OnWaitTimeOut);

@@ -100,11 +100,11 @@ double LeadingNumber(const QString& text)
 
 } // namespace
 
-void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
+void ApplySmallMaskIcon(QLabel* icon, MaskState maskState)
 {
-    if (!icon || maskState == 3)
+    if (!icon || maskState == MaskState::Unknown)
         return;
-    const QString picture = ByState(kMask16, maskState);
+    const QString picture = ByState(kMask16, static_cast<uint32_t>(maskState));
     if (picture.isEmpty()) {
         icon->hide();
         return;
@@ -113,11 +113,11 @@ void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState)
     icon->show();
 }
 
-void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState)
+void ApplyBigMaskIcon(QLabel* icon, MaskState maskState)
 {
     if (!icon)
         return;
-    const QString picture = ByState(kMask32, maskState);
+    const QString picture = ByState(kMask32, static_cast<uint32_t>(maskState));
     if (picture.isEmpty()) {
         icon->hide();
         return;

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+#include "AlarmShowInfo.h"
+
 class QLabel;
 class QWidget;
 
@@ -32,11 +34,12 @@ QString SimilarityText(double similarity);
 // Fixed notation with one decimal ("36.5", "98.0").
 QString TemperatureText(double temperature);
 
-// The mask icon of the small cards: state 0..2 styled and shown, 3 untouched,
-// anything else hidden.
-void ApplySmallMaskIcon(QLabel* icon, uint32_t maskState);
-// The mask icon of the pop-up: state 0..2 styled and shown, anything else hidden.
-void ApplyBigMaskIcon(QLabel* icon, uint32_t maskState);
+// The mask icon of the small cards: the three icon states styled and shown,
+// MaskState::Unknown untouched, any other value hidden.
+void ApplySmallMaskIcon(QLabel* icon, MaskState maskState);
+// The mask icon of the pop-up: the three icon states styled and shown, any
+// other value hidden.
+void ApplyBigMaskIcon(QLabel* icon, MaskState maskState);
 
 // The temperature badge: nothing for state 3; hidden for the value 65535
 // ("not measured"); else "<value with one decimal> <unit>" on the state's

@@ -109,8 +109,9 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
         const CAlarmUnit* card = newestCard(*w);
         ASSERT_NE(card, nullptr);
         const AlarmShowInfo& i = card->info();
-        EXPECT_EQ(std::vector<uint32_t>({i.popType, i.maskType, i.temperatureType, i.alarmType, i.kind}),
-            std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType, 4u}));
+        EXPECT_EQ(std::vector<uint32_t>({uint32_t(i.popType), uint32_t(i.maskType), i.temperatureType, i.alarmType}),
+            std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType}));
+        EXPECT_EQ(i.kind, EventKind::TemperatureCapture);
         ASSERT_EQ(nums.count(), 1);
         EXPECT_EQ(nums.at(0), (Nums{1, row.normal, row.noMask, row.abnormal}));
         EXPECT_EQ(popUp(*w) != nullptr && popUp(*w)->isVisibleTo(w.get()), row.popType != 0);
@@ -156,7 +157,7 @@ TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
     EXPECT_EQ(rightCards(*w), 2);
     const auto* card = newestCard<CFrequenterUnit>(*w);
     ASSERT_NE(card, nullptr);
-    EXPECT_EQ(card->info().kind, 5u);
+    EXPECT_EQ(card->info().kind, EventKind::Returning);
     EXPECT_EQ(card->info().strSecondID, "TASK7");
     EXPECT_EQ(bottomCards(*w), 2);
     ASSERT_EQ(nums.count(), 1);

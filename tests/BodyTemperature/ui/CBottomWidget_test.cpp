@@ -22,7 +22,7 @@ namespace {
 AlarmShowInfo captureInfo(const std::string& eventId)
 {
     AlarmShowInfo info = AlarmShowInfo::FromRecord(record(kCapture, face(0, 0, 2), eventId));
-    info.kind = 3;
+    info.kind = BodyTemperature::EventKind::Capture;
     return info;
 }
 

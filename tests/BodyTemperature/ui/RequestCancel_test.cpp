@@ -289,7 +289,7 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
     } else {
         QPointer<CFrequenterUnit> unit = new CFrequenterUnit(list);
         AlarmShowInfo info;
-        info.kind = 5;
+        info.kind = EventKind::Returning;
         info.deviceID = "TEST0001";
         info.strSecondID = task;
         unit->SetFrequenterInfo(info);

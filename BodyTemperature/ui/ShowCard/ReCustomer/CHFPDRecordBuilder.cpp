@@ -25,25 +25,9 @@ std::string CHFPDRecordBuilder::RewriteCaptureTime(const std::string& deviceText
 
 HFPDRecord CHFPDRecordBuilder::Build(const CapabilitySet::HFPDFaceResultItem& item)
 {
-    HFPDRecord r;
-    r.index = item.index;
-    r.captureTimeText = RewriteCaptureTime(item.captureTime);
-    r.captureTime = Base::TimeUtil::StrDatetime2TimeT(r.captureTimeText);
-    r.channelID = item.channelID;
-    r.cameraName = item.cameraName;
-    r.picUrl = item.picUrl;
-    r.facePicUrl = item.facePicUrl;
-    r.ageGroup = item.ageGroup;
-    r.gender = item.gender;
-    r.glass = item.glass;
-    r.mask = item.mask;
-    r.hat = item.hat;
-    r.expression = item.expression;
-    r.smile = item.smile;
-    r.x = item.x;
-    r.y = item.y;
-    r.width = item.width;
-    r.height = item.height;
+    HFPDRecord r(item);
+    r.captureTime = RewriteCaptureTime(item.captureTime);
+    r.captureSeconds = Base::TimeUtil::StrDatetime2TimeT(r.captureTime);
     return r;
 }
 

@@ -51,9 +51,9 @@ QLineEdit { color: #ffffff; background-color: #0b1420; border: 1px solid #2c4c74
 
 QString timeOnThumb(const HFPDRecord& r)
 {
-    if (r.captureTime < 0)
-        return QString::fromStdString(r.captureTimeText);
-    return QDateTime::fromSecsSinceEpoch(r.captureTime).toString(QStringLiteral("MM/dd hh:mm:ss"));
+    if (r.captureSeconds < 0)
+        return QString::fromStdString(r.captureTime);
+    return QDateTime::fromSecsSinceEpoch(r.captureSeconds).toString(QStringLiteral("MM/dd hh:mm:ss"));
 }
 
 QLabel* newLabel(QWidget* parent, const char* name, const QString& text = QString())
@@ -376,7 +376,7 @@ void CHFPDShowDetailWid::onPictureDownloaded(const QByteArray& bytes)
         BASE_LOG_DEBUG("Failed to load image");
     }
     m_pCameraLabel->setText(QString::fromStdString(r->cameraName));
-    m_pTimeLabel->setText(QString::fromStdString(r->captureTimeText));
+    m_pTimeLabel->setText(QString::fromStdString(r->captureTime));
     refreshPropItems(*r);
 }
 

@@ -7,27 +7,19 @@
 #include <string>
 #include <vector>
 
+#include "CapabilitySet/HFPDSearchFaceResult.h"
+
 namespace BodyTemperature {
 
-struct HFPDRecord {
-    int32_t index = 0;
-    std::string captureTimeText;   // "yyyy-MM-dd hh:mm:ss" as the device meant it
-    std::time_t captureTime = -1;  // captureTimeText as local time; -1 when unreadable
-    std::string channelID;         // device-API channel number (mapped from the device's text)
-    std::string cameraName;
-    std::string picUrl;            // scene picture reference
-    std::string facePicUrl;        // face picture reference
-    std::string ageGroup;
-    std::string gender;
-    std::string glass;
-    std::string mask;
-    std::string hat;
-    std::string expression;
-    std::string smile;
-    float x = 0.f;                 // face rectangle, fractions of the scene picture
-    float y = 0.f;
-    float width = 0.f;
-    float height = 0.f;
+// The device's entry with two fields rewritten for the view (see
+// CHFPDRecordBuilder): captureTime holds "yyyy-MM-dd hh:mm:ss" as the device
+// meant it, channelID the device-API channel number mapped from the device's
+// text.
+struct HFPDRecord : CapabilitySet::HFPDFaceResultItem {
+    HFPDRecord() = default;
+    explicit HFPDRecord(const CapabilitySet::HFPDFaceResultItem& item) : CapabilitySet::HFPDFaceResultItem(item) {}
+
+    std::time_t captureSeconds = -1;  // captureTime as local time; -1 when unreadable
 };
 
 using HFPDRecordList = std::vector<HFPDRecord>;

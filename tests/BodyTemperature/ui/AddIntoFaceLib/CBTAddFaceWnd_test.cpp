@@ -333,7 +333,7 @@ TEST_F(AddFaceWndTest, CaptureCardOpensTheDialogAndIsHeldWhileItRuns)
 {
     CBottomWidget strip;
     auto info = AlarmShowInfo::FromRecord(dashtest::record(dashtest::kCapture, dashtest::face(0, 0, 2), "E1", "TEST0001-CH3"));
-    info.kind = 3;
+    info.kind = EventKind::Capture;
     strip.AddSnapInfo(info);
     QPointer<CSnapUnit> card = strip.findChild<CSnapUnit*>();
     ASSERT_TRUE(card);

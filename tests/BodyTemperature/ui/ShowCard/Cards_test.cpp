@@ -43,11 +43,12 @@ bool ShowsPicture(QWidget* card, const QImage& picture)
     return false;
 }
 
-// A record whose face block (the list for capture kinds) carries the scene picture.
+// A record whose face block (the list for capture kinds) carries the scene
+// picture; the kind by its number, as the rows give it.
 AlarmShowInfo Record(uint32_t kind, const QByteArray& scene, protocol::PictureRect rect = kWhole)
 {
     AlarmShowInfo info;
-    info.kind = kind;
+    info.kind = static_cast<EventKind>(kind);
     protocol::IntelAlarmFaceInfo face;
     face.bkPic = scene;
     face.bNoSubPic = true;
@@ -297,7 +298,7 @@ TEST(AlarmUnit, MaskIconSmallCardLeavesState3Untouched)
     const struct { uint32_t state; bool visible; const char* picture; } steps[] = {
         {0, true, "R-mask16"}, {2, true, "G-mask16"}, {3, true, "G-mask16"}, {1, true, "Y-mask16"}, {9, false, "Y-mask16"}};
     for (const auto& s : steps) {
-        info.maskType = s.state;
+        info.maskType = static_cast<MaskState>(s.state);
         card.SetAlarmInfo(info, false);
         QLabel* icon = nullptr;
         for (QLabel* l : card.findChildren<QLabel*>())
@@ -324,8 +325,8 @@ TEST(PopUpUnit, KindsVariantsAndRefilling)
         AlarmShowInfo info = Record(r.kind, scene, {0.25, 0.25, 0.5, 0.5});
         Face(info).TemperatureEnabled = 1;
         Face(info).Temperature = 38.4;
-        info.popType = r.popType;
-        info.maskType = r.mask;
+        info.popType = static_cast<PopUpType>(r.popType);
+        info.maskType = static_cast<MaskState>(r.mask);
         info.temperatureType = 0;
         info.alarmInfo.comparison.similarity = 0.9;
         info.alarmInfo.thermometry.TemperatureEnabled = 1;
@@ -380,7 +381,7 @@ TEST(EventPictures, AllCardsOfAnEventShareOneDecodeAndLookLikeAFullDecode)
     const QByteArray scene = testsupport::makeJpeg(1920, 1080);
     const QImage crop = QImage::fromData(scene).copy(806, 270, 230, 324);  // (0.42, 0.25, 0.12, 0.3), truncated
     AlarmShowInfo info = Record(4, scene, {0.42, 0.25, 0.12, 0.3});
-    info.popType = 1;
+    info.popType = PopUpType::AbnormalTemperature;
     info.alarmType = 0;
     CSnapUnit snap;
     snap.SetAlarmInfo(info);
@@ -411,7 +412,7 @@ TEST(FrequenterUnit, FillsPictureLibraryAndCamera)
     for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         AlarmShowInfo info;
-        info.kind = 5;
+        info.kind = EventKind::Returning;
         info.faceInfo.SubPic = r.sub;
         info.faceInfo.bkPic = r.bk;
         info.faceInfo.faceRects.push_back({0.25, 0.5, 0.5, 0.25});
@@ -464,7 +465,7 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
         for (const QString& text : kMarkup) {
             SCOPED_TRACE(std::string(row.name) + ": " + text.toStdString());
             AlarmShowInfo info = Record(row.kind, scene, {0.25, 0.25, 0.5, 0.5});
-            info.popType = 1;
+            info.popType = PopUpType::AbnormalTemperature;
             row.put(info, text);
             if (row.kind == 5) {
                 CFrequenterUnit card;

@@ -47,11 +47,12 @@ bool Shows(const QWidget& dialog, const char* name)
     return c != nullptr && c->isVisibleTo(&dialog);
 }
 
+// By the kind's number, as the journal stores it (9: a kind no event has).
 AlarmShowInfo Record(uint32_t kind)
 {
     static const QByteArray s_scene = testsupport::makeJpeg(640, 360);
     AlarmShowInfo info;
-    info.kind = kind;
+    info.kind = static_cast<EventKind>(kind);
     info.cameraName = "Gate";
     info.captureTime = 1700000000;
     protocol::IntelAlarmFaceInfo face;
@@ -228,7 +229,7 @@ TEST(ComparisonDetail, BigBadgeAndMaskIcon)
         info.alarmInfo.thermometry.Temperature = r.value;
         info.alarmInfo.thermometry.TemperatureUnit = r.unit;
         info.temperatureType = r.state;
-        info.maskType = r.mask;
+        info.maskType = static_cast<MaskState>(r.mask);
         CComparisonDetail dialog;
         dialog.SetAlarmInfo(info);
         const auto* badge = dialog.findChild<QLabel*>(QStringLiteral("m_pBigTemperatureLbl"));

@@ -48,7 +48,7 @@ protected:
     static AlarmShowInfo Info(const std::string& task)
     {
         AlarmShowInfo info;
-        info.kind = 5;
+        info.kind = EventKind::Returning;
         info.deviceID = "TEST0001";
         info.strSecondID = task;
         info.alarmInfo.comparison.people.name = "Lena Park";

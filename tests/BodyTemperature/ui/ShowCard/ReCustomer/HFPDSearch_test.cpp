@@ -74,8 +74,8 @@ TEST_F(HFPDSearchTest, CompletesAfterTheDevicesPollsWithChannelsMappedInDeviceOr
         EXPECT_GT(records[i].width, 0.f);
     }
     for (size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(records[i].captureTimeText, "2020-05-01 10:20:30") << i;
-        EXPECT_EQ(records[i].captureTime, Base::TimeUtil::StrDatetime2TimeT("2020-05-01 10:20:30")) << i;
+        EXPECT_EQ(records[i].captureTime, "2020-05-01 10:20:30") << i;
+        EXPECT_EQ(records[i].captureSeconds, Base::TimeUtil::StrDatetime2TimeT("2020-05-01 10:20:30")) << i;
     }
 }
 

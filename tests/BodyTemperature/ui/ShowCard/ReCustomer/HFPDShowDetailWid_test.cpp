@@ -35,7 +35,7 @@ HFPDRecordList Records(int count, int brokenFace = 0)
     for (int i = 1; i <= count; ++i) {
         HFPDRecord r;
         r.index = i;
-        r.captureTimeText = QStringLiteral("2026-11-20 08:%1:00").arg(i % 60, 2, 10, QLatin1Char('0')).toStdString();
+        r.captureTime = QStringLiteral("2026-11-20 08:%1:00").arg(i % 60, 2, 10, QLatin1Char('0')).toStdString();
         r.channelID = std::to_string(1 + i % 4);
         r.cameraName = "Camera " + std::to_string(i);
         r.picUrl = "/DVAPI/pictures/hfpd/view/" + std::to_string(i) + ".jpg";
