@@ -132,15 +132,15 @@ void CFrequenterUnit::ShowDetails()
     if (answer != QDialog::Accepted || cancel->IsCancelled() || !future.isFinished())
         return;
 
-    const FetchResult result = future.result();
-    m_records = result.records;
+    FetchResult result = future.result();
+    m_records = std::move(result.records);
     m_bFetchFailed = result.bFailed;
     if (m_bFetchFailed) {
         m_bFetchFailed = false;
         VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("ObtainingDetailsFailed"));
         return;
     }
-    if (m_records.empty()) {
+    if (!m_records || m_records->empty()) {
         VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(tr("NoDetails"));
         return;
     }
@@ -185,9 +185,10 @@ CFrequenterUnit::FetchResult CFrequenterUnit::FetchRecords(std::string deviceId,
     std::shared_ptr<commlayer::CRequestCancel> cancel)
 {
     FetchResult result;
-    result.bFailed = !CHFPDSearchManager::Instance()->SearchRecords(deviceId, taskId, result.records, cancel.get());
-    if (result.bFailed)
-        result.records.clear();
+    auto records = std::make_shared<HFPDRecordList>();
+    result.bFailed = !CHFPDSearchManager::Instance()->SearchRecords(deviceId, taskId, *records, cancel.get());
+    if (!result.bFailed)
+        result.records = std::move(records);
     return result;
 }
 

@@ -37,7 +37,7 @@ public:
 
     // What a search task hands back.
     struct FetchResult {
-        HFPDRecordList records;
+        HFPDRecordsPtr records;
         bool bFailed = false;
     };
 
@@ -59,7 +59,7 @@ private:
 
     AlarmShowInfo m_info;
     // Kept with the records they were fetched with.
-    HFPDRecordList m_records;
+    HFPDRecordsPtr m_records;
     std::string m_strSearchDevice;
     std::string m_strSearchTask;
     bool m_bFetchFailed = false;

@@ -216,7 +216,13 @@ void CHFPDShowDetailWid::layoutStrip()
 bool CHFPDShowDetailWid::SetHFPDRecords(const HFPDRecordList& records, const std::string& deviceId,
     uint32_t uAttrMask, const HFPDPersonInfo& person)
 {
-    m_records = records;
+    return SetHFPDRecords(std::make_shared<const HFPDRecordList>(records), deviceId, uAttrMask, person);
+}
+
+bool CHFPDShowDetailWid::SetHFPDRecords(HFPDRecordsPtr records, const std::string& deviceId, uint32_t uAttrMask,
+    const HFPDPersonInfo& person)
+{
+    m_records = records ? std::move(records) : std::make_shared<const HFPDRecordList>();
     m_strDeviceId = deviceId;
     m_uAttrMask = uAttrMask;
     showPerson(person);
@@ -225,7 +231,7 @@ bool CHFPDShowDetailWid::SetHFPDRecords(const HFPDRecordList& records, const std
     disconnect(m_pPager, &CTargetPageController::SignalPageChanged, this, &CHFPDShowDetailWid::OnChangePage);
     m_pPicList->ClearPicLabels();
     m_pPicture->Clear();
-    m_pPager->SetPageInfo(CHFPDPaging::PagerPageCount(m_records.size()), unsigned(m_records.size()));
+    m_pPager->SetPageInfo(CHFPDPaging::PagerPageCount(m_records->size()), unsigned(m_records->size()));
     connect(m_pPager, &CTargetPageController::SignalPageChanged, this, &CHFPDShowDetailWid::OnChangePage);
     layoutStrip();
     OnChangePage(1);
@@ -238,12 +244,12 @@ void CHFPDShowDetailWid::OnChangePage(unsigned int uPage)
     m_uSelected = 0;
     m_faceBytes.clear();
     m_pPicList->ClearPicLabels();
-    const uint32_t count = CHFPDPaging::PictureCount(m_records.size(), uPage);
-    m_pNoDetails->setVisible(m_records.empty());
+    const uint32_t count = CHFPDPaging::PictureCount(m_records->size(), uPage);
+    m_pNoDetails->setVisible(m_records->empty());
     m_pAddBtn->setEnabled(count > 0);
     std::vector<CHFPDPictureLoader::Thumb> thumbs;
     for (uint32_t k = 1; k <= count; ++k) {
-        const HFPDRecord& r = m_records[CHFPDPaging::RecordIndex(uPage, k)];
+        const HFPDRecord& r = (*m_records)[CHFPDPaging::RecordIndex(uPage, k)];
         m_pPicList->AddPicLabel(k, timeOnThumb(r));
         const std::string& face = r.facePicUrl.empty() ? r.picUrl : r.facePicUrl;
         thumbs.push_back({k, face});
@@ -261,12 +267,12 @@ void CHFPDShowDetailWid::OnChangePage(unsigned int uPage)
 
 void CHFPDShowDetailWid::OnPictrueClicked(unsigned int uPicLsh)
 {
-    if (uPicLsh == 0 || uPicLsh > CHFPDPaging::PictureCount(m_records.size(), m_uCurrentPage))
+    if (uPicLsh == 0 || uPicLsh > CHFPDPaging::PictureCount(m_records->size(), m_uCurrentPage))
         return;
     if (!m_pPicList->SelectPicLabel(uPicLsh))
         return;
     m_uSelected = uPicLsh;
-    const HFPDRecord& r = m_records[CHFPDPaging::RecordIndex(m_uCurrentPage, uPicLsh)];
+    const HFPDRecord& r = (*m_records)[CHFPDPaging::RecordIndex(m_uCurrentPage, uPicLsh)];
     m_sceneBytes.clear();
     m_pPicture->Clear();
     m_pPicture->SetMessage(tr("Loading"));
@@ -293,7 +299,7 @@ const HFPDRecord* CHFPDShowDetailWid::selectedRecord() const
     if (m_uSelected == 0)
         return nullptr;
     const size_t index = CHFPDPaging::RecordIndex(m_uCurrentPage, m_uSelected);
-    return index < m_records.size() ? &m_records[index] : nullptr;
+    return index < m_records->size() ? &(*m_records)[index] : nullptr;
 }
 
 void CHFPDShowDetailWid::showPerson(const HFPDPersonInfo& person)

@@ -36,6 +36,9 @@ public:
     // when there is no device to download the pictures from.
     bool SetHFPDRecords(const HFPDRecordList& records, const std::string& deviceId, uint32_t uAttrMask,
         const HFPDPersonInfo& person);
+    // The same without a copy of the records.
+    bool SetHFPDRecords(HFPDRecordsPtr records, const std::string& deviceId, uint32_t uAttrMask,
+        const HFPDPersonInfo& person);
 
 signals:
     void SignalHFPDAddFDLibClicked();
@@ -67,7 +70,7 @@ private:
     void onPictureDownloaded(const QByteArray& bytes);
     void onPictureFailed();
 
-    HFPDRecordList m_records;
+    HFPDRecordsPtr m_records = std::make_shared<const HFPDRecordList>();
     std::string m_strDeviceId;
     uint32_t m_uAttrMask = 0;
     unsigned int m_uCurrentPage = 1;

@@ -1,9 +1,11 @@
 #pragma once
 // One capture of a returning person as the device's frequent-person search
 // reports it, ready for the detail view, and the library person the card
-// matched. Plain values, copied between the search task and the GUI thread.
+// matched. Plain values; a search's whole list is handed from the search
+// task to the GUI thread without a copy (HFPDRecordsPtr).
 #include <cstdint>
 #include <ctime>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,10 @@ struct HFPDRecord : CapabilitySet::HFPDFaceResultItem {
 };
 
 using HFPDRecordList = std::vector<HFPDRecord>;
+// A search's records, shared read-only between the search task, the card and
+// its detail view: a hundred thousand of them must not be copied on the GUI
+// thread.
+using HFPDRecordsPtr = std::shared_ptr<const HFPDRecordList>;
 
 // The library person of the event; valid is false when the event carried none.
 struct HFPDPersonInfo {
