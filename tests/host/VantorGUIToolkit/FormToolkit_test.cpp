@@ -44,30 +44,30 @@ TEST(IntValidator, RefusesPastTheTopAndClamps)
         int pos = s.size();
         EXPECT_EQ(v.validate(s, pos), r.state) << r.text;
         v.fixup(s);
-        EXPECT_EQ(s, QString(r.fixed)) << r.text;
+        EXPECT_EQ(s, QLatin1String(r.fixed)) << r.text;
     }
 }
 
 TEST(ChaseDialog, CancelIsAskedOnceAndTheWorkerEndsIt)
 {
     QWidget owner;
-    auto* chase = new CChaseDialog(QStringLiteral(":/none.gif"), "Processing", &owner);
+    auto* chase = new CChaseDialog(QStringLiteral(":/none.gif"), QStringLiteral("Processing"), &owner);
     QSignalSpy cancel(chase, &CChaseDialog::SignalCancel);
     int ticks = 0;
     QTimer ticker;
     QObject::connect(&ticker, &QTimer::timeout, chase, [&] { ++ticks; });
     ticker.start(10);
     QTimer::singleShot(50, chase, [chase] {
-        chase->findChild<QPushButton*>(QStringLiteral("m_pCancelBtn"))->click();
+        testsupport::child<QPushButton>(chase, "m_pCancelBtn")->click();
         QTest::keyClick(chase, Qt::Key_Escape);  // Esc while waiting for the worker
     });
     QTimer::singleShot(150, chase, &CChaseDialog::OnImmediatelyStopChase);
     EXPECT_EQ(chase->ExecChase(), QDialog::Accepted);
     EXPECT_EQ(cancel.count(), 1);
     EXPECT_GE(ticks, 5);  // the event loop kept turning
-    EXPECT_EQ(chase->findChild<QLabel*>(QStringLiteral("m_pTextLabel"))->text(), QStringLiteral("Processing"));
+    EXPECT_EQ(testsupport::child<QLabel>(chase, "m_pTextLabel")->text(), QStringLiteral("Processing"));
     // A worker that ended before the dialog ran: no dialog at all.
-    auto* quick = new CChaseDialog(QStringLiteral(":/none.gif"), "Processing", &owner);
+    auto* quick = new CChaseDialog(QStringLiteral(":/none.gif"), QStringLiteral("Processing"), &owner);
     quick->OnImmediatelyStopChase();
     EXPECT_EQ(quick->ExecChase(), QDialog::Accepted);
 }
