@@ -110,6 +110,7 @@ TEST(HostileDevice, EndlessAndOversizedBodiesAreCutByKind)
         SCOPED_TRACE(c.name);
         const qint64 logBefore = testsupport::logText().size();
         const long residentBefore = resetPeak();
+        const long long sentBefore = dev.sentForever();
         bool ok = false;
         if (c.download) {
             QByteArray data;
@@ -121,6 +122,9 @@ TEST(HostileDevice, EndlessAndOversizedBodiesAreCutByKind)
         }
         EXPECT_EQ(ok, c.error.first == 0);
         EXPECT_EQ(Base::Error::GetLastError(), c.error);
+        // Cut when the limit is reached, not read on until the time-out (the
+        // slack: what the socket buffers hold).
+        EXPECT_LT(dev.sentForever() - sentBefore, (long long)c.limit + (16 << 20));
         if (!ok) {
             const QByteArray lines = testsupport::logText(logBefore);
             EXPECT_TRUE(lines.contains("cut: body over")) << lines.constData();
