@@ -42,7 +42,7 @@ TEST_P(FaceClassification, AsTheRowSays)
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, FaceClassification, ::testing::ValuesIn(testsupport::kClassificationRows),
-    [](const ::testing::TestParamInfo<ClassificationRow>& info) { return std::string(info.param.name); });
+    [](const ::testing::TestParamInfo<ClassificationRow>& row) { return std::string(row.param.name); });
 
 TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
 {

@@ -51,7 +51,7 @@ TEST(IntValidator, RefusesPastTheTopAndClamps)
 TEST(ChaseDialog, CancelIsAskedOnceAndTheWorkerEndsIt)
 {
     QWidget owner;
-    auto* chase = new CChaseDialog(QStringLiteral(":/none.gif"), QStringLiteral("Processing"), &owner);
+    auto* chase = new CChaseDialog(QStringLiteral(":/none.gif"), "Processing", &owner);
     QSignalSpy cancel(chase, &CChaseDialog::SignalCancel);
     int ticks = 0;
     QTimer ticker;
@@ -67,7 +67,7 @@ TEST(ChaseDialog, CancelIsAskedOnceAndTheWorkerEndsIt)
     EXPECT_GE(ticks, 5);  // the event loop kept turning
     EXPECT_EQ(testsupport::child<QLabel>(chase, "m_pTextLabel")->text(), QStringLiteral("Processing"));
     // A worker that ended before the dialog ran: no dialog at all.
-    auto* quick = new CChaseDialog(QStringLiteral(":/none.gif"), QStringLiteral("Processing"), &owner);
+    auto* quick = new CChaseDialog(QStringLiteral(":/none.gif"), "Processing", &owner);
     quick->OnImmediatelyStopChase();
     EXPECT_EQ(quick->ExecChase(), QDialog::Accepted);
 }
@@ -104,7 +104,7 @@ TEST(ErrorInfoMgr, EveryTextExistsInBothLanguages)
     EXPECT_EQ(UiDataController::CErrorInfoMgr::GetErrorInfoByCode(12, 13),
         QStringLiteral("TheUserHasNoPermissionOnTheDevice"));
     for (const char* lang : {"en", "zh_CN"}) {
-        QFile f(testsupport::sourceDir() + QStringLiteral("/host/app/translations/vantordesk_%1.ts").arg(lang));
+        QFile f(testsupport::sourceDir() + QStringLiteral("/host/app/translations/vantordesk_%1.ts").arg(QLatin1String(lang)));
         ASSERT_TRUE(f.open(QIODevice::ReadOnly));
         // Keys with a non-empty translation in the error context.
         QStringList translated;

@@ -238,7 +238,7 @@ TEST_P(AlarmStreamSilence, IsCaughtAndReconnectingIntoItStaysOffline)
 INSTANTIATE_TEST_SUITE_P(Heartbeats, AlarmStreamSilence,
     ::testing::Values(SilenceRow{"idleWithFixedBeats", "--keepalive-mode fixed --keepalive-ms 300", 0},
         SilenceRow{"busyBeatingOnlyWhileIdle", "--keepalive-mode idle --keepalive-ms 5000", 10}),
-    [](const ::testing::TestParamInfo<SilenceRow>& info) { return std::string(info.param.name); });
+    [](const ::testing::TestParamInfo<SilenceRow>& row) { return std::string(row.param.name); });
 
 // The reader on hand-made streams, fed in pieces of every size.
 TEST(MultipartReader, SplitsPartsWhateverTheChunkSizes)
