@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "CAlarmClassifier.h"
+#include "support/ClassificationRows.h"
 #include "ui/DashboardRecords.h"
 
 using namespace BodyTemperature;
@@ -19,63 +20,31 @@ publicdatacontroller::IntelAlarmEventInfo record(uint32_t eventType, uint32_t en
     return dashtest::record(eventType, dashtest::face(enabled, anomaly, mask, false));
 }
 
-enum Voice { None, NoMask, Normal, Abnormal };
+using testsupport::ClassificationRow;
 
-struct FaceRow {
-    const char* name;
-    uint32_t enabled, anomaly, mask;
-    bool soundNoMask, soundNormal, soundAbnormal, popNoMask, popAbnormal;
-    Voice voice;
-    uint32_t popType, maskType, temperatureType, alarmType;
-    int normal, noMask, abnormal;
-};
+class FaceClassification : public ::testing::TestWithParam<ClassificationRow> {};
 
-const FaceRow kFaceRows[] = {
-    // name                          en an mk  sNM   sN    sA    pNM   pA     voice     pop mk tp al  n  nm ab
-    {"not measured, no mask",        0, 0, 1, true, true, true, true, true, NoMask,   2, 1, 3, 1, 0, 1, 0},
-    {"not measured, no mask, quiet", 0, 0, 1, false, true, true, false, true, None,    0, 1, 3, 1, 0, 1, 0},
-    {"not measured, mask worn",      0, 0, 2, true, true, true, true, true, None,     0, 2, 3, 2, 0, 0, 0},
-    {"not measured, unknown mask",   2, 1, 0, true, true, true, true, true, None,     0, 3, 3, 2, 0, 0, 0},
-    {"abnormal, mask worn",          1, 1, 2, true, true, true, true, true, Abnormal, 1, 2, 0, 0, 0, 0, 1},
-    {"abnormal, mask worn, quiet",   1, 1, 2, true, true, false, true, false, None,   0, 2, 0, 0, 0, 0, 1},
-    {"abnormal, unknown mask",       1, 1, 5, true, true, true, true, true, Abnormal, 1, 3, 0, 0, 0, 0, 1},
-    {"abnormal, no mask",            1, 1, 1, true, true, true, true, true, Abnormal, 1, 0, 0, 0, 0, 1, 1},
-    {"abnormal, no mask, falls back",1, 1, 1, true, true, false, true, false, NoMask, 2, 0, 0, 0, 0, 1, 1},
-    {"abnormal, no mask, all off",   1, 1, 1, false, true, false, false, false, None, 0, 0, 0, 0, 0, 1, 1},
-    {"normal, mask worn",            1, 0, 2, true, true, true, true, true, Normal,   0, 2, 2, 3, 1, 0, 0},
-    {"normal, mask worn, quiet",     1, 0, 2, true, false, true, true, true, None,    0, 2, 2, 3, 1, 0, 0},
-    {"normal, unknown mask",         1, 0, 0, true, true, true, true, true, Normal,   0, 3, 2, 3, 1, 0, 0},
-    {"normal, no mask",              1, 0, 1, true, true, true, true, true, NoMask,   2, 1, 1, 1, 1, 1, 0},
-    {"normal, no mask, falls back",  1, 0, 1, false, true, true, false, true, Normal, 0, 1, 1, 1, 1, 1, 0},
-    {"anomaly neither 0 nor 1",      1, 7, 1, true, true, true, true, true, None,     0, 3, 3, 0, 0, 0, 0},
-};
-
-TEST(AlarmClassifier, ClassifiesEveryFaceAsTheTableSays)
+TEST_P(FaceClassification, AsTheRowSays)
 {
-    for (const FaceRow& row : kFaceRows) {
-        SCOPED_TRACE(row.name);
-        AlarmDisplayConfig config = voiceConfig();
-        config.bSoundNoMask = row.soundNoMask;
-        config.bSoundNormal = row.soundNormal;
-        config.bSoundAbnormal = row.soundAbnormal;
-        config.bPopNoMask = row.popNoMask;
-        config.bPopAbnormal = row.popAbnormal;
+    const ClassificationRow& row = GetParam();
+    const AlarmDisplayConfig config = row.switches(voiceConfig());
 
-        const AlarmDecision d =
-            CAlarmClassifier::Classify(record(kTemperatureCapture, row.enabled, row.anomaly, row.mask), config);
+    const AlarmDecision d =
+        CAlarmClassifier::Classify(record(kTemperatureCapture, row.enabled, row.anomaly, row.mask), config);
 
-        const QString paths[] = {QString(), config.strNoMaskVoice, config.strNormalVoice, config.strAbnormalVoice};
-        EXPECT_EQ(d.action, Action::ShowFace);
-        EXPECT_EQ(d.voicePath, paths[row.voice]);
-        // The columns hold the codes' numbers: the journal and the cards' icon tables store them.
-        EXPECT_EQ(std::vector<uint32_t>({uint32_t(d.popType), uint32_t(d.maskType), d.temperatureType, d.alarmType}),
-            std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType}));
-        EXPECT_EQ(d.kind, EventKind::TemperatureCapture);
-        EXPECT_EQ(std::vector<int>({d.normalDelta, d.noMaskDelta, d.abnormalDelta}),
-            std::vector<int>({row.normal, row.noMask, row.abnormal}));
-        EXPECT_EQ(d.raisesPopUp(), row.popType != 0);
-    }
+    EXPECT_EQ(d.action, Action::ShowFace);
+    EXPECT_EQ(d.voicePath, row.voicePath(config));
+    // The columns hold the codes' numbers: the journal and the cards' icon tables store them.
+    EXPECT_EQ(std::vector<uint32_t>({uint32_t(d.popType), uint32_t(d.maskType), d.temperatureType, d.alarmType}),
+        std::vector<uint32_t>({row.popType, row.maskType, row.temperatureType, row.alarmType}));
+    EXPECT_EQ(d.kind, EventKind::TemperatureCapture);
+    EXPECT_EQ(std::vector<int>({d.normalDelta, d.noMaskDelta, d.abnormalDelta}),
+        std::vector<int>({row.normal, row.noMask, row.abnormal}));
+    EXPECT_EQ(d.raisesPopUp(), row.popType != 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(Rows, FaceClassification, ::testing::ValuesIn(testsupport::kClassificationRows),
+    [](const ::testing::TestParamInfo<ClassificationRow>& row) { return std::string(row.param.name); });
 
 TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
 {

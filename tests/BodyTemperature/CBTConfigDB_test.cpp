@@ -226,16 +226,12 @@ TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
          }},
         {"corrupt file", [](ConfigDBTest& t) {
              const QString p = t.path(QStringLiteral("corrupt.db"));
-             QFile f(p);
-             f.open(QIODevice::WriteOnly);
-             f.write(QByteArray("this is not a database at all").repeated(200));
+             EXPECT_TRUE(testsupport::writeFile(p, QByteArray("this is not a database at all").repeated(200)));
              return p.toStdString();
          }},
         {"folder that cannot exist (its parent is a file)", [](ConfigDBTest& t) {
              const QString parent = t.path(QStringLiteral("plainfile"));
-             QFile f(parent);
-             f.open(QIODevice::WriteOnly);
-             f.write("x");
+             EXPECT_TRUE(testsupport::writeFile(parent, "x"));
              return (parent + QStringLiteral("/BodyTemperature")).toStdString();
          }},
     };

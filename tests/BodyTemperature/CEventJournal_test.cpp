@@ -13,7 +13,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sqlite3.h>
-#include <sys/mount.h>
 
 #include "CEventJournal.h"
 #include "CJournalDatabase.h"
@@ -233,26 +232,6 @@ TEST_F(JournalTest, ASizeBoundDropsTheOldestRowsFirst)
     Base::Log::Init();
 }
 
-// A small real file system, for the full disk (needs the right to mount).
-class SmallDisk {
-public:
-    explicit SmallDisk(const QString& dir) : m_dir(dir)
-    {
-        QDir().mkpath(dir);
-        m_mounted = ::mount("tmpfs", QFile::encodeName(dir).constData(), "tmpfs", 0, "size=96k") == 0;
-    }
-    ~SmallDisk()
-    {
-        if (m_mounted)
-            ::umount2(QFile::encodeName(m_dir).constData(), MNT_DETACH);
-    }
-    bool mounted() const { return m_mounted; }
-
-private:
-    QString m_dir;
-    bool m_mounted = false;
-};
-
 TEST_F(JournalTest, AJournalThatCannotBeWrittenIsAnnouncedOnceAndThePageGoesOn)
 {
     const QString key = CScreeningRecord::tr("ScreeningRecordUnavailable");
@@ -272,10 +251,10 @@ TEST_F(JournalTest, AJournalThatCannotBeWrittenIsAnnouncedOnceAndThePageGoesOn)
     const QByteArray bigFace(9000, 'x');
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
-        QString path = this->path(QStringLiteral("%1/journal.db").arg(QString::fromLatin1(r.name).replace(' ', '_')));
+        QString path = this->path(QStringLiteral("%1/journal.db").arg(QString::fromLatin1(r.name).replace(QLatin1Char(' '), QLatin1Char('_'))));
         QDir().mkpath(QFileInfo(path).path());
         sqlite3* holder = nullptr;
-        std::unique_ptr<SmallDisk> disk;
+        std::unique_ptr<testsupport::SmallDisk> disk;
         switch (r.what) {
         case Case::MissingFolder:
             path = this->path(QStringLiteral("no/such/folder/journal.db"));
@@ -288,14 +267,11 @@ TEST_F(JournalTest, AJournalThatCannotBeWrittenIsAnnouncedOnceAndThePageGoesOn)
                 SQLITE_OK);
             break;
         }
-        case Case::Corrupt: {
-            QFile f(path);
-            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-            f.write(QByteArray(8192, 'Z'));
+        case Case::Corrupt:
+            ASSERT_TRUE(testsupport::writeFile(path, QByteArray(8192, 'Z')));
             break;
-        }
         case Case::FullDisk:
-            disk = std::make_unique<SmallDisk>(QFileInfo(path).path());
+            disk = std::make_unique<testsupport::SmallDisk>(QFileInfo(path).path(), "96k");
             if (!disk->mounted()) {
                 std::printf("[  SKIPPED ] full disk: mounting a small file system is not permitted here\n");
                 continue;

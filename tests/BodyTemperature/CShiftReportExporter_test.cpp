@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QProcess>
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 
 #include "CEventJournal.h"
 #include "CShiftReportExporter.h"
@@ -102,7 +101,7 @@ TEST_F(ShiftReportTest, CsvAndPdfInBothLanguages)
         const QStringList lines = QString::fromUtf8(bytes.mid(3)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
         ASSERT_EQ(lines.size(), 61);
         EXPECT_TRUE(lines[0].startsWith(QString::fromUtf8(r.timeColumn)));
-        EXPECT_EQ(lines[0].split(',').size(), 11);
+        EXPECT_EQ(lines[0].split(QLatin1Char(',')).size(), 11);
         EXPECT_TRUE(lines[1].contains(QStringLiteral("\"Gate, north\"")));
         EXPECT_TRUE(lines[1].contains(QStringLiteral("王小明")));
         EXPECT_TRUE(lines[1].contains(QStringLiteral("入口 2")));
@@ -163,13 +162,13 @@ TEST_F(ShiftReportTest, NothingIsLeftUnderTheFinalNameWhenWritingFails)
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
-        const QString folder = path(QString::fromLatin1(r.name).replace(' ', '_'));
-        bool mounted = false;
+        const QString folder = path(QString::fromLatin1(r.name).replace(QLatin1Char(' '), QLatin1Char('_')));
         if (r.what != Case::MissingFolder)
             QDir().mkpath(folder);
+        std::unique_ptr<testsupport::SmallDisk> disk;
         if (r.what == Case::FullDisk) {
-            mounted = ::mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, "size=4k") == 0;
-            if (!mounted) {
+            disk = std::make_unique<testsupport::SmallDisk>(folder, "4k");
+            if (!disk->mounted()) {
                 std::printf("[  SKIPPED ] full disk: mounting a small file system is not permitted here\n");
                 continue;
             }
@@ -182,9 +181,8 @@ TEST_F(ShiftReportTest, NothingIsLeftUnderTheFinalNameWhenWritingFails)
             EXPECT_TRUE(result.error.contains(QDir::toNativeSeparators(folder))) << qPrintable(result.error);
         }
         EXPECT_TRUE(result.files.isEmpty());
-        EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty()) << qPrintable(QDir(folder).entryList(QDir::Files).join(' '));
-        if (mounted)
-            ::umount2(QFile::encodeName(folder).constData(), MNT_DETACH);
+        EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty())
+            << qPrintable(QDir(folder).entryList(QDir::Files).join(QLatin1Char(' ')));
     }
 }
 

@@ -12,7 +12,6 @@
 #include "VantorGUIToolkit/TargetPath.h"
 #include "support/PrivatePulseServer.h"
 #include "support/TestSupport.h"
-#include "Base/Log.h"
 #include "CVoicePlayer.h"
 
 using BodyTemperature::CVoicePlayer;
@@ -61,12 +60,9 @@ TEST(VoicePlayer, FilesThatCannotPlayLeaveThePlayerIdle)
     QTemporaryDir dir;
     testsupport::ScopedEnv server("PULSE_SERVER", "unix:" + dir.filePath(QStringLiteral("no-socket")).toLocal8Bit());
     const QString notWav = dir.filePath(QStringLiteral("fake.wav"));
-    QFile f(notWav);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(testsupport::makeJpeg(32, 32));
-    f.close();
+    ASSERT_TRUE(testsupport::writeFile(notWav, testsupport::makeJpeg(32, 32)));
     const QString empty = dir.filePath(QStringLiteral("empty.wav"));
-    QFile(empty).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(testsupport::writeFile(empty, QByteArray()));
     ASSERT_TRUE(QFile::exists(prompt("abnormal_en.wav")));
 
     const QString missing = dir.filePath(QStringLiteral("missing.wav"));
@@ -92,9 +88,7 @@ TEST(VoicePlayer, LostSoundOutputIsLoggedOncePerChange)
         }
     };
     playSome(1);  // whatever earlier tests left, the output now works
-    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    log.readAll();
+    const qint64 logStart = testsupport::logText().size();
     works = false;
     playSome(5);
     works = true;
@@ -102,7 +96,7 @@ TEST(VoicePlayer, LostSoundOutputIsLoggedOncePerChange)
     works = false;
     playSome(4);
     CVoicePlayer::SetSink({});
-    const QByteArray written = log.readAll();
+    const QByteArray written = testsupport::logText(logStart);
     EXPECT_EQ(written.count("no sound output"), 2) << written.constData();
     EXPECT_EQ(written.count("sound output back"), 1) << written.constData();
     EXPECT_LT(written.indexOf("sound output back"), written.lastIndexOf("no sound output"));

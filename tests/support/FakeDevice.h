@@ -41,6 +41,8 @@ public:
     int port() const { return m_socket.port(); }
     bool stopping() const { return m_stop; }
     int connections() const { return m_connections; }
+    // Bytes sendForever() got out so far, over all connections.
+    long long sentForever() const { return m_sentForever; }
 
     // Reads one request head (up to the blank line); empty when the client went away.
     static std::string readRequest(int fd)
@@ -61,8 +63,8 @@ public:
     // Writes chunk again and again until the client stops reading or the device stops.
     void sendForever(int fd, const std::string& chunk)
     {
-        while (!m_stop && send(fd, chunk)) {
-        }
+        while (!m_stop && send(fd, chunk))
+            m_sentForever += (long long)chunk.size();
     }
     // Keeps the connection open without writing until the client closes it or the device stops.
     void holdSilent(int fd)
@@ -102,6 +104,7 @@ private:
     ListeningSocket m_socket;
     std::atomic<bool> m_stop{false};
     std::atomic<int> m_connections{0};
+    std::atomic<long long> m_sentForever{0};
     std::thread m_accept;
     std::mutex m_mutex;
     std::vector<std::thread> m_threads;

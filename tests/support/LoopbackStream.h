@@ -22,7 +22,7 @@ class ListeningSocket {
 public:
     explicit ListeningSocket(bool listen = true)
     {
-        m_fd = ::socket(AF_INET, SOCK_STREAM, 0);
+        m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in a{};
         a.sin_family = AF_INET;
         a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -31,7 +31,7 @@ public:
         ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
         m_port = ntohs(a.sin_port);
         if (listen)
-            ::listen(m_fd, 4);
+            ::listen(m_fd, 16);
     }
     ~ListeningSocket() { Close(); }
     ListeningSocket(const ListeningSocket&) = delete;

@@ -25,7 +25,7 @@ inline bool MakeCertificate(const QString& cert, const QString& key)
     openssl.start(QStringLiteral("openssl"),
         QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1")
                 .split(QLatin1Char(' '))
-            << "-keyout" << key << "-out" << cert);
+            << QStringLiteral("-keyout") << key << QStringLiteral("-out") << cert);
     return openssl.waitForFinished(30000) && openssl.exitCode() == 0;
 }
 
@@ -70,64 +70,6 @@ inline bool ContainsPassword(const QByteArray& data, const QByteArray& user, con
             return true;
     return false;
 }
-
-class BasicAskingDevice {
-public:
-    explicit BasicAskingDevice(bool rtsp = false) : m_rtsp(rtsp), m_thread([this] { Serve(); }) {}
-    ~BasicAskingDevice()
-    {
-        m_socket.Close();
-        m_thread.join();
-    }
-    int port() const { return m_socket.port(); }
-    QByteArray received() const
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_received;
-    }
-
-private:
-    void Serve()
-    {
-        for (;;) {
-            const int fd = ::accept(m_socket.fd(), nullptr, nullptr);
-            if (fd < 0)
-                return;
-            timeval limit{2, 0};
-            setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-            // Keeps answering on the connection, as a client that retries with credentials would use it.
-            char buf[4096];
-            ssize_t n;
-            QByteArray pending;
-            while ((n = ::recv(fd, buf, sizeof buf, 0)) > 0) {
-                {
-                    std::lock_guard<std::mutex> lock(m_mutex);
-                    m_received.append(buf, int(n));
-                }
-                pending.append(buf, int(n));
-                while (pending.contains("\r\n\r\n")) {
-                    const QByteArray head = pending.left(pending.indexOf("\r\n\r\n"));
-                    pending.remove(0, head.size() + 4);
-                    QByteArray cseq;
-                    for (const QByteArray& line : head.split('\n'))
-                        if (line.toLower().startsWith("cseq:"))
-                            cseq = "CSeq: " + line.mid(5).trimmed() + "\r\n";
-                    const QByteArray answer = (m_rtsp ? "RTSP/1.0" : "HTTP/1.1") + QByteArray(" 401 Unauthorized\r\n") + cseq
-                        + "WWW-Authenticate: Basic realm=\"camera\"\r\nContent-Type: text/plain\r\n"
-                          "Content-Length: 12\r\n\r\nUnauthorized";
-                    (void)::send(fd, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL);
-                }
-            }
-            ::close(fd);
-        }
-    }
-
-    bool m_rtsp;
-    ListeningSocket m_socket;
-    mutable std::mutex m_mutex;
-    QByteArray m_received;
-    std::thread m_thread;
-};
 
 // An RTSP device on loopback whose answers a script writes (raw bytes, so
 // they may break any rule), over TLS when given a certificate and key. Keeps
@@ -232,6 +174,20 @@ private:
     mutable std::mutex m_mutex;
     QByteArray m_received;
     std::thread m_thread;
+};
+
+// Answers every HTTP (or RTSP) request with a 401 that asks for Basic.
+class BasicAskingDevice : public FakeRtspDevice {
+public:
+    explicit BasicAskingDevice(bool rtsp = false)
+        : FakeRtspDevice([rtsp](const QByteArray&, const QByteArray& cseq) {
+              return (rtsp ? "RTSP/1.0" : "HTTP/1.1") + QByteArray(" 401 Unauthorized\r\n")
+                  + (cseq.isEmpty() ? QByteArray() : "CSeq: " + cseq + "\r\n")
+                  + "WWW-Authenticate: Basic realm=\"camera\"\r\nContent-Type: text/plain\r\n"
+                    "Content-Length: 12\r\n\r\nUnauthorized";
+          })
+    {
+    }
 };
 
 class TlsImpostor {

@@ -4,9 +4,6 @@
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <QThread>
 #include <csignal>
 #include <fcntl.h>
@@ -42,31 +39,6 @@ bool processAlive(qint64 pid)
     return close > 0 && line.size() > close + 2 && line.at(close + 2) != 'Z';
 }
 } // namespace
-
-int freeLoopbackPort()
-{
-    SilentListener probe;
-    return probe.port();
-}
-
-SilentListener::SilentListener()
-{
-    m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t len = sizeof a;
-    if (m_fd < 0 || ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), len) != 0 || ::listen(m_fd, 16) != 0
-        || ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len) != 0)
-        return;
-    m_port = ntohs(a.sin_port);
-}
-
-SilentListener::~SilentListener()
-{
-    if (m_fd >= 0)
-        ::close(m_fd);
-}
 
 PrivatePgCluster::PrivatePgCluster()
 {
@@ -114,7 +86,7 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
         true);
     if (!error.isEmpty())
         return error;
-    m_port = freeLoopbackPort();
+    m_port = FreePort();
     m_options = QStringList{QStringLiteral("-p"), QString::number(m_port), QStringLiteral("-k"), m_dir.path(),
         QStringLiteral("-c"), QStringLiteral("listen_addresses=127.0.0.1"), QStringLiteral("-c"),
         QStringLiteral("fsync=off"), QStringLiteral("-c"), QStringLiteral("max_connections=60")};

@@ -12,6 +12,7 @@
 #include <sys/types.h>
 
 #include "clientcommonlogical/CConfigMgr.h"
+#include "support/LoopbackStream.h"
 
 namespace testsupport {
 
@@ -48,21 +49,7 @@ private:
     pid_t m_pid = 0;
 };
 
-// A free loopback port at the moment of asking.
-int freeLoopbackPort();
-
 // A loopback port that takes connections into its backlog and never answers.
-class SilentListener {
-public:
-    SilentListener();
-    ~SilentListener();
-    SilentListener(const SilentListener&) = delete;
-    SilentListener& operator=(const SilentListener&) = delete;
-    int port() const { return m_port; }
-
-private:
-    int m_fd = -1;
-    int m_port = 0;
-};
+using SilentListener = ListeningSocket;
 
 } // namespace testsupport

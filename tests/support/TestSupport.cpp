@@ -1,10 +1,14 @@
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QPainter>
 #include <QThread>
+#include <sys/mount.h>
 
+#include "Base/Log.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "support/JpegEncoder.h"
 
@@ -49,6 +53,37 @@ QString buildDir() { return QStringLiteral(BT_BUILD_DIR); }
 QString sourceDir() { return QStringLiteral(BT_SOURCE_DIR); }
 QString binDir() { return buildDir() + QStringLiteral("/bin"); }
 QString modulePath() { return binDir() + QStringLiteral("/modules/libBodyTemperature.so"); }
+
+QByteArray readFile(const QString& path, qint64 offset)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    f.seek(offset);
+    return f.readAll();
+}
+
+bool writeFile(const QString& path, const QByteArray& data)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(data) == data.size();
+}
+
+QByteArray logText(qint64 offset) { return readFile(QString::fromStdString(Base::Log::CurrentFile()), offset); }
+
+SmallDisk::SmallDisk(const QString& dir, const char* size) : m_dir(dir)
+{
+    QDir().mkpath(dir);
+    m_mounted = ::mount("tmpfs", QFile::encodeName(dir).constData(), "tmpfs", 0,
+                    (QByteArray("size=") + size).constData())
+        == 0;
+}
+
+SmallDisk::~SmallDisk()
+{
+    if (m_mounted)
+        ::umount2(QFile::encodeName(m_dir).constData(), MNT_DETACH);
+}
 
 QByteArray makeJpeg(int width, int height, int quality, QImage::Format fmt)
 {

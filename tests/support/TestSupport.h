@@ -33,6 +33,13 @@ QString sourceDir();
 QString binDir();
 QString modulePath();  // bin/modules/libBodyTemperature.so
 
+// A file's bytes from offset on; empty when it cannot be read.
+QByteArray readFile(const QString& path, qint64 offset = 0);
+// Writes data as the whole file; false when it cannot.
+bool writeFile(const QString& path, const QByteArray& data);
+// The process's log from byte offset on (from 0, its size marks where a step begins).
+QByteArray logText(qint64 offset = 0);
+
 // The child of parent with this object name (and type); the test fails
 // when there is none.
 template <typename T>
@@ -47,6 +54,22 @@ T* child(const std::unique_ptr<Owner>& parent, const char* objectName)
 {
     return child<T>(parent.get(), objectName);
 }
+
+// A small file system (tmpfs of `size`, e.g. "96k") mounted on dir, made if
+// missing, until destroyed; for full disks. Needs the right to mount: a test
+// that cannot have it skips.
+class SmallDisk {
+public:
+    SmallDisk(const QString& dir, const char* size);
+    ~SmallDisk();
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    bool mounted() const { return m_mounted; }
+
+private:
+    QString m_dir;
+    bool m_mounted = false;
+};
 
 // A JPEG of the given size with a recognisable gradient and a marker.
 QByteArray makeJpeg(int width, int height, int quality = 85, QImage::Format fmt = QImage::Format_RGB32);

@@ -44,7 +44,7 @@ TEST(IntValidator, RefusesPastTheTopAndClamps)
         int pos = s.size();
         EXPECT_EQ(v.validate(s, pos), r.state) << r.text;
         v.fixup(s);
-        EXPECT_EQ(s, QString(r.fixed)) << r.text;
+        EXPECT_EQ(s, QLatin1String(r.fixed)) << r.text;
     }
 }
 
@@ -58,14 +58,14 @@ TEST(ChaseDialog, CancelIsAskedOnceAndTheWorkerEndsIt)
     QObject::connect(&ticker, &QTimer::timeout, chase, [&] { ++ticks; });
     ticker.start(10);
     QTimer::singleShot(50, chase, [chase] {
-        chase->findChild<QPushButton*>(QStringLiteral("m_pCancelBtn"))->click();
+        testsupport::child<QPushButton>(chase, "m_pCancelBtn")->click();
         QTest::keyClick(chase, Qt::Key_Escape);  // Esc while waiting for the worker
     });
     QTimer::singleShot(150, chase, &CChaseDialog::OnImmediatelyStopChase);
     EXPECT_EQ(chase->ExecChase(), QDialog::Accepted);
     EXPECT_EQ(cancel.count(), 1);
     EXPECT_GE(ticks, 5);  // the event loop kept turning
-    EXPECT_EQ(chase->findChild<QLabel*>(QStringLiteral("m_pTextLabel"))->text(), QStringLiteral("Processing"));
+    EXPECT_EQ(testsupport::child<QLabel>(chase, "m_pTextLabel")->text(), QStringLiteral("Processing"));
     // A worker that ended before the dialog ran: no dialog at all.
     auto* quick = new CChaseDialog(QStringLiteral(":/none.gif"), "Processing", &owner);
     quick->OnImmediatelyStopChase();
@@ -104,7 +104,7 @@ TEST(ErrorInfoMgr, EveryTextExistsInBothLanguages)
     EXPECT_EQ(UiDataController::CErrorInfoMgr::GetErrorInfoByCode(12, 13),
         QStringLiteral("TheUserHasNoPermissionOnTheDevice"));
     for (const char* lang : {"en", "zh_CN"}) {
-        QFile f(testsupport::sourceDir() + QStringLiteral("/host/app/translations/vantordesk_%1.ts").arg(lang));
+        QFile f(testsupport::sourceDir() + QStringLiteral("/host/app/translations/vantordesk_%1.ts").arg(QLatin1String(lang)));
         ASSERT_TRUE(f.open(QIODevice::ReadOnly));
         // Keys with a non-empty translation in the error context.
         QStringList translated;

@@ -5,28 +5,15 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "Base/Log.h"
 #include "CHostMainWindow.h"
 #include "CModuleLoader.h"
 #include "CPageStateStore.h"
 #include "publicdatacontroller/IAIWidget.h"
-#include "support/TestSupport.h"
-
-namespace {
-
-QString readAll(const QString& path)
-{
-    QFile f(path);
-    f.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(f.readAll());
-}
-
-} // namespace
+#include "support/HostRuns.h"
 
 TEST(HostApplication, LoadsModulesFromAnyPathAndSkipsWhatIsNotAModule)
 {
@@ -34,14 +21,8 @@ TEST(HostApplication, LoadsModulesFromAnyPathAndSkipsWhatIsNotAModule)
     const QString folder = dir.filePath(QStringLiteral("my modules ü 模块"));
     ASSERT_TRUE(QDir().mkpath(folder));
     ASSERT_TRUE(QFile::copy(testsupport::modulePath(), folder + QStringLiteral("/libBodyTemperature.so")));
-    QFile text(folder + QStringLiteral("/readme.txt"));
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write("not a library");
-    text.close();
-    QFile fake(folder + QStringLiteral("/libbroken.so"));
-    ASSERT_TRUE(fake.open(QIODevice::WriteOnly));
-    fake.write("\x7f" "ELF but truncated");
-    fake.close();
+    ASSERT_TRUE(testsupport::writeFile(folder + QStringLiteral("/readme.txt"), "not a library"));
+    ASSERT_TRUE(testsupport::writeFile(folder + QStringLiteral("/libbroken.so"), "\x7f" "ELF but truncated"));
     // A real library that is not a module.
     ASSERT_TRUE(QFile::copy(testsupport::binDir() + QStringLiteral("/libSqlite3DO.so"),
         folder + QStringLiteral("/libSqlite3DO.so")));
@@ -51,7 +32,7 @@ TEST(HostApplication, LoadsModulesFromAnyPathAndSkipsWhatIsNotAModule)
     ASSERT_EQ(loader.Modules().size(), 1u);
     EXPECT_EQ(loader.Modules()[0].descriptor->getAIDllName(), QStringLiteral("BodyTemperature"));
 
-    const QString log = readAll(QString::fromStdString(Base::Log::CurrentFile()));
+    const QString log = QString::fromUtf8(testsupport::logText());
     EXPECT_TRUE(log.contains(QStringLiteral("readme.txt: not a library")));
     EXPECT_TRUE(log.contains(QStringLiteral("libbroken.so")));
     EXPECT_TRUE(log.contains(QStringLiteral("libSqlite3DO.so: it does not export getAIInterface and getAIWidget")));
@@ -94,29 +75,19 @@ TEST(HostApplication, SnapshotDescribesEveryWidget)
     // A configuration with cameras, in a folder of its own, and no saved state.
     ASSERT_TRUE(QDir().mkpath(dir.filePath(QStringLiteral("config"))));
     const QString configPath = dir.filePath(QStringLiteral("config/vantordesk.json"));
-    {
-        QFile config(configPath);
-        ASSERT_TRUE(config.open(QIODevice::WriteOnly));
-        config.write(R"({"language": 2, "devices": [{"id": "DEV", "address": "127.0.0.1", "port": 9, "scheme": "http",
-            "user": "u", "password": "p", "channels": [{"channel": 1, "cameraId": "CAM1", "name": "One", "area": "A"},
-            {"channel": 2, "cameraId": "CAM2", "name": "Two", "area": "A"}]}]})");
-    }
-    QProcess host;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("data")));
-    host.setProcessEnvironment(env);
-    host.start(testsupport::binDir() + QStringLiteral("/vantordesk"),
-        {QStringLiteral("--modules"), testsupport::binDir() + QStringLiteral("/modules"), QStringLiteral("--open"),
-            QStringLiteral("m_BodyTemperatureBtn"), QStringLiteral("--quit-after"), QStringLiteral("1"),
-            QStringLiteral("--snapshot"), dir.filePath(QStringLiteral("snap")), QStringLiteral("--config"), configPath,
-            QStringLiteral("--state"),
-            dir.filePath(QStringLiteral("state.json")), QStringLiteral("--data-dir"), dir.filePath(QStringLiteral("component"))});
-    ASSERT_TRUE(host.waitForFinished(60000));
-    EXPECT_EQ(host.exitCode(), 0) << host.readAllStandardError().constData();
+    ASSERT_TRUE(testsupport::writeFile(configPath, R"({"language": 2, "devices": [{"id": "DEV", "address": "127.0.0.1", "port": 9, "scheme": "http",
+        "user": "u", "password": "p", "channels": [{"channel": 1, "cameraId": "CAM1", "name": "One", "area": "A"},
+        {"channel": 2, "cameraId": "CAM2", "name": "Two", "area": "A"}]}]})"));
+    const testsupport::HostRun host = testsupport::runHost(dir.filePath(QStringLiteral("data")),
+        {QStringLiteral("--open"), QStringLiteral("m_BodyTemperatureBtn"), QStringLiteral("--quit-after"),
+            QStringLiteral("1"), QStringLiteral("--snapshot"), dir.filePath(QStringLiteral("snap")),
+            QStringLiteral("--config"), configPath, QStringLiteral("--state"), dir.filePath(QStringLiteral("state.json")),
+            QStringLiteral("--data-dir"), dir.filePath(QStringLiteral("component"))});
+    ASSERT_TRUE(host.finished) << host.standardError.constData();
+    EXPECT_EQ(host.exitCode, 0) << host.standardError.constData();
     EXPECT_FALSE(QImage(dir.filePath(QStringLiteral("snap/window.png"))).isNull());
 
-    const QJsonDocument doc = QJsonDocument::fromJson(readAll(dir.filePath(QStringLiteral("snap/widgets.json"))).toUtf8());
+    const QJsonDocument doc = QJsonDocument::fromJson(testsupport::readFile(dir.filePath(QStringLiteral("snap/widgets.json"))));
     ASSERT_TRUE(doc.isArray());
     bool foundButton = false;
     std::function<void(const QJsonObject&)> walk = [&](const QJsonObject& o) {
@@ -139,7 +110,7 @@ TEST(HostApplication, SnapshotDescribesEveryWidget)
         << "the settings database is provisioned on first use";
 
     // A first start opens no camera: the page saved an empty list.
-    const QJsonObject state = QJsonDocument::fromJson(readAll(dir.filePath(QStringLiteral("state.json"))).toUtf8()).object();
+    const QJsonObject state = QJsonDocument::fromJson(testsupport::readFile(dir.filePath(QStringLiteral("state.json")))).object();
     ASSERT_TRUE(state.contains(QStringLiteral("m_BodyTemperatureBtn")));
     EXPECT_TRUE(state.value(QStringLiteral("m_BodyTemperatureBtn")).toArray().isEmpty());
     // Nothing lands beside the configuration (hidden files included).

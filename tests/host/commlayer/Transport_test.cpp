@@ -1,17 +1,15 @@
 // Device requests over loopback against the emulator: answers, and the error
 // pair left behind by each kind of failure.
-#include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "Base/Base.h"
-#include "Base/Log.h"
 #include "CapabilitySet/FaceDataLibraryCfg.h"
 #include "CapabilitySet/FaceDataRecordCfg.h"
 #include "commlayer/CDeviceDownloadsComm.h"
 #include "commlayer/CommErrors.h"
 #include "support/DeviceSim.h"
+#include "support/PasswordTraps.h"
 
 using commlayer::CDataStatisticsComm;
 using testsupport::dvapi;
@@ -188,13 +186,7 @@ TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
     QTemporaryDir dir;
     const QString cert = dir.filePath(QStringLiteral("cert.pem"));
     const QString key = dir.filePath(QStringLiteral("key.pem"));
-    QProcess openssl;
-    openssl.start(QStringLiteral("openssl"),
-        QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1")
-                .split(QLatin1Char(' '))
-            << QStringLiteral("-keyout") << key << QStringLiteral("-out") << cert);
-    ASSERT_TRUE(openssl.waitForFinished(30000));
-    ASSERT_EQ(openssl.exitCode(), 0) << openssl.readAllStandardError().constData();
+    ASSERT_TRUE(testsupport::MakeCertificate(cert, key));
 
     testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), cert, QStringLiteral("--tls-key"), key});
     ASSERT_TRUE(sim.start());
@@ -221,9 +213,7 @@ TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
         EXPECT_EQ(Base::Error::GetLastError().first, c.error);
     }
     // The log names the transfer error instead of giving a bare number.
-    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(log.readAll().contains("on device [UNTRUSTED] failed [29-0]: transfer error 60 (SSL peer certificate"));
+    EXPECT_TRUE(testsupport::logText().contains("on device [UNTRUSTED] failed [29-0]: transfer error 60 (SSL peer certificate"));
 }
 
 } // namespace

@@ -2,35 +2,21 @@
 // authentication, channels going offline and back), over the host's logic model.
 #include <gtest/gtest.h>
 
-#include "UiDataController/CLogicModel.h"
-#include "clientcommonlogical/CConfigMgr.h"
-#include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/DeviceSim.h"
+#include "support/HostRuns.h"
 #include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 
 namespace {
-
-// Finds cameras in the host's logic model, as a page's plugin does.
-class ModelPlugin final : public CLiveViewControllerPlugin {
-public:
-    explicit ModelPlugin(UiDataController::CLogicModel& model) : m_model(model) {}
-    vantordesk::IElement* GetElement(const std::string& id) override { return m_model.GetElementByID(id); }
-
-private:
-    UiDataController::CLogicModel& m_model;
-};
 
 TEST(EmulatorStream, ChannelPlaysGoesOfflineAndComesBack)
 {
     testsupport::DeviceSim sim;
     ASSERT_TRUE(sim.start());
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({sim.device("TEST0001", testsupport::DeviceSim::kPassword)});
-    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
-        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
-    ModelPlugin plugin(model);
+    testsupport::LogicModelPlugin plugin;
     CStreamPlayWindowWithTask w(0);
     w.SetLiveViewControllerPlugin(&plugin);
     w.resize(640, 360);

@@ -4,23 +4,18 @@
 // over TLS trusted through the configuration; RTSP challenges of every shape
 // from a scripted device. Then a whole host run: the password is in no log,
 // snapshot or saved state.
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "Base/Base.h"
 #include "Base/Log.h"
-#include "UiDataController/CLogicModel.h"
 #include "commlayer/CommErrors.h"
-#include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "playwindow/CStreamSource.h"
 #include "support/DeviceSim.h"
+#include "support/HostRuns.h"
 #include "support/PasswordTraps.h"
 
 namespace {
@@ -28,23 +23,7 @@ namespace {
 const QByteArray kUser = "admin";
 const QByteArray kPassword = "Zebra-7f!Quartz";
 
-class ModelPlugin final : public CLiveViewControllerPlugin {
-public:
-    explicit ModelPlugin(UiDataController::CLogicModel& model) : m_model(model) {}
-    vantordesk::IElement* GetElement(const std::string& id) override { return m_model.GetElementByID(id); }
-
-private:
-    UiDataController::CLogicModel& m_model;
-};
-
-QByteArray readFrom(const QString& path, qint64 offset = 0)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    f.seek(offset);
-    return f.readAll();
-}
+using testsupport::readFile;
 
 clientcommonlogical::DeviceConfig deviceAt(const std::string& id, const char* scheme, int port, const QString& caFile,
     const QByteArray& password)
@@ -70,7 +49,8 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
     ASSERT_TRUE(testsupport::MakeCertificate(deviceCert, dir.filePath(QStringLiteral("device.key"))));
     testsupport::BasicAskingDevice basicAsker;
     testsupport::TlsImpostor impostor(impostorCert, dir.filePath(QStringLiteral("impostor.key")));
-    testsupport::DeviceSim sim({"--tls-cert", deviceCert, "--tls-key", dir.filePath(QStringLiteral("device.key"))});
+    testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), deviceCert, QStringLiteral("--tls-key"),
+        dir.filePath(QStringLiteral("device.key"))});
     ASSERT_TRUE(sim.start());
 
     enum Trap { Basic, Tls, None };
@@ -95,14 +75,11 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
     for (const Row& r : rows)
         devices.push_back(deviceAt(r.id, r.scheme, r.port, r.caFile, r.password));
     clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
-    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
-        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
-    ModelPlugin plugin(model);
-    const QString logFile = QString::fromStdString(Base::Log::CurrentFile());
+    testsupport::LogicModelPlugin plugin;
 
     for (const Row& r : rows) {
         SCOPED_TRACE(r.id);
-        const qint64 logStart = readFrom(logFile).size();
+        const qint64 logStart = testsupport::logText().size();
         {
             CStreamPlayWindowWithTask w(0);
             w.SetLiveViewControllerPlugin(&plugin);
@@ -124,7 +101,7 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
         EXPECT_EQ(testsupport::dvapi(r.id, "GET /DVAPI/System/deviceInfo\r\n", answer), r.requestError == 0);
         EXPECT_EQ(Base::Error::GetLastError().first, r.requestError);
 
-        const QByteArray log = readFrom(logFile, logStart);
+        const QByteArray log = testsupport::logText(logStart);
         EXPECT_EQ(log.count("refused:"), *r.shown == '\0' ? 0 : 1) << log.constData();
         EXPECT_EQ(log.count(QByteArray("[") + QByteArray::number(r.requestError) + "-"), r.requestError == 0 ? 0 : 1);
         EXPECT_FALSE(testsupport::ContainsPassword(log, kUser, r.password)) << log.constData();
@@ -208,7 +185,6 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
         {"TLS, pinned certificate, Basic", basic, Pinned, nullptr, State::Retrying, "Authorization: Basic"},
         {"TLS, private CA, Basic", basic, PrivateCa, nullptr, State::Retrying, "Authorization: Basic"},
     };
-    const QString logFile = QString::fromStdString(Base::Log::CurrentFile());
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
         std::atomic<int> port{0};  // read by the device's thread, which only a socket orders after this one
@@ -240,7 +216,7 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
                 .arg(QLatin1String(tls ? "rtsps" : "rtsp"), QLatin1String(kUser), QLatin1String(kPassword))
                 .arg(port.load()),
             trust);
-        const qint64 logStart = readFrom(logFile).size();
+        const qint64 logStart = testsupport::logText().size();
         std::mutex mutex;
         std::vector<State> states;
         playwindow::CStreamDecoder::Callbacks callbacks;
@@ -266,7 +242,7 @@ TEST(PasswordExposure, RtspChallengesAreAnsweredByOurCodeOnly)
             << got.constData();
         EXPECT_EQ(got.contains("/moved"), r.location != nullptr && QByteArray(r.location).startsWith("rtsp://127.0.0.1:%1"));
         EXPECT_TRUE(elsewhere.received().isEmpty()) << elsewhere.received().constData();
-        const QByteArray log = readFrom(logFile, logStart);
+        const QByteArray log = testsupport::logText(logStart);
         EXPECT_EQ(log.count("refused:"), r.shown == State::Retrying ? 0 : 1) << log.constData();
         EXPECT_FALSE(testsupport::ContainsPassword(log, kUser, kPassword)) << log.constData();
     }
@@ -278,49 +254,34 @@ TEST(PasswordExposure, HostRunKeepsThePasswordOutOfLogSnapshotAndState)
     testsupport::DeviceSim sim;
     ASSERT_TRUE(sim.start());
     QTemporaryDir dir;
-    QJsonArray channels;
-    QJsonArray playing;
+    nlohmann::json channels, playing;
     for (int ch = 1; ch <= 4; ++ch) {
-        const QString id = QStringLiteral("TEST0001-CH%1").arg(ch);
-        channels.append(QJsonObject{{"channel", ch}, {"cameraId", id}, {"name", id}, {"area", "Lobby"}});
-        playing.append(QJsonObject{{"name", QString::fromLatin1(id.toUtf8().toBase64())}, {"values", QJsonArray()}});
+        const std::string id = "TEST0001-CH" + std::to_string(ch);
+        channels.push_back({{"channel", ch}, {"cameraId", id}, {"name", id}, {"area", "Lobby"}});
+        playing.push_back({{"name", QByteArray::fromStdString(id).toBase64().toStdString()}, {"values", nlohmann::json::array()}});
     }
-    const QJsonObject device{{"id", "TEST0001"}, {"address", "127.0.0.1"}, {"port", sim.port()}, {"scheme", "http"},
-        {"user", QString::fromLatin1(kUser)}, {"password", QString::fromLatin1(testsupport::DeviceSim::kPassword)},
-        {"channels", channels}};
-    QFile config(dir.filePath(QStringLiteral("host.json")));
-    ASSERT_TRUE(config.open(QIODevice::WriteOnly));
-    config.write(QJsonDocument(QJsonObject{{"language", 2}, {"devices", QJsonArray{device}}}).toJson());
-    config.close();
-    const QString state = dir.filePath(QStringLiteral("state.json"));
-    QFile stateFile(state);
-    ASSERT_TRUE(stateFile.open(QIODevice::WriteOnly));
-    stateFile.write(QJsonDocument(QJsonObject{{"m_BodyTemperatureBtn", playing}}).toJson());
-    stateFile.close();
+    const nlohmann::json device = {{"id", "TEST0001"}, {"address", "127.0.0.1"}, {"port", sim.port()}, {"scheme", "http"},
+        {"user", kUser.toStdString()}, {"password", testsupport::DeviceSim::kPassword}, {"channels", channels}};
+    const QString config = dir.filePath(QStringLiteral("host.json")), state = dir.filePath(QStringLiteral("state.json"));
+    ASSERT_TRUE(testsupport::writeFile(config, QByteArray::fromStdString(nlohmann::json{{"language", 2}, {"devices", {device}}}.dump())));
+    ASSERT_TRUE(testsupport::writeFile(state, QByteArray::fromStdString(nlohmann::json{{"m_BodyTemperatureBtn", playing}}.dump())));
 
-    QProcess host;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("XDG_DATA_HOME"), dir.filePath(QStringLiteral("data")));
-    host.setProcessEnvironment(env);
-    host.start(testsupport::binDir() + QStringLiteral("/vantordesk"),
-        {QStringLiteral("--modules"), testsupport::binDir() + QStringLiteral("/modules"), QStringLiteral("--config"),
-            config.fileName(), QStringLiteral("--open"), QStringLiteral("m_BodyTemperatureBtn"),
+    const testsupport::HostRun host = testsupport::runHost(dir.filePath(QStringLiteral("data")),
+        {QStringLiteral("--config"), config, QStringLiteral("--open"), QStringLiteral("m_BodyTemperatureBtn"),
             QStringLiteral("--quit-after"), QStringLiteral("4"), QStringLiteral("--snapshot"),
             dir.filePath(QStringLiteral("snap")), QStringLiteral("--state"), state, QStringLiteral("--data-dir"),
             dir.filePath(QStringLiteral("component"))});
-    ASSERT_TRUE(host.waitForFinished(60000));
-    ASSERT_EQ(host.exitCode(), 0) << host.readAllStandardError().constData();
+    ASSERT_TRUE(host.finished) << host.standardError.constData();
+    ASSERT_EQ(host.exitCode, 0) << host.standardError.constData();
 
-    const QByteArray log = readFrom(dir.filePath(QStringLiteral("data/VantorDesk/vantordesk/logs/vantordesk.log")));
+    const QByteArray log = readFile(dir.filePath(QStringLiteral("data/VantorDesk/vantordesk/logs/vantordesk.log")));
     EXPECT_TRUE(log.contains("preview of TEST0001-CH4 started"));
-    const QByteArray widgets = readFrom(dir.filePath(QStringLiteral("snap/widgets.json")));
+    const QByteArray widgets = readFile(dir.filePath(QStringLiteral("snap/widgets.json")));
     EXPECT_TRUE(widgets.contains("m_pStreamPlayWnd"));
-    const QByteArray saved = readFrom(state);
+    const QByteArray saved = readFile(state);
     EXPECT_TRUE(saved.contains(QByteArray("TEST0001-CH4").toBase64()));  // the playing cameras were saved
-    for (const QByteArray* text : {&log, &widgets, &saved})
-        EXPECT_FALSE(testsupport::ContainsPassword(*text + host.readAllStandardError(), kUser,
-            testsupport::DeviceSim::kPassword));
+    for (const QByteArray* text : {&log, &widgets, &saved, &host.standardError})
+        EXPECT_FALSE(testsupport::ContainsPassword(*text, kUser, testsupport::DeviceSim::kPassword));
 }
 
 } // namespace

@@ -97,7 +97,7 @@ TEST_F(PlayWindowTest, PictureSizeFollowsTheWindow)
         {{1280, 720}, {1280, 720}, false},
         {{480, 360}, {480, 270}, false},
     };
-    auto* surface = w.findChild<QWidget*>(QStringLiteral("m_pVideoSurface"));
+    auto* surface = testsupport::child<QWidget>(&w, "m_pVideoSurface");
     ASSERT_NE(surface, nullptr);
     for (const auto& r : rows) {
         SCOPED_TRACE(r.window.width());
