@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "FaceRectClamp.h"
+#include "pictures/FaceRectClamp.h"
 #include "protocol/IntelAlarmInfo.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
-#include "CEventPictures.h"
+#include "pictures/CEventPictures.h"
 
 namespace BodyTemperature {
 

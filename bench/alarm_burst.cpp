@@ -22,7 +22,7 @@
 #include <ctime>
 #include <vector>
 
-#include "CPicturePreparer.h"
+#include "pictures/CPicturePreparer.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "publicdatacontroller/AlarmTransfer.h"
 #include "support/JpegEncoder.h"

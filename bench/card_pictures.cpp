@@ -38,7 +38,7 @@
 #include <vector>
 
 #include "AlarmShowInfo.h"
-#include "CPicturePreparer.h"
+#include "pictures/CPicturePreparer.h"
 #include "support/JpegEncoder.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"

@@ -14,7 +14,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "CPicturePreparer.h"
+#include "pictures/CPicturePreparer.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "support/JpegEncoder.h"
 #include "ui/CBTShowWidget.h"

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "CJournalDatabase.h"
+#include "record/CJournalDatabase.h"
 #include "record/CJournalHistorySource.h"
 
 using namespace BodyTemperature;

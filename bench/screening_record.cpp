@@ -14,9 +14,9 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
-#include "CEventJournal.h"
-#include "CScreeningRecord.h"
-#include "CShiftReportExporter.h"
+#include "record/CEventJournal.h"
+#include "record/CScreeningRecord.h"
+#include "report/CShiftReportExporter.h"
 
 using namespace BodyTemperature;
 

@@ -22,7 +22,7 @@
 
 #include <libpq-fe.h>
 
-#include "CEventJournal.h"
+#include "record/CEventJournal.h"
 #include "record/CSiteConnection.h"
 #include "record/CSiteHistorySource.h"
 #include "record/CSiteReplicator.h"

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "PictureDecoder.h"
+#include "pictures/PictureDecoder.h"
 
 using namespace BodyTemperature;
 

@@ -8,7 +8,7 @@
 #include <set>
 #include <sqlite3.h>
 
-#include "CJournalDatabase.h"
+#include "record/CJournalDatabase.h"
 #include "record/HistoryMatch.h"
 
 namespace BodyTemperature {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Base/Log.h"
-#include "CJournalDatabase.h"
+#include "record/CJournalDatabase.h"
 #include "record/CSiteSchema.h"
 
 namespace BodyTemperature {

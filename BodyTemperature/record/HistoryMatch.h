@@ -4,7 +4,7 @@
 // the rows of a filter, the view to place a live row. Plain functions, any
 // thread.
 #include "AlarmShowInfo.h"
-#include "JournalEvent.h"
+#include "record/JournalEvent.h"
 #include "record/HistoryFilter.h"
 
 namespace BodyTemperature {

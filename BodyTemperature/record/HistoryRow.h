@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "JournalEvent.h"
+#include "record/JournalEvent.h"
 #include "record/HistoryFilter.h"
 
 namespace BodyTemperature {

@@ -9,7 +9,7 @@
 #include <QSpacerItem>
 #include <QStyle>
 
-#include "FaceRectClamp.h"
+#include "pictures/FaceRectClamp.h"
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CRightNoData.h"
 #include "ui/ShowCard/CCardHold.h"

@@ -7,7 +7,7 @@
 // child of the live-view frame; GUI thread.
 #include <QFrame>
 
-#include "CDeviceSilence.h"
+#include "alarms/CDeviceSilence.h"
 
 class QLabel;
 class QTimer;

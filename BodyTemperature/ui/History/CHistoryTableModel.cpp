@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 
-#include "ReportTexts.h"
+#include "report/ReportTexts.h"
 #include "record/HistoryMatch.h"
 
 namespace BodyTemperature {

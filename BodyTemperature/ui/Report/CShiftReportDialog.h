@@ -11,7 +11,7 @@
 #include <atomic>
 #include <memory>
 
-#include "CShiftReportExporter.h"
+#include "report/CShiftReportExporter.h"
 
 class QCheckBox;
 class QDateTimeEdit;

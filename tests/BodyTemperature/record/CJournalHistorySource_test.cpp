@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include "CJournalDatabase.h"
+#include "record/CJournalDatabase.h"
 #include "record/CJournalHistorySource.h"
 #include "record/HistoryMatch.h"
 #include "support/TestSupport.h"

@@ -16,10 +16,10 @@
 #include <mutex>
 
 #include "Base/Log.h"
-#include "CEventJournal.h"
-#include "CJournalDatabase.h"
-#include "CScreeningRecord.h"
-#include "CShiftReportExporter.h"
+#include "record/CEventJournal.h"
+#include "record/CJournalDatabase.h"
+#include "record/CScreeningRecord.h"
+#include "report/CShiftReportExporter.h"
 #include "record/CSiteConnection.h"
 #include "record/CSiteHistorySource.h"
 #include "record/CSiteReplicator.h"

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "AlarmListener.h"
-#include "CAlarmClassifier.h"
+#include "alarms/CAlarmClassifier.h"
 #include "DashboardRecords.h"
 #include "commlayer/CAlarmSubscription.h"
 #include "support/DeviceSim.h"

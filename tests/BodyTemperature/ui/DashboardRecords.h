@@ -9,8 +9,8 @@
 
 #include "AlarmDisplayConfig.h"
 #include "CBTConfigDB.h"
-#include "CPicturePreparer.h"
-#include "CVoicePlayer.h"
+#include "pictures/CPicturePreparer.h"
+#include "alarms/CVoicePlayer.h"
 #include "CommonMethodLib/CUserDataPath.h"
 #include "publicdatacontroller/IntelAlarmEventInfo.h"
 #include "ui/CBTShowWidget.h"

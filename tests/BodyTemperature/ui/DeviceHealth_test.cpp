@@ -11,7 +11,7 @@
 
 #include "Base/CSingleton.h"
 #include "CAppRscManager.h"
-#include "CDeviceSilence.h"
+#include "alarms/CDeviceSilence.h"
 #include "support/GuiGapProbe.h"
 #include "CameraModel.h"
 #include "DashboardRecords.h"

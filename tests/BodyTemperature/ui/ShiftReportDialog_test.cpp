@@ -17,8 +17,8 @@
 #include <QTranslator>
 #include <gtest/gtest.h>
 
-#include "CEventJournal.h"
-#include "CScreeningRecord.h"
+#include "record/CEventJournal.h"
+#include "record/CScreeningRecord.h"
 #include "DashboardRecords.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "clientcommonlogical/CConfigMgr.h"

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 #include "Base/Log.h"
-#include "PictureDecoder.h"
+#include "pictures/PictureDecoder.h"
 
 namespace BodyTemperature {
 

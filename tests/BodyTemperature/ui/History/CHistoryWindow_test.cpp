@@ -17,8 +17,8 @@
 #include <QTranslator>
 #include <gtest/gtest.h>
 
-#include "CEventJournal.h"
-#include "CJournalDatabase.h"
+#include "record/CEventJournal.h"
+#include "record/CJournalDatabase.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "record/CJournalHistorySource.h"
 #include "support/TestSupport.h"

@@ -1,0 +1,359 @@
+// The screening journal against real SQLite files: alarms from the emulator
+// become rows through the information display, rows survive a restart and an
+// old schema, retention and the size bound prune, a journal that cannot be written is announced
+// once while the page goes on, and a writer killed with SIGKILL loses at most
+// its last batch.
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QThread>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sqlite3.h>
+
+#include "record/CEventJournal.h"
+#include "record/CJournalDatabase.h"
+#include "Base/Log.h"
+#include "record/CScreeningRecord.h"
+#include "VantorGUIToolkit/CInformationDlg.h"
+#include "commlayer/CAlarmSubscription.h"
+#include "publicdatacontroller/AlarmTransfer.h"
+#include "support/DeviceSim.h"
+#include "ui/CBTShowWidget.h"
+#include "ui/DashboardRecords.h"
+
+using namespace BodyTemperature;
+using testsupport::waitUntil;
+
+namespace {
+
+std::vector<JournalEvent> readAll(const QString& path)
+{
+    std::vector<JournalEvent> rows;
+    CJournalDatabase db;
+    EXPECT_TRUE(db.Open(path, CJournalDatabase::OpenMode::Read)) << qPrintable(db.error());
+    db.Select(0, INT64_MAX, CJournalDatabase::Rows::AllWithFaces, [&](JournalEvent&& e) {
+        rows.push_back(std::move(e));
+        return true;
+    });
+    return rows;
+}
+
+JournalEvent numbered(int64_t time, int n)
+{
+    JournalEvent e;
+    e.time = time;
+    e.cameraId = "CAM" + std::to_string(n % 4);
+    e.personName = std::to_string(n);
+    return e;
+}
+
+// One PRAGMA read outside the code under test.
+QString pragma(const QString& path, const char* sql)
+{
+    sqlite3* db = nullptr;
+    sqlite3_open(QFile::encodeName(path).constData(), &db);
+    sqlite3_stmt* st = nullptr;
+    sqlite3_prepare_v2(db, sql, -1, &st, nullptr);
+    const QString v = sqlite3_step(st) == SQLITE_ROW ? QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))) : QString();
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+    return v;
+}
+
+class JournalTest : public testsupport::TempDirTest {};
+
+TEST_F(JournalTest, EmulatorAlarmsBecomeRowsThroughTheDisplay)
+{
+    dashtest::storeSettings(dashtest::voiceConfig());
+    testsupport::DeviceSim sim;
+    ASSERT_TRUE(sim.start());
+    QString journalPath;
+    {
+        CBTShowWidget display;
+        auto* transfer = Base::CSingleton<publicdatacontroller::AlarmTransfer>::Instance();
+        QObject::connect(transfer, &publicdatacontroller::AlarmTransfer::signalAlarmEventInfo, &display, [&](void* p) {
+            display.DealAlarmInfo(static_cast<publicdatacontroller::CIntelAlarmObject*>(p)->GetAlarmEventInfo());
+        });
+        int shownTotal = 0;
+        QObject::connect(&display, &CBTShowWidget::signalNum, &display, [&](int all, int, int, int) { shownTotal = all; });
+        commlayer::CAlarmSubscription sub(sim.device(), 150);
+        sub.Start();
+        ASSERT_TRUE(waitUntil([&] { return sim.control("GET", "/control/stats").contains("\"clients\":1"); }));
+        const QByteArray face = testsupport::makeJpeg(240, 320);
+        auto post = [&](const nlohmann::json& d) { sim.control("POST", "/control/event", QByteArray::fromStdString(d.dump())); };
+        post({{"eventCode", 100119}, {"channelID", 2},
+            {"faces", {{{"Temperature", 38.4}, {"TemperatureAnomaly", 1}, {"TemperatureEnabled", 1}, {"Mask", 1}}}},
+            {"pictures", {{"sub0", {{"base64", face.toBase64().toStdString()}}}}}});
+        post({{"eventCode", 100103}, {"channelID", 3},
+            {"comparison", {{"similarity", 0.87}, {"person", {{"name", "张伟"}, {"FDID", "2"}}}}}});
+        post({{"eventCode", 100101}, {"channelID", 1}, {"faces", {{{"Mask", 2}}}}});
+        post({{"eventCode", 100112}, {"channelID", 4}, {"taskID", "hfpd-1"}});
+        ASSERT_TRUE(waitUntil([&] { return shownTotal >= 3; }, 10000));
+        ASSERT_TRUE(waitUntil([&] { return sub.Stats().events >= 4; }));
+        testsupport::pump(50);
+        journalPath = CEventJournal::DefaultPath();
+        sub.Stop();
+    }  // the display's journal commits and joins here
+
+    const std::vector<JournalEvent> rows = readAll(journalPath);
+    ASSERT_EQ(rows.size(), 4u);
+    std::map<uint32_t, const JournalEvent*> byCode;
+    for (const JournalEvent& e : rows) {
+        byCode[e.eventCode] = &e;
+        EXPECT_EQ(e.deviceId, "TEST0001");
+    }
+    const JournalEvent& hot = *byCode.at(100119);
+    EXPECT_EQ(hot.cameraId, "TEST0001-CH2");
+    EXPECT_EQ(hot.kind, 4u);
+    EXPECT_TRUE(hot.temperatureMeasured);
+    EXPECT_NEAR(hot.temperature, 38.4, 1e-6);
+    EXPECT_EQ(hot.mask, 1u);
+    EXPECT_TRUE(hot.countsAbnormal());
+    EXPECT_TRUE(hot.countsNoMask());
+    EXPECT_EQ(hot.shown, 1);
+    ASSERT_FALSE(hot.faceJpeg.isEmpty());
+    EXPECT_LE(hot.faceJpeg.size(), JournalEvent::kMaxFaceBytes);
+    EXPECT_FALSE(QImage::fromData(hot.faceJpeg, "JPEG").isNull());
+    const JournalEvent& match = *byCode.at(100103);
+    EXPECT_EQ(match.personName, "张伟");
+    EXPECT_NEAR(match.similarity, 0.87, 1e-6);
+    EXPECT_EQ(byCode.at(100101)->maskType, 2u);
+    // No view shows channel 4: the returning person is kept but raised no count.
+    EXPECT_EQ(byCode.at(100112)->shown, 0);
+}
+
+TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
+{
+    const QString path = this->path(QStringLiteral("journal.db"));
+    {
+        // A file as the first release wrote it.
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(db,
+                      "CREATE TABLE events(id INTEGER PRIMARY KEY, time INTEGER NOT NULL, device_id TEXT,"
+                      " device_name TEXT, camera_id TEXT, camera_name TEXT, event_code INTEGER, kind INTEGER,"
+                      " pop_type INTEGER, mask_type INTEGER, temperature_type INTEGER, alarm_type INTEGER,"
+                      " temperature REAL, temperature_unit INTEGER, mask INTEGER, person_name TEXT, library TEXT,"
+                      " similarity REAL, face BLOB); CREATE INDEX events_time ON events(time);"
+                      "INSERT INTO events(time, person_name) VALUES(100, 'old'); PRAGMA user_version = 1;",
+                      nullptr, nullptr, nullptr),
+            SQLITE_OK);
+        sqlite3_close(db);
+    }
+    const int64_t now = QDateTime::currentSecsSinceEpoch();
+    for (int run = 0; run < 2; ++run) {
+        CEventJournal journal({path, 0, nullptr});
+        for (int i = 0; i < 3; ++i)
+            journal.Append(numbered(now, run * 3 + i));
+        ASSERT_TRUE(journal.Flush());
+    }
+    EXPECT_EQ(pragma(path, "PRAGMA user_version").toInt(), CJournalDatabase::kSchemaVersion);
+    const std::vector<JournalEvent> rows = readAll(path);
+    ASSERT_EQ(rows.size(), 7u);
+    EXPECT_EQ(rows[0].personName, "old");
+    EXPECT_EQ(rows[0].shown, 1);
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(rows[size_t(i) + 1].personName, std::to_string(i));
+}
+
+TEST_F(JournalTest, RetentionPrunesOldRowsInTheBackground)
+{
+    const int64_t day = 86400;
+    const int64_t now = QDateTime::currentSecsSinceEpoch();
+    struct Row {
+        int retentionDays;
+        size_t kept;
+    } const rows[] = {{90, 2}, {1, 1}, {0, 3}};
+    for (const Row& r : rows) {
+        const QString path = this->path(QStringLiteral("retention-%1.db").arg(r.retentionDays));
+        {
+            CEventJournal journal({path, 0, nullptr});
+            journal.Append(numbered(now - 100 * day, 0));
+            journal.Append(numbered(now - 2 * day, 1));
+            journal.Append(numbered(now, 2));
+            ASSERT_TRUE(journal.Flush());
+        }
+        {
+            CEventJournal journal({path, r.retentionDays, nullptr});
+            journal.Append(numbered(now, 3));
+            ASSERT_TRUE(journal.Flush());
+        }
+        EXPECT_EQ(readAll(path).size(), r.kept + 1) << "retention " << r.retentionDays;
+    }
+}
+
+// A size bound drops the oldest rows first, says so in the log, and the
+// newest rows stay; without a bound, or under it, nothing goes.
+TEST_F(JournalTest, ASizeBoundDropsTheOldestRowsFirst)
+{
+    const QString log = path(QStringLiteral("journal.log"));
+    Base::Log::Init(log.toStdString());
+    const int64_t now = QDateTime::currentSecsSinceEpoch();
+    QByteArray face(4000, '\0');
+    for (int i = 0; i < face.size(); ++i)
+        face[i] = char((i * 7919) >> 3);  // hardly compressible, like a JPEG
+    struct Row {
+        const char* name;
+        int64_t limit;
+        bool pruned;
+    } const rows[] = {{"bounded", 256 * 1024, true}, {"unbounded", 0, false}, {"under the bound", 64 << 20, false}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        const QString file = path(QStringLiteral("size-%1.db").arg(r.limit));
+        CEventJournal journal({file, 0, nullptr});
+        journal.SetSizeLimit(r.limit);
+        for (int i = 0; i < 300; ++i) {
+            JournalEvent e = numbered(now - 300 + i, i);
+            e.faceJpeg = face;
+            journal.Append(std::move(e));
+            if (i % 50 == 49) {
+                ASSERT_TRUE(journal.Flush());
+            }
+        }
+        const std::vector<JournalEvent> kept = readAll(file);
+        ASSERT_FALSE(kept.empty());
+        EXPECT_EQ(kept.back().personName, "299");
+        // What is left is the newest, without a gap.
+        EXPECT_EQ(kept.front().personName, std::to_string(300 - int(kept.size())));
+        EXPECT_EQ(kept.size() < 300, r.pruned) << kept.size();
+        if (r.limit > 0) {
+            CJournalDatabase db;
+            ASSERT_TRUE(db.Open(file, CJournalDatabase::OpenMode::Read));
+            EXPECT_LE(db.UsedBytes(), r.limit);
+        }
+    }
+    QFile text(log);
+    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(text.readAll().contains("oldest row(s) removed to stay within 0.2"));
+    Base::Log::Init();
+}
+
+TEST_F(JournalTest, AJournalThatCannotBeWrittenIsAnnouncedOnceAndThePageGoesOn)
+{
+    const QString key = CScreeningRecord::tr("ScreeningRecordUnavailable");
+    const QString damaged = CScreeningRecord::tr("ScreeningRecordDamaged");
+    enum class Case { MissingFolder, Locked, Corrupt, FullDisk };
+    struct Row {
+        const char* name;
+        Case what;
+        bool rowsKept;
+        QString message;
+    } const rows[] = {
+        {"cannot open", Case::MissingFolder, false, key},
+        {"locked by another process", Case::Locked, false, key},
+        {"corrupt", Case::Corrupt, true, damaged},
+        {"full disk", Case::FullDisk, false, key},
+    };
+    const QByteArray bigFace(9000, 'x');
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        QString path = this->path(QStringLiteral("%1/journal.db").arg(QString::fromLatin1(r.name).replace(QLatin1Char(' '), QLatin1Char('_'))));
+        QDir().mkpath(QFileInfo(path).path());
+        sqlite3* holder = nullptr;
+        std::unique_ptr<testsupport::SmallDisk> disk;
+        switch (r.what) {
+        case Case::MissingFolder:
+            path = this->path(QStringLiteral("no/such/folder/journal.db"));
+            break;
+        case Case::Locked: {
+            // Another writer that keeps the file locked for itself.
+            ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &holder), SQLITE_OK);
+            ASSERT_EQ(sqlite3_exec(holder, "PRAGMA locking_mode=EXCLUSIVE; CREATE TABLE t(x); INSERT INTO t VALUES(1);",
+                          nullptr, nullptr, nullptr),
+                SQLITE_OK);
+            break;
+        }
+        case Case::Corrupt:
+            ASSERT_TRUE(testsupport::writeFile(path, QByteArray(8192, 'Z')));
+            break;
+        case Case::FullDisk:
+            disk = std::make_unique<testsupport::SmallDisk>(QFileInfo(path).path(), "96k");
+            if (!disk->mounted()) {
+                std::printf("[  SKIPPED ] full disk: mounting a small file system is not permitted here\n");
+                continue;
+            }
+            break;
+        }
+        VantorGUIToolkit::CInformationDlg::ClearShownMessages();
+        {
+            CScreeningRecord record(nullptr, path);
+            QSignalSpy states(&record, &CScreeningRecord::signalJournalState);
+            AlarmShowInfo info = AlarmShowInfo::FromRecord(dashtest::record(dashtest::kComparison, dashtest::face(1, 1, 1)));
+            info.captureTime = QDateTime::currentSecsSinceEpoch();  // inside the retention
+            for (int i = 0; i < 60; ++i) {
+                JournalEvent e = CScreeningRecord::EventOf(info, 1);
+                e.faceJpeg = bigFace;  // fills a small disk quickly
+                record.Journal()->Append(std::move(e));
+                if (i % 20 == 19)
+                    testsupport::pump(300);
+            }
+            const bool flushed = record.Journal()->Flush(3000);
+            EXPECT_EQ(flushed, r.rowsKept);
+            ASSERT_TRUE(waitUntil([&] { return states.count() >= 1; }));
+            testsupport::pump(200);
+            EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages().count(r.message), 1);
+            EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages().size(), 1);
+        }
+        if (holder != nullptr)
+            sqlite3_close(holder);
+        if (r.what == Case::Corrupt) {
+            EXPECT_EQ(readAll(path).size(), 60u);
+            const QStringList aside = QDir(QFileInfo(path).path()).entryList({QStringLiteral("journal.db.corrupt-*")});
+            ASSERT_EQ(aside.size(), 1);
+        }
+    }
+}
+
+// Runs in a child process started by the test below: appends numbered rows
+// about once a millisecond and reports how many it handed over.
+TEST(JournalWriterChild, AppendsUntilKilled)
+{
+    const QByteArray path = qgetenv("BT_JOURNAL_CHILD");
+    if (path.isEmpty())
+        GTEST_SKIP() << "only as the child of KillNineLosesAtMostTheLastBatch";
+    CEventJournal journal({QString::fromLocal8Bit(path), 0, nullptr});
+    const int64_t now = QDateTime::currentSecsSinceEpoch();
+    for (int i = 0;; ++i) {
+        journal.Append(numbered(now, i));
+        if (i % 10 == 9) {
+            std::printf("%d\n", i + 1);
+            std::fflush(stdout);
+        }
+        QThread::usleep(1000);
+    }
+}
+
+TEST_F(JournalTest, KillNineLosesAtMostTheLastBatch)
+{
+    const QString path = this->path(QStringLiteral("killed.db"));
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("BT_JOURNAL_CHILD"), path);
+    child.setProcessEnvironment(env);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=JournalWriterChild.*")});
+    ASSERT_TRUE(child.waitForStarted());
+    int handedOver = 0;
+    ASSERT_TRUE(waitUntil([&] {
+        while (child.canReadLine())
+            handedOver = child.readLine().trimmed().toInt();
+        return handedOver >= 1500;
+    }, 20000));
+    child.kill();  // SIGKILL
+    ASSERT_TRUE(child.waitForFinished());
+    while (child.canReadLine())
+        handedOver = std::max(handedOver, child.readLine().trimmed().toInt());
+
+    const std::vector<JournalEvent> rows = readAll(path);
+    // A prefix without holes, and no more than about a second of rows missing.
+    for (size_t i = 0; i < rows.size(); ++i)
+        ASSERT_EQ(rows[i].personName, std::to_string(i));
+    EXPECT_GE(int(rows.size()), handedOver - 1000);
+    EXPECT_GT(rows.size(), 0u);
+    EXPECT_EQ(pragma(path, "PRAGMA integrity_check"), QStringLiteral("ok"));
+}
+
+} // namespace
