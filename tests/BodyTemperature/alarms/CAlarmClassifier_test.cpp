@@ -5,7 +5,7 @@
 
 #include "alarms/CAlarmClassifier.h"
 #include "support/ClassificationRows.h"
-#include "ui/DashboardRecords.h"
+#include "BodyTemperature/ui/DashboardRecords.h"
 
 using namespace BodyTemperature;
 using Action = AlarmDecision::Action;

@@ -23,7 +23,7 @@
 #include "publicdatacontroller/AlarmTransfer.h"
 #include "support/DeviceSim.h"
 #include "ui/CBTShowWidget.h"
-#include "ui/DashboardRecords.h"
+#include "BodyTemperature/ui/DashboardRecords.h"
 
 using namespace BodyTemperature;
 using testsupport::waitUntil;

@@ -392,7 +392,7 @@ TEST_F(CancelFixture, LargeTasksOpenAndPage)
         probe.start();
         QPointer<CFrequenterUnit> unit = new CFrequenterUnit(&list);
         AlarmShowInfo info;
-        info.kind = 5;
+        info.kind = EventKind::Returning;
         info.deviceID = "TEST0001";
         info.strSecondID = task;
         unit->SetFrequenterInfo(info);
