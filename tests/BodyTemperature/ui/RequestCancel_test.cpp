@@ -400,8 +400,9 @@ TEST_F(CancelFixture, LargeTasksOpenAndPage)
         const qint64 gap = probe.stop();
         EXPECT_FALSE(pages.isEmpty()) << "the view showed and paged";
         EXPECT_TRUE(CInformationDlg::ShownMessages().isEmpty()) << qPrintable(CInformationDlg::ShownMessages().join(QLatin1Char(',')));
-        // Not yet held to 100 ms: the view takes the records on the GUI thread
-        // (about 1 s for 20 000 and 2.5 s for 100 000 on a loaded machine).
+        // The window holds the view's own building too (tens of ms, more under a
+        // sanitizer); copying the records on this thread cost seconds.
+        EXPECT_LT(gap, 500);
         RecordProperty("longestGuiGapMs" + std::to_string(count), static_cast<int>(gap));
         std::printf("[ gap      ] %d returning-person records (pages %s): longest GUI gap %lld ms\n", count,
             qPrintable(pages), static_cast<long long>(gap));
