@@ -24,6 +24,7 @@
 #include "support/DeviceSim.h"
 #include "ui/CBTShowWidget.h"
 #include "BodyTemperature/ui/DashboardRecords.h"
+#include "BodyTemperature/record/FirstJournalTable.h"
 
 using namespace BodyTemperature;
 using testsupport::waitUntil;
@@ -134,12 +135,8 @@ TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
         sqlite3* db = nullptr;
         ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
         ASSERT_EQ(sqlite3_exec(db,
-                      "CREATE TABLE events(id INTEGER PRIMARY KEY, time INTEGER NOT NULL, device_id TEXT,"
-                      " device_name TEXT, camera_id TEXT, camera_name TEXT, event_code INTEGER, kind INTEGER,"
-                      " pop_type INTEGER, mask_type INTEGER, temperature_type INTEGER, alarm_type INTEGER,"
-                      " temperature REAL, temperature_unit INTEGER, mask INTEGER, person_name TEXT, library TEXT,"
-                      " similarity REAL, face BLOB); CREATE INDEX events_time ON events(time);"
-                      "INSERT INTO events(time, person_name) VALUES(100, 'old'); PRAGMA user_version = 1;",
+                      (std::string(kFirstJournalTable) + "INSERT INTO events(time, person_name) VALUES(100, 'old'); PRAGMA user_version = 1;")
+                      .c_str(),
                       nullptr, nullptr, nullptr),
             SQLITE_OK);
         sqlite3_close(db);

@@ -11,6 +11,7 @@
 #include "record/CJournalDatabase.h"
 #include "record/CJournalHistorySource.h"
 #include "record/HistoryMatch.h"
+#include "BodyTemperature/record/FirstJournalTable.h"
 #include "support/TestSupport.h"
 
 using namespace BodyTemperature;
@@ -239,15 +240,12 @@ TEST_F(HistorySourceTest, AnOlderJournalGainsTheIndexesAndKeepsItsRows)
     sqlite3* db = nullptr;
     ASSERT_EQ(sqlite3_open(QFile::encodeName(old).constData(), &db), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(db,
-                  "CREATE TABLE events(id INTEGER PRIMARY KEY, time INTEGER NOT NULL, device_id TEXT,"
-                  " device_name TEXT, camera_id TEXT, camera_name TEXT, event_code INTEGER, kind INTEGER,"
-                  " pop_type INTEGER, mask_type INTEGER, temperature_type INTEGER, alarm_type INTEGER,"
-                  " temperature REAL, temperature_unit INTEGER, mask INTEGER, person_name TEXT, library TEXT,"
-                  " similarity REAL, face BLOB); CREATE INDEX events_time ON events(time);"
-                  "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;"
-                  "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
-                  " VALUES(100, 0, 0, 2, 'old', 'cam-1');"
-                  "PRAGMA user_version = 2;",
+                  (std::string(kFirstJournalTable)
+                  + "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;"
+                    "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
+                    " VALUES(100, 0, 0, 2, 'old', 'cam-1');"
+                    "PRAGMA user_version = 2;")
+                  .c_str(),
                   nullptr, nullptr, nullptr),
         SQLITE_OK);
     sqlite3_close(db);

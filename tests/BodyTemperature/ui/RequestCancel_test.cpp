@@ -44,6 +44,18 @@ using VantorGUIToolkit::CInformationDlg;
 namespace {
 
 constexpr int kHeldMs = 25000;
+
+// A returning-person card of the emulator's task under parent opens its details.
+void ShowReturningDetails(QWidget* parent, const std::string& task)
+{
+    auto* unit = new CFrequenterUnit(parent);
+    AlarmShowInfo info;
+    info.kind = EventKind::Returning;
+    info.deviceID = "TEST0001";
+    info.strSecondID = task;
+    unit->SetFrequenterInfo(info);
+    unit->ShowDetails();
+}
 // A sanitized debug build tears the page down several times slower (265 ms
 // measured for a whole plug-in page); that build is there for its memory
 // checks, and a request still waited for would show as seconds there too.
@@ -294,13 +306,7 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
     } else if (row.kind >= Kind::Capability) {
         AddFace(list, QStringLiteral("Held Upload"));
     } else {
-        QPointer<CFrequenterUnit> unit = new CFrequenterUnit(list);
-        AlarmShowInfo info;
-        info.kind = EventKind::Returning;
-        info.deviceID = "TEST0001";
-        info.strSecondID = task;
-        unit->SetFrequenterInfo(info);
-        unit->ShowDetails();
+        ShowReturningDetails(list, task);
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (unload) {
@@ -397,13 +403,7 @@ TEST_F(CancelFixture, LargeTasksOpenAndPage)
             return true;
         });
         probe.start();
-        QPointer<CFrequenterUnit> unit = new CFrequenterUnit(&list);
-        AlarmShowInfo info;
-        info.kind = EventKind::Returning;
-        info.deviceID = "TEST0001";
-        info.strSecondID = task;
-        unit->SetFrequenterInfo(info);
-        unit->ShowDetails();
+        ShowReturningDetails(&list, task);
         const qint64 gap = probe.stop();
         EXPECT_FALSE(pages.isEmpty()) << "the view showed and paged";
         EXPECT_TRUE(CInformationDlg::ShownMessages().isEmpty()) << qPrintable(CInformationDlg::ShownMessages().join(QLatin1Char(',')));
