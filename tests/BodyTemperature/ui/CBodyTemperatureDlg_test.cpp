@@ -159,9 +159,6 @@ TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
     m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(online->index()));
     EXPECT_EQ(m_dlg->GetPlayingCameraIds(), (QList<QByteArray>{"CAM-ON"}));
 
-    m_dlg->onUpdateGroupTreeSelectedCamera("CAM-ON");
-    EXPECT_EQ(proxy->mapToSource(tree->currentIndex()), online->index());
-
     m_dlg->StopAllLiveView();
     reloadWith({});
 }
