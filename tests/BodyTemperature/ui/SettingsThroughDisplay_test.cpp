@@ -318,15 +318,6 @@ TEST_F(SettingsLoadRetryTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceF
 
 // The alarm-type panel alone: each click reports all three switches at once,
 // the panel's size and place follow the language, and it behaves as a pop-up.
-TemperatureAlarm alarm(bool temperature, bool comparison, bool capture)
-{
-    TemperatureAlarm a;
-    a.bFaceTemperatureCapture = temperature;
-    a.bFacePictureComparison = comparison;
-    a.bFaceCapture = capture;
-    return a;
-}
-
 TEST(TypeConfigPage, EveryClickReportsAllThreeSwitches)
 {
     AlarmDisplayConfig c;
@@ -336,13 +327,13 @@ TEST(TypeConfigPage, EveryClickReportsAllThreeSwitches)
     page.SetConfig(c);  // the steps below start from these boxes
     QList<TemperatureAlarm> reported;
     QObject::connect(&page, &CTypeConfigPage::signalCheckState, [&reported](TemperatureAlarm& a) { reported.append(a); });
-    struct Step { QCheckBox* box; TemperatureAlarm expected; };
+    struct Step { QCheckBox* box; TemperatureAlarm expected; };  // temperature capture, comparison, capture
     const Step steps[] = {
-        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(true, true, true)},
-        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(true, false, true)},
-        {testsupport::child<QCheckBox>(&page, "m_pFaceTemperatureCaptureCheckBox"), alarm(false, false, true)},
-        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), alarm(false, false, false)},
-        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), alarm(false, true, false)},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), {true, true, true}},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), {true, false, true}},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceTemperatureCaptureCheckBox"), {false, false, true}},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceCaptureCheckBox"), {false, false, false}},
+        {testsupport::child<QCheckBox>(&page, "m_pFaceComparisonCheckBox"), {false, true, false}},
     };
     for (const Step& s : steps) {
         reported.clear();
