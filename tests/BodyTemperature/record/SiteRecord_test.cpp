@@ -34,37 +34,39 @@ using State = CSiteReplicator::State;
 
 namespace {
 
-bool openssl(const QStringList& args)
+// One command's arguments, split at spaces before %1 and %2 are put in (so
+// a path with a space stays one argument).
+QStringList words(const char* line, const QString& a, const QString& b = QString())
+{
+    QStringList out;
+    for (QString w : QString::fromLatin1(line).split(QLatin1Char(' ')))
+        out << w.replace(QStringLiteral("%1"), a).replace(QStringLiteral("%2"), b);
+    return out;
+}
+
+bool openssl(const char* line, const QString& a, const QString& b = QString())
 {
     QProcess p;
     p.setProcessChannelMode(QProcess::MergedChannels);
-    p.start(QStringLiteral("openssl"), args);
+    p.start(QStringLiteral("openssl"), words(line, a, b));
     return p.waitForFinished(30000) && p.exitCode() == 0;
 }
 
 // A CA and a server certificate for "localhost" signed by it, in dir.
 bool makeCa(const QString& dir, const QString& name, bool server)
 {
-    const QString ca = dir + QLatin1Char('/') + name;
-    if (!openssl({QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
-            QStringLiteral("-nodes"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
-            QStringLiteral("/CN=") + name, QStringLiteral("-keyout"), ca + QStringLiteral(".key"), QStringLiteral("-out"),
-            ca + QStringLiteral(".crt")}))
+    const QString ca = dir + QLatin1Char('/') + name, s = dir + QStringLiteral("/server");
+    if (!openssl("req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=%2 -keyout %1.key -out %1.crt", ca, name))
         return false;
     if (!server)
         return true;
-    const QString s = dir + QStringLiteral("/server");
     QFile ext(s + QStringLiteral(".ext"));
     ext.open(QIODevice::WriteOnly);
     ext.write("subjectAltName=DNS:localhost\n");
     ext.close();
-    return openssl({QStringLiteral("req"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"), QStringLiteral("-nodes"),
-               QStringLiteral("-subj"), QStringLiteral("/CN=localhost"), QStringLiteral("-keyout"),
-               s + QStringLiteral(".key"), QStringLiteral("-out"), s + QStringLiteral(".csr")})
-        && openssl({QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"), s + QStringLiteral(".csr"),
-            QStringLiteral("-CA"), ca + QStringLiteral(".crt"), QStringLiteral("-CAkey"), ca + QStringLiteral(".key"),
-            QStringLiteral("-CAcreateserial"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-extfile"),
-            ext.fileName(), QStringLiteral("-out"), s + QStringLiteral(".crt")});
+    return openssl("req -newkey rsa:2048 -nodes -subj /CN=localhost -keyout %1.key -out %1.csr", s)
+        && openssl("x509 -req -in %1.csr -CA %2.crt -CAkey %2.key -CAcreateserial -days 2 -extfile %1.ext -out %1.crt",
+            s, ca);
 }
 
 JournalEvent numbered(int n, const QByteArray& face = QByteArray())
@@ -242,7 +244,8 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
         ASSERT_TRUE(conn.Connect(10000)) << qPrintable(conn.error());
         QString why;
         ASSERT_TRUE(CSiteSchema::Migrate(conn, why, CSiteSchema::kVersion - 1)) << qPrintable(why);
-        ASSERT_TRUE(conn.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('old', 'j', 1, 5)"))
+        ASSERT_TRUE(conn.ExecScript("INSERT INTO bt_events(station, journal, event_id, time, person_name, library)"
+                                    " VALUES('old', 'j', 1, 5, 'Olga', 'Staff'), ('old', 'j', 2, 6, '', '')"))
             << qPrintable(conn.error());
     }
     Station station(path(QStringLiteral("m.db")), site);
@@ -254,7 +257,12 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
     EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT max(version) FROM bt_schema"), 0, 0),
         std::to_string(CSiteSchema::kVersion));
     EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(station, ',' ORDER BY station) FROM bt_events"), 0, 0),
-        "new,old");
+        "new,old,old");
+    // The names and libraries the text search looks up first: the old rows'
+    // and the new row's.
+    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(field || value, ',' ORDER BY field, value)"
+                                               " FROM bt_text_values"), 0, 0),
+        "0Olga,0P1,1Staff");
 }
 
 // What the operator and the log see for each way of meeting the server.
@@ -327,6 +335,14 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
     }
     ASSERT_TRUE(waitUntil([&] { return a.replicator->Acknowledged() == 12 && b.replicator->Acknowledged() == 12; }, 20000));
 
+    // Older than the rest and out of the reports' range: one row whose name
+    // and library both hold the text, one only its library.
+    CStopSignal stop;
+    CSiteConnection early(site, stop);
+    ASSERT_TRUE(early.Connect(10000)
+        && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time, person_name, library) VALUES"
+                            "('delta', 'j', 1, 1699999991, 'Pat', 'Patrons'), ('delta', 'j', 2, 1699999990, '', 'Patrons')"))
+        << qPrintable(early.error());
     auto keys = [](const HistoryPage& page) {
         std::string out;
         for (const HistoryRow& r : page.rows)
@@ -344,6 +360,10 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
     HistoryFilter named;
     named.text = "p1";
     named.cameraIds = {"CAM2", "CAM3"};
+    HistoryFilter patrons;
+    patrons.text = "PAT";
+    HistoryFilter nobody;
+    nobody.text = "nobody";
     struct Row {
         const char* name;
         const HistoryFilter& filter;
@@ -354,6 +374,8 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
         {"one station, abnormal", betaAbnormal, "b12 b9 b6 b3", false},
         {"threshold", warm, "a12 b12 a11 b11", false},
         {"name and cameras", named, "a11 b11 a10 b10", false},
+        {"name or library, each row once", patrons, "d1 d2", false},
+        {"text found nowhere", nobody, "", false},
     };
     CSiteHistorySource source(site);
     EXPECT_TRUE(source.IsSite());
@@ -383,9 +405,7 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
 
     // Two writers committing out of step: a row numbered first but committed
     // last is still followed (the later writer waits for the earlier commit).
-    CStopSignal stop;
-    CSiteConnection early(site, stop);
-    ASSERT_TRUE(early.Connect(10000) && early.ExecScript("BEGIN")
+    ASSERT_TRUE(early.ExecScript("BEGIN")
         && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('gamma', 'j', 1, 1700000050)"))
         << qPrintable(early.error());
     b.journal->Append(numbered(14));
@@ -451,11 +471,8 @@ TEST_F(SiteRecordTest, StopCutsOffAConnectionOrStatementInFlight)
     locker.setProcessEnvironment(env);
     locker.setStandardOutputFile(QProcess::nullDevice());
     locker.setStandardErrorFile(QProcess::nullDevice());
-    locker.start(QStringLiteral("psql"), {QStringLiteral("-h"), QStringLiteral("127.0.0.1"), QStringLiteral("-p"),
-                                             QString::number(s_cluster->port()), QStringLiteral("-U"),
-                                             QStringLiteral("bt"), QStringLiteral("-d"), QStringLiteral("postgres"),
-                                             QStringLiteral("-c"),
-                                             QStringLiteral("BEGIN; LOCK TABLE bt_events; SELECT pg_sleep(60);")});
+    locker.start(QStringLiteral("psql"), words("-h 127.0.0.1 -p %1 -U bt -d postgres -c %2", QString::number(s_cluster->port()),
+                                             QStringLiteral("BEGIN; LOCK TABLE bt_events; SELECT pg_sleep(60);")));
     ASSERT_TRUE(waitUntil([&] {
         return s_cluster->Psql(QStringLiteral("SELECT count(*) FROM pg_locks WHERE mode = 'AccessExclusiveLock'"
                                               " AND relation = 'bt_events'::regclass")) == QStringLiteral("1");
