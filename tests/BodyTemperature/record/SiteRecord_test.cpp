@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLabel>
 #include <QProcess>
 #include <QTranslator>
@@ -56,17 +55,12 @@ bool openssl(const char* line, const QString& a, const QString& b = QString())
 bool makeCa(const QString& dir, const QString& name, bool server)
 {
     const QString ca = dir + QLatin1Char('/') + name, s = dir + QStringLiteral("/server");
-    if (!openssl("req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=%2 -keyout %1.key -out %1.crt", ca, name))
-        return false;
-    if (!server)
-        return true;
-    QFile ext(s + QStringLiteral(".ext"));
-    ext.open(QIODevice::WriteOnly);
-    ext.write("subjectAltName=DNS:localhost\n");
-    ext.close();
-    return openssl("req -newkey rsa:2048 -nodes -subj /CN=localhost -keyout %1.key -out %1.csr", s)
-        && openssl("x509 -req -in %1.csr -CA %2.crt -CAkey %2.key -CAcreateserial -days 2 -extfile %1.ext -out %1.crt",
-            s, ca);
+    return openssl("req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=%2 -keyout %1.key -out %1.crt", ca, name)
+        && (!server
+            || (testsupport::writeFile(s + QStringLiteral(".ext"), "subjectAltName=DNS:localhost\n")
+                && openssl("req -newkey rsa:2048 -nodes -subj /CN=localhost -keyout %1.key -out %1.csr", s)
+                && openssl("x509 -req -in %1.csr -CA %2.crt -CAkey %2.key -CAcreateserial -days 2 -extfile %1.ext"
+                           " -out %1.crt", s, ca)));
 }
 
 JournalEvent numbered(int n, const QByteArray& face = QByteArray())
@@ -102,11 +96,6 @@ struct Station {
         j.keepAfterKey = CSiteReplicator::AckKey(site);
         j.onCommitted = [this] { replicator->Notify(); };
         journal = std::make_unique<CEventJournal>(std::move(j));
-    }
-    ~Station()
-    {
-        journal.reset();
-        replicator.reset();
     }
     std::vector<State> seen()
     {
@@ -254,15 +243,13 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
     CStopSignal stop;
     CSiteConnection conn(site, stop);
     ASSERT_TRUE(conn.Connect(10000));
-    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT max(version) FROM bt_schema"), 0, 0),
-        std::to_string(CSiteSchema::kVersion));
-    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(station, ',' ORDER BY station) FROM bt_events"), 0, 0),
-        "new,old,old");
-    // The names and libraries the text search looks up first: the old rows'
-    // and the new row's.
-    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(field || value, ',' ORDER BY field, value)"
-                                               " FROM bt_text_values"), 0, 0),
-        "0Olga,0P1,1Staff");
+    // The version, every row, and the names and libraries the text search
+    // looks up first: the old rows' and the new row's.
+    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT (SELECT max(version) FROM bt_schema) || '|'"
+                                               " || (SELECT string_agg(station, ',' ORDER BY station) FROM bt_events) || '|'"
+                                               " || (SELECT string_agg(field || value, ',' ORDER BY field, value)"
+                                               " FROM bt_text_values)"), 0, 0),
+        std::to_string(CSiteSchema::kVersion) + "|new,old,old|0Olga,0P1,1Staff");
 }
 
 // What the operator and the log see for each way of meeting the server.
@@ -308,9 +295,8 @@ TEST_F(SiteRecordTest, TlsAndPasswordAreCheckedOnceAndTheStationGoesOn)
         EXPECT_EQ(station.replicator->Acknowledged(), 0);
         EXPECT_EQ(stored(r.name), QStringLiteral("0|0||"));
     }
-    QFile log(logFile);
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    const QByteArray text = log.readAll();
+    const QByteArray text = testsupport::readFile(logFile);
+    ASSERT_FALSE(text.isEmpty());
     EXPECT_FALSE(text.contains(testsupport::PrivatePgCluster::kPassword));
     EXPECT_FALSE(text.contains("not-the-Password-9"));
     EXPECT_EQ(text.count("certificate that does not verify"), 1) << text.constData();
@@ -349,33 +335,27 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
             out += (out.empty() ? "" : " ") + r.station.substr(0, 1) + std::to_string(r.event.id);
         return out;
     };
-    HistoryFilter all;
-    all.pageSize = 5;
-    HistoryFilter betaAbnormal;
-    betaAbnormal.stations = {"beta"};
-    betaAbnormal.kinds = HistoryFilter::KindAbnormal;
-    HistoryFilter warm;
-    warm.thresholdOn = true;
-    warm.thresholdCelsius = 37.05;
-    HistoryFilter named;
-    named.text = "p1";
-    named.cameraIds = {"CAM2", "CAM3"};
-    HistoryFilter patrons;
-    patrons.text = "PAT";
-    HistoryFilter nobody;
-    nobody.text = "nobody";
+    auto with = [](const std::function<void(HistoryFilter&)>& set) {
+        HistoryFilter f;
+        set(f);
+        return f;
+    };
+    const HistoryFilter all = with([](HistoryFilter& f) { f.pageSize = 5; });
     struct Row {
         const char* name;
-        const HistoryFilter& filter;
+        HistoryFilter filter;
         const char* keys;
         bool more;
     } const rows[] = {
         {"every row, first page", all, "a12 b12 a11 b11 a10", true},
-        {"one station, abnormal", betaAbnormal, "b12 b9 b6 b3", false},
-        {"threshold", warm, "a12 b12 a11 b11", false},
-        {"name and cameras", named, "a11 b11 a10 b10", false},
-        {"name or library, each row once", patrons, "d1 d2", false},
-        {"text found nowhere", nobody, "", false},
+        {"one station, abnormal", with([](HistoryFilter& f) { f.stations = {"beta"}; f.kinds = HistoryFilter::KindAbnormal; }),
+            "b12 b9 b6 b3", false},
+        {"threshold", with([](HistoryFilter& f) { f.thresholdOn = true; f.thresholdCelsius = 37.05; }), "a12 b12 a11 b11",
+            false},
+        {"name and cameras", with([](HistoryFilter& f) { f.text = "p1"; f.cameraIds = {"CAM2", "CAM3"}; }),
+            "a11 b11 a10 b10", false},
+        {"name or library, each row once", with([](HistoryFilter& f) { f.text = "PAT"; }), "d1 d2", false},
+        {"text found nowhere", with([](HistoryFilter& f) { f.text = "nobody"; }), "", false},
     };
     CSiteHistorySource source(site);
     EXPECT_TRUE(source.IsSite());
@@ -438,9 +418,7 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
         std::atomic<int> progress{0};
         const auto result = CShiftReportExporter::Run(request, cancel, progress);
         ASSERT_EQ(result.outcome, CShiftReportExporter::Outcome::Written) << qPrintable(result.error);
-        QFile csv(result.files.value(0));
-        ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
-        const QStringList lines = QString::fromUtf8(csv.readAll().mid(3)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+        const QStringList lines = QString::fromUtf8(testsupport::readFile(result.files.value(0)).mid(3)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
         ASSERT_EQ(lines.size(), r.rows + 1);
         EXPECT_EQ(lines[0].split(QLatin1Char(',')).size(), r.columns);
         EXPECT_EQ(lines[0].contains(QStringLiteral("Station")), r.site);
