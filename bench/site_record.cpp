@@ -301,6 +301,7 @@ void historyBench(testsupport::PrivatePgCluster& cluster, int64_t rows)
         values.libraries.size());
     explain("name contains, by its values", CSiteHistorySource::PageQuery(text, nullptr, &values));
     explain("name contains, row by row", CSiteHistorySource::PageQuery(text, nullptr));
+    explain("name found nowhere, row by row", CSiteHistorySource::PageQuery(nobody, nullptr));
 }
 
 } // namespace
