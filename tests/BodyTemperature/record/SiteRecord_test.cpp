@@ -322,12 +322,15 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
     ASSERT_TRUE(waitUntil([&] { return a.replicator->Acknowledged() == 12 && b.replicator->Acknowledged() == 12; }, 20000));
 
     // Older than the rest and out of the reports' range: one row whose name
-    // and library both hold the text, one only its library.
+    // and library both hold the text, one only its library, and more names
+    // holding one text than are looked up one by one.
     CStopSignal stop;
     CSiteConnection early(site, stop);
     ASSERT_TRUE(early.Connect(10000)
         && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time, person_name, library) VALUES"
-                            "('delta', 'j', 1, 1699999991, 'Pat', 'Patrons'), ('delta', 'j', 2, 1699999990, '', 'Patrons')"))
+                            "('delta', 'j', 1, 1699999991, 'Pat', 'Patrons'), ('delta', 'j', 2, 1699999990, '', 'Patrons');"
+                            "INSERT INTO bt_events(station, journal, event_id, time, person_name, library) SELECT 'delta',"
+                            " 'j', g, 1699990000 + g, 'Many ' || g, '' FROM generate_series(3, 300) g"))
         << qPrintable(early.error());
     auto keys = [](const HistoryPage& page) {
         std::string out;
@@ -356,6 +359,8 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
             "a11 b11 a10 b10", false},
         {"name or library, each row once", with([](HistoryFilter& f) { f.text = "PAT"; }), "d1 d2", false},
         {"text found nowhere", with([](HistoryFilter& f) { f.text = "nobody"; }), "", false},
+        {"text in too many values to look up", with([](HistoryFilter& f) { f.text = "many"; f.pageSize = 3; }),
+            "d300 d299 d298", true},
     };
     CSiteHistorySource source(site);
     EXPECT_TRUE(source.IsSite());
