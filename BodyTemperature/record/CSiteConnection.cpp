@@ -298,54 +298,39 @@ bool CSiteConnection::Connect(int timeoutMs)
     return true;
 }
 
-PgResult CSiteConnection::send(const std::string& sql, const PgParams& params, bool withParams, int timeoutMs)
+bool CSiteConnection::await(bool forWrite, int64_t deadlineMs, int timeoutMs)
 {
-    m_failure = Failure::None;
-    m_error.clear();
-    if (m_conn == nullptr) {
-        fail(Failure::Unreachable, QStringLiteral("not connected"));
-        return nullptr;
+    switch (waitSocket(forWrite, deadlineMs)) {
+    case Wait::Ready:
+        return true;
+    case Wait::Stopped:
+        return fail(Failure::Stopped, QStringLiteral("stopped"));
+    case Wait::TimedOut:
+        return fail(Failure::Unreachable, QStringLiteral("no answer within %1 ms").arg(timeoutMs));
+    case Wait::Failed:
+        break;
     }
-    const std::vector<const char*> values = params.Values();
-    const std::vector<int> lengths = params.Lengths();
-    const std::vector<int> formats = params.Formats();
-    const int sent = withParams ? PQsendQueryParams(m_conn, sql.c_str(), params.size(), nullptr, values.data(),
-                                      lengths.data(), formats.data(), 0)
-                                : PQsendQuery(m_conn, sql.c_str());
-    if (sent != 1) {
-        fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
-        return nullptr;
-    }
-    const int64_t deadline = nowMs() + timeoutMs;
-    auto waitOrFail = [&](bool forWrite) {
-        switch (waitSocket(forWrite, deadline)) {
-        case Wait::Ready:
-            return true;
-        case Wait::Stopped:
-            return fail(Failure::Stopped, QStringLiteral("stopped"));
-        case Wait::TimedOut:
-            return fail(Failure::Unreachable, QStringLiteral("no answer within %1 ms").arg(timeoutMs));
-        case Wait::Failed:
-            break;
-        }
-        return fail(Failure::Unreachable, QString::fromLocal8Bit(std::strerror(errno)));
-    };
+    return fail(Failure::Unreachable, QString::fromLocal8Bit(std::strerror(errno)));
+}
+
+bool CSiteConnection::flush(int64_t deadlineMs, int timeoutMs)
+{
     // A large batch leaves in several writes.
     for (;;) {
         const int flushed = PQflush(m_conn);
         if (flushed == 0)
-            break;
-        if (flushed < 0) {
-            fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
-            return nullptr;
-        }
-        if (!waitOrFail(true))
-            return nullptr;
-        if (PQconsumeInput(m_conn) != 1) {
-            fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
-            return nullptr;
-        }
+            return true;
+        if (flushed < 0)
+            return fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
+        if (!await(true, deadlineMs, timeoutMs))
+            return false;
+        if (PQconsumeInput(m_conn) != 1)
+            return fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
     }
+}
+
+PgResult CSiteConnection::collect(int64_t deadlineMs, int timeoutMs)
+{
     PgResult last;
     QString firstError;
     std::string firstState;  // SQLSTATE
@@ -379,13 +364,37 @@ PgResult CSiteConnection::send(const std::string& sql, const PgParams& params, b
             }
             last = std::move(r);
         }
-        if (!waitOrFail(false))
+        if (!await(false, deadlineMs, timeoutMs))
             return nullptr;
         if (PQconsumeInput(m_conn) != 1) {
             fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
             return nullptr;
         }
     }
+}
+
+PgResult CSiteConnection::send(const std::string& sql, const PgParams& params, bool withParams, int timeoutMs)
+{
+    m_failure = Failure::None;
+    m_error.clear();
+    if (m_conn == nullptr) {
+        fail(Failure::Unreachable, QStringLiteral("not connected"));
+        return nullptr;
+    }
+    const std::vector<const char*> values = params.Values();
+    const std::vector<int> lengths = params.Lengths();
+    const std::vector<int> formats = params.Formats();
+    const int sent = withParams ? PQsendQueryParams(m_conn, sql.c_str(), params.size(), nullptr, values.data(),
+                                      lengths.data(), formats.data(), 0)
+                                : PQsendQuery(m_conn, sql.c_str());
+    if (sent != 1) {
+        fail(Failure::Unreachable, QString::fromUtf8(PQerrorMessage(m_conn)));
+        return nullptr;
+    }
+    const int64_t deadline = nowMs() + timeoutMs;
+    if (!flush(deadline, timeoutMs))
+        return nullptr;
+    return collect(deadline, timeoutMs);
 }
 
 PgResult CSiteConnection::Exec(const std::string& sql, const PgParams& params, int timeoutMs)

@@ -102,6 +102,12 @@ private:
     // and addresses (empty when the host is already a number).
     bool resolve(std::string& hosts, std::string& addresses, int64_t deadlineMs);
     PgResult send(const std::string& sql, const PgParams& params, bool withParams, int timeoutMs);
+    // The socket ready, or false with the failure set (stopped, timed out, broken).
+    bool await(bool forWrite, int64_t deadlineMs, int timeoutMs);
+    // The whole statement handed to the server.
+    bool flush(int64_t deadlineMs, int timeoutMs);
+    // Every result of the statement: the last, or nullptr with the first error.
+    PgResult collect(int64_t deadlineMs, int timeoutMs);
 
     clientcommonlogical::SiteRecordConfig m_config;
     const CStopSignal& m_stop;

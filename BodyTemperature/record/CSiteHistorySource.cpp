@@ -43,8 +43,9 @@ std::string next(PgParams& p)
 
 enum class Walk { NewestFirst, Arrival, OldestFirst };
 
-// The conditions every walk shares: time range, cameras, kinds, threshold, text.
-std::string commonWhere(const HistoryFilter& f, PgParams& p)
+// The conditions every walk shares: time range, cameras, kinds, threshold,
+// and the text unless it is walked value by value.
+std::string commonWhere(const HistoryFilter& f, bool byValue, PgParams& p)
 {
     std::string where;
     p.Int(f.from);
@@ -69,7 +70,7 @@ std::string commonWhere(const HistoryFilter& f, PgParams& p)
                  " WHEN 2 THEN temperature - 273.15 ELSE temperature END) >= "
             + next(p) + "::float8";
     }
-    if (!f.text.empty()) {
+    if (!f.text.empty() && !byValue) {
         p.Text(HistoryLikePattern(f.text));
         where += " AND (person_name ILIKE " + next(p) + " OR library ILIKE " + next(p) + ")";
     }
@@ -91,11 +92,46 @@ std::string pastKey(const HistoryKey& after, Walk walk, PgParams& p)
         + " AND event_id < " + i + "))";
 }
 
-Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark, Walk walk)
+// One branch per value the text was found in, each walking that value's own
+// index in page order; a row whose name and library both hold the text is
+// taken by its name's branch only.
+Query byValue(const HistoryFilter& f, const CSiteHistorySource::TextValues& text, std::string where,
+    const char* order, const std::string& limit, Query& q)
+{
+    PgParams& p = q.params;
+    if (!f.stations.empty()) {
+        p.Text(textArray(f.stations));
+        where += " AND station = ANY(" + next(p) + "::text[])";
+    }
+    std::string branches;
+    auto add = [&](const char* column, const std::string& value, const std::string& extra) {
+        p.Text(value);
+        branches += std::string(branches.empty() ? "(" : " UNION ALL (") + "SELECT " + kColumns
+            + " FROM bt_events WHERE " + column + " <> '' AND " + column + " = " + next(p) + " AND " + where + extra
+            + order + limit + ")";
+    };
+    for (const std::string& v : text.names)
+        add("person_name", v, std::string());
+    if (!text.libraries.empty()) {
+        p.Text(HistoryLikePattern(f.text));
+        const std::string notByName = " AND NOT COALESCE(person_name ILIKE " + next(p) + ", false)";
+        for (const std::string& v : text.libraries)
+            add("library", v, notByName);
+    }
+    // Found nowhere: still a statement of the filter's parameters.
+    q.sql = branches.empty() ? std::string("SELECT ") + kColumns + " FROM bt_events WHERE false AND " + where
+                             : "SELECT * FROM (" + branches + ") b" + order + limit;
+    return q;
+}
+
+Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* watermark, Walk walk,
+    const CSiteHistorySource::TextValues* text = nullptr)
 {
     Query q;
     PgParams& p = q.params;
-    std::string where = commonWhere(f, p);
+    if (f.text.empty())
+        text = nullptr;
+    std::string where = commonWhere(f, text != nullptr, p);
     if (after != nullptr)
         where += pastKey(*after, walk, p);
     // Newer rows are taken in arrival order, so a burst larger than a page
@@ -108,6 +144,8 @@ Query build(const HistoryFilter& f, const HistoryKey* after, const int64_t* wate
         : walk == Walk::OldestFirst           ? " ORDER BY time, station, event_id"
                                               : " ORDER BY time DESC, station, event_id DESC";
     const std::string limit = " LIMIT " + std::to_string(std::max(1, f.pageSize) + 1);
+    if (text != nullptr)
+        return byValue(f, *text, where, order, limit, q);
     if (f.stations.empty()) {
         q.sql = std::string("SELECT ") + kColumns + " FROM bt_events WHERE " + where + order + limit;
         return q;
@@ -176,14 +214,22 @@ CSiteHistorySource::CSiteHistorySource(clientcommonlogical::SiteRecordConfig sit
 
 CSiteHistorySource::~CSiteHistorySource() = default;
 
-Query CSiteHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after)
+Query CSiteHistorySource::PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text)
 {
-    return build(filter, after, nullptr, Walk::NewestFirst);
+    return build(filter, after, nullptr, Walk::NewestFirst, text);
 }
 
-Query CSiteHistorySource::ScanQuery(const HistoryFilter& filter, const HistoryKey* after)
+Query CSiteHistorySource::ScanQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text)
 {
-    return build(filter, after, nullptr, Walk::OldestFirst);
+    return build(filter, after, nullptr, Walk::OldestFirst, text);
+}
+
+Query CSiteHistorySource::TextValuesQuery(const std::string& text)
+{
+    Query q;
+    q.params.Text(HistoryLikePattern(text));
+    q.sql = "SELECT field, value FROM bt_text_values WHERE value ILIKE $1 LIMIT " + std::to_string(kMaxTextValues + 1);
+    return q;
 }
 
 Query CSiteHistorySource::NewerQuery(const HistoryFilter& filter, int64_t watermark)
@@ -196,16 +242,44 @@ void CSiteHistorySource::Cancel()
     m_cancel.Raise();
 }
 
+IHistorySource::Result CSiteHistorySource::failed(QString& error)
+{
+    error = m_conn.error();
+    const bool cancelled = m_conn.failure() == CSiteConnection::Failure::Stopped;
+    m_conn.Close();
+    return cancelled ? Result::Cancelled : Result::Failed;
+}
+
+IHistorySource::Result CSiteHistorySource::findText(const std::string& text, TextValues& values, bool& found,
+    QString& error)
+{
+    values = TextValues();
+    found = false;
+    m_cancel.Reset();
+    if (!m_conn.IsOpen() && !m_conn.Connect(10000))
+        return failed(error);
+    const Query q = TextValuesQuery(text);
+    const PgResult r = m_conn.Exec(q.sql, q.params);
+    if (!r) {
+        // A server not yet brought to this schema: the text is matched row by row.
+        return m_conn.failure() == CSiteConnection::Failure::Refused ? Result::Ok : failed(error);
+    }
+    const int n = PQntuples(r.get());
+    if (n > kMaxTextValues)
+        return Result::Ok;
+    for (int i = 0; i < n; ++i)
+        (CSiteConnection::Value(r, i, 0) == "0" ? values.names : values.libraries).push_back(CSiteConnection::Value(r, i, 1));
+    found = true;
+    return Result::Ok;
+}
+
 IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize, HistoryPage& page, QString& error)
 {
     page = HistoryPage();
     m_cancel.Reset();
     auto failed = [&] {
-        error = m_conn.error();
-        const bool cancelled = m_conn.failure() == CSiteConnection::Failure::Stopped;
-        m_conn.Close();
         page = HistoryPage();
-        return cancelled ? Result::Cancelled : Result::Failed;
+        return this->failed(error);
     };
     if (!m_conn.IsOpen() && !m_conn.Connect(10000))
         return failed();
@@ -247,16 +321,33 @@ IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize,
 IHistorySource::Result CSiteHistorySource::Page(const HistoryFilter& filter, const HistoryKey* after,
     HistoryPage& page, QString& error)
 {
-    return run(PageQuery(filter, after), std::max(1, filter.pageSize), page, error);
+    TextValues text;
+    bool found = false;
+    if (!filter.text.empty()) {
+        const Result r = findText(filter.text, text, found, error);
+        if (r != Result::Ok) {
+            page = HistoryPage();
+            return r;
+        }
+    }
+    return run(PageQuery(filter, after, found ? &text : nullptr), std::max(1, filter.pageSize), page, error);
 }
 
 IHistorySource::Result CSiteHistorySource::Scan(const HistoryFilter& filter,
     const std::function<bool(HistoryRow&&)>& take, QString& error)
 {
+    TextValues text;
+    bool found = false;
+    if (!filter.text.empty()) {
+        const Result r = findText(filter.text, text, found, error);
+        if (r != Result::Ok)
+            return r;
+    }
     std::optional<HistoryKey> after;
     for (;;) {
         HistoryPage page;
-        const Result r = run(ScanQuery(filter, after ? &*after : nullptr), std::max(1, filter.pageSize), page, error);
+        const Result r = run(ScanQuery(filter, after ? &*after : nullptr, found ? &text : nullptr),
+            std::max(1, filter.pageSize), page, error);
         if (r != Result::Ok || page.rows.empty())
             return r;
         after = page.rows.back().key();

@@ -40,12 +40,27 @@ public:
         PgParams params;
         bool stationBranches = false;  // one branch per station (read without incremental sorts)
     };
-    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after);
+    // The person names and libraries containing a filter's text.
+    struct TextValues {
+        std::vector<std::string> names;
+        std::vector<std::string> libraries;
+    };
+    // More values than this: the text is common, and a walk in time order
+    // meets its rows soon.
+    static constexpr int kMaxTextValues = 200;
+    // `text`: the values the filter's text was found in, each walked in its
+    // own index; nullptr to match the text row by row.
+    static Query PageQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text = nullptr);
     static Query NewerQuery(const HistoryFilter& filter, int64_t watermark);
-    static Query ScanQuery(const HistoryFilter& filter, const HistoryKey* after);
+    static Query ScanQuery(const HistoryFilter& filter, const HistoryKey* after, const TextValues* text = nullptr);
+    // The values containing `text` (field 0 a name, 1 a library), at most kMaxTextValues + 1.
+    static Query TextValuesQuery(const std::string& text);
 
 private:
     Result run(const Query& query, int pageSize, HistoryPage& page, QString& error);
+    // Ok with `found` set when the text's values are few enough to walk one by one.
+    Result findText(const std::string& text, TextValues& values, bool& found, QString& error);
+    Result failed(QString& error);
 
     CStopSignal m_cancel;
     CSiteConnection m_conn;

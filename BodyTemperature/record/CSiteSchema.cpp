@@ -51,6 +51,22 @@ const char* const kSteps[] = {
     " 'BEGIN PERFORM pg_advisory_xact_lock(4242017029); RETURN NULL; END';"
     "CREATE TRIGGER bt_events_write_lock BEFORE INSERT ON bt_events"
     " FOR EACH STATEMENT EXECUTE FUNCTION bt_events_write_lock()",
+    // 3 -> 4: every name and library ever stored (field 0 and 1), kept by a
+    // trigger on each statement's new rows, so a text search matches a few
+    // thousand short values and then walks only the matching values' rows,
+    // each in time order, instead of reading the range row by row. Pruning
+    // would leave values behind; a value with no row left only finds nothing.
+    "CREATE TABLE bt_text_values(field smallint NOT NULL, value text NOT NULL, PRIMARY KEY(field, value));"
+    "INSERT INTO bt_text_values SELECT DISTINCT 0, person_name FROM bt_events WHERE person_name <> '';"
+    "INSERT INTO bt_text_values SELECT DISTINCT 1, library FROM bt_events WHERE library <> '';"
+    "CREATE FUNCTION bt_events_text_values() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN"
+    " INSERT INTO bt_text_values SELECT 0, person_name FROM new_rows WHERE person_name <> ''"
+    " UNION SELECT 1, library FROM new_rows WHERE library <> '' ON CONFLICT DO NOTHING;"
+    " RETURN NULL; END $$;"
+    "CREATE TRIGGER bt_events_text_values AFTER INSERT ON bt_events REFERENCING NEW TABLE AS new_rows"
+    " FOR EACH STATEMENT EXECUTE FUNCTION bt_events_text_values();"
+    "CREATE INDEX bt_events_name ON bt_events(person_name, time) WHERE person_name <> '';"
+    "CREATE INDEX bt_events_library ON bt_events(library, time) WHERE library <> ''",
 };
 static_assert(sizeof(kSteps) / sizeof(kSteps[0]) == CSiteSchema::kVersion, "one step per schema version");
 

@@ -11,7 +11,7 @@ class CSiteConnection;
 
 class CSiteSchema final {
 public:
-    static constexpr int kVersion = 3;
+    static constexpr int kVersion = 4;
 
     // Brings the schema to `target` (the current version by default); false
     // with the connection's error, or when the server's schema is newer than

@@ -41,8 +41,10 @@ constexpr int kColCamera = kMargin + 370;
 constexpr int kColTemp = kMargin + 660;
 constexpr int kColMask = kMargin + 820;
 constexpr int kColPerson = kMargin + 960;
-// With stations, the camera's column shares its width with the station's.
-constexpr int kStationWidth = 130;
+// With stations, the station's column takes the time column's spare width
+// (a time needs about 180) and part of the camera's.
+constexpr int kStationLeft = kColTime + 210;
+constexpr int kStationWidth = kColCamera + 130 - kStationLeft;
 
 } // namespace
 
@@ -182,10 +184,10 @@ void ShiftReportPdf::drawTableHeader()
         p.drawText(QRect(x + 6, row.top(), width, row.height()), Qt::AlignLeft | Qt::AlignVCenter, m_texts(key));
     };
     cell(kColFace, 80, "ReportColFace");
-    cell(kColTime, 280, "ReportColTime");
-    const int camera = m_stations ? kColCamera + kStationWidth : kColCamera;
+    cell(kColTime, m_stations ? kStationLeft - kColTime - 10 : 280, "ReportColTime");
+    const int camera = m_stations ? kStationLeft + kStationWidth : kColCamera;
     if (m_stations)
-        cell(kColCamera, kStationWidth - 10, "ReportColStation");
+        cell(kStationLeft, kStationWidth - 10, "ReportColStation");
     cell(camera, kColTemp - camera - 10, "ReportColCamera");
     cell(kColTemp, 150, "ReportColTemperature");
     cell(kColMask, 130, "ReportColMask");
@@ -231,10 +233,10 @@ void ShiftReportPdf::AddFlagged(const JournalEvent& e, const QString& station)
             p.fontMetrics().elidedText(s, Qt::ElideRight, width - 12));
     };
     p.setFont(font(8));
-    cell(kColTime, 290, ReportTexts::time(e.time), kInk);
-    const int camera = m_stations ? kColCamera + kStationWidth : kColCamera;
+    cell(kColTime, m_stations ? kStationLeft - kColTime : 290, ReportTexts::time(e.time), kInk);
+    const int camera = m_stations ? kStationLeft + kStationWidth : kColCamera;
     if (m_stations)
-        cell(kColCamera, kStationWidth, station, kInk);
+        cell(kStationLeft, kStationWidth, station, kInk);
     cell(camera, kColTemp - camera, QString::fromStdString(e.cameraName.empty() ? e.cameraId : e.cameraName), kInk);
     const QString temperature = e.temperatureMeasured ? ReportTexts::temperature(e) : QStringLiteral("/");
     cell(kColTemp, 160, temperature, e.countsAbnormal() ? kAbnormal : kInk);

@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLabel>
 #include <QProcess>
 #include <QTranslator>
@@ -34,37 +33,34 @@ using State = CSiteReplicator::State;
 
 namespace {
 
-bool openssl(const QStringList& args)
+// One command's arguments, split at spaces before %1 and %2 are put in (so
+// a path with a space stays one argument).
+QStringList words(const char* line, const QString& a, const QString& b = QString())
+{
+    QStringList out;
+    for (QString w : QString::fromLatin1(line).split(QLatin1Char(' ')))
+        out << w.replace(QStringLiteral("%1"), a).replace(QStringLiteral("%2"), b);
+    return out;
+}
+
+bool openssl(const char* line, const QString& a, const QString& b = QString())
 {
     QProcess p;
     p.setProcessChannelMode(QProcess::MergedChannels);
-    p.start(QStringLiteral("openssl"), args);
+    p.start(QStringLiteral("openssl"), words(line, a, b));
     return p.waitForFinished(30000) && p.exitCode() == 0;
 }
 
 // A CA and a server certificate for "localhost" signed by it, in dir.
 bool makeCa(const QString& dir, const QString& name, bool server)
 {
-    const QString ca = dir + QLatin1Char('/') + name;
-    if (!openssl({QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"),
-            QStringLiteral("-nodes"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
-            QStringLiteral("/CN=") + name, QStringLiteral("-keyout"), ca + QStringLiteral(".key"), QStringLiteral("-out"),
-            ca + QStringLiteral(".crt")}))
-        return false;
-    if (!server)
-        return true;
-    const QString s = dir + QStringLiteral("/server");
-    QFile ext(s + QStringLiteral(".ext"));
-    ext.open(QIODevice::WriteOnly);
-    ext.write("subjectAltName=DNS:localhost\n");
-    ext.close();
-    return openssl({QStringLiteral("req"), QStringLiteral("-newkey"), QStringLiteral("rsa:2048"), QStringLiteral("-nodes"),
-               QStringLiteral("-subj"), QStringLiteral("/CN=localhost"), QStringLiteral("-keyout"),
-               s + QStringLiteral(".key"), QStringLiteral("-out"), s + QStringLiteral(".csr")})
-        && openssl({QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"), s + QStringLiteral(".csr"),
-            QStringLiteral("-CA"), ca + QStringLiteral(".crt"), QStringLiteral("-CAkey"), ca + QStringLiteral(".key"),
-            QStringLiteral("-CAcreateserial"), QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-extfile"),
-            ext.fileName(), QStringLiteral("-out"), s + QStringLiteral(".crt")});
+    const QString ca = dir + QLatin1Char('/') + name, s = dir + QStringLiteral("/server");
+    return openssl("req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=%2 -keyout %1.key -out %1.crt", ca, name)
+        && (!server
+            || (testsupport::writeFile(s + QStringLiteral(".ext"), "subjectAltName=DNS:localhost\n")
+                && openssl("req -newkey rsa:2048 -nodes -subj /CN=localhost -keyout %1.key -out %1.csr", s)
+                && openssl("x509 -req -in %1.csr -CA %2.crt -CAkey %2.key -CAcreateserial -days 2 -extfile %1.ext"
+                           " -out %1.crt", s, ca)));
 }
 
 JournalEvent numbered(int n, const QByteArray& face = QByteArray())
@@ -100,11 +96,6 @@ struct Station {
         j.keepAfterKey = CSiteReplicator::AckKey(site);
         j.onCommitted = [this] { replicator->Notify(); };
         journal = std::make_unique<CEventJournal>(std::move(j));
-    }
-    ~Station()
-    {
-        journal.reset();
-        replicator.reset();
     }
     std::vector<State> seen()
     {
@@ -242,7 +233,8 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
         ASSERT_TRUE(conn.Connect(10000)) << qPrintable(conn.error());
         QString why;
         ASSERT_TRUE(CSiteSchema::Migrate(conn, why, CSiteSchema::kVersion - 1)) << qPrintable(why);
-        ASSERT_TRUE(conn.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('old', 'j', 1, 5)"))
+        ASSERT_TRUE(conn.ExecScript("INSERT INTO bt_events(station, journal, event_id, time, person_name, library)"
+                                    " VALUES('old', 'j', 1, 5, 'Olga', 'Staff'), ('old', 'j', 2, 6, '', '')"))
             << qPrintable(conn.error());
     }
     Station station(path(QStringLiteral("m.db")), site);
@@ -251,10 +243,13 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
     CStopSignal stop;
     CSiteConnection conn(site, stop);
     ASSERT_TRUE(conn.Connect(10000));
-    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT max(version) FROM bt_schema"), 0, 0),
-        std::to_string(CSiteSchema::kVersion));
-    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT string_agg(station, ',' ORDER BY station) FROM bt_events"), 0, 0),
-        "new,old");
+    // The version, every row, and the names and libraries the text search
+    // looks up first: the old rows' and the new row's.
+    EXPECT_EQ(CSiteConnection::Value(conn.Exec("SELECT (SELECT max(version) FROM bt_schema) || '|'"
+                                               " || (SELECT string_agg(station, ',' ORDER BY station) FROM bt_events) || '|'"
+                                               " || (SELECT string_agg(field || value, ',' ORDER BY field, value)"
+                                               " FROM bt_text_values)"), 0, 0),
+        std::to_string(CSiteSchema::kVersion) + "|new,old,old|0Olga,0P1,1Staff");
 }
 
 // What the operator and the log see for each way of meeting the server.
@@ -300,9 +295,8 @@ TEST_F(SiteRecordTest, TlsAndPasswordAreCheckedOnceAndTheStationGoesOn)
         EXPECT_EQ(station.replicator->Acknowledged(), 0);
         EXPECT_EQ(stored(r.name), QStringLiteral("0|0||"));
     }
-    QFile log(logFile);
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    const QByteArray text = log.readAll();
+    const QByteArray text = testsupport::readFile(logFile);
+    ASSERT_FALSE(text.isEmpty());
     EXPECT_FALSE(text.contains(testsupport::PrivatePgCluster::kPassword));
     EXPECT_FALSE(text.contains("not-the-Password-9"));
     EXPECT_EQ(text.count("certificate that does not verify"), 1) << text.constData();
@@ -327,33 +321,46 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
     }
     ASSERT_TRUE(waitUntil([&] { return a.replicator->Acknowledged() == 12 && b.replicator->Acknowledged() == 12; }, 20000));
 
+    // Older than the rest and out of the reports' range: one row whose name
+    // and library both hold the text, one only its library, and more names
+    // holding one text than are looked up one by one.
+    CStopSignal stop;
+    CSiteConnection early(site, stop);
+    ASSERT_TRUE(early.Connect(10000)
+        && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time, person_name, library) VALUES"
+                            "('delta', 'j', 1, 1699999991, 'Pat', 'Patrons'), ('delta', 'j', 2, 1699999990, '', 'Patrons');"
+                            "INSERT INTO bt_events(station, journal, event_id, time, person_name, library) SELECT 'delta',"
+                            " 'j', g, 1699990000 + g, 'Many ' || g, '' FROM generate_series(3, 300) g"))
+        << qPrintable(early.error());
     auto keys = [](const HistoryPage& page) {
         std::string out;
         for (const HistoryRow& r : page.rows)
             out += (out.empty() ? "" : " ") + r.station.substr(0, 1) + std::to_string(r.event.id);
         return out;
     };
-    HistoryFilter all;
-    all.pageSize = 5;
-    HistoryFilter betaAbnormal;
-    betaAbnormal.stations = {"beta"};
-    betaAbnormal.kinds = HistoryFilter::KindAbnormal;
-    HistoryFilter warm;
-    warm.thresholdOn = true;
-    warm.thresholdCelsius = 37.05;
-    HistoryFilter named;
-    named.text = "p1";
-    named.cameraIds = {"CAM2", "CAM3"};
+    auto with = [](const std::function<void(HistoryFilter&)>& set) {
+        HistoryFilter f;
+        set(f);
+        return f;
+    };
+    const HistoryFilter all = with([](HistoryFilter& f) { f.pageSize = 5; });
     struct Row {
         const char* name;
-        const HistoryFilter& filter;
+        HistoryFilter filter;
         const char* keys;
         bool more;
     } const rows[] = {
         {"every row, first page", all, "a12 b12 a11 b11 a10", true},
-        {"one station, abnormal", betaAbnormal, "b12 b9 b6 b3", false},
-        {"threshold", warm, "a12 b12 a11 b11", false},
-        {"name and cameras", named, "a11 b11 a10 b10", false},
+        {"one station, abnormal", with([](HistoryFilter& f) { f.stations = {"beta"}; f.kinds = HistoryFilter::KindAbnormal; }),
+            "b12 b9 b6 b3", false},
+        {"threshold", with([](HistoryFilter& f) { f.thresholdOn = true; f.thresholdCelsius = 37.05; }), "a12 b12 a11 b11",
+            false},
+        {"name and cameras", with([](HistoryFilter& f) { f.text = "p1"; f.cameraIds = {"CAM2", "CAM3"}; }),
+            "a11 b11 a10 b10", false},
+        {"name or library, each row once", with([](HistoryFilter& f) { f.text = "PAT"; }), "d1 d2", false},
+        {"text found nowhere", with([](HistoryFilter& f) { f.text = "nobody"; }), "", false},
+        {"text in too many values to look up", with([](HistoryFilter& f) { f.text = "many"; f.pageSize = 3; }),
+            "d300 d299 d298", true},
     };
     CSiteHistorySource source(site);
     EXPECT_TRUE(source.IsSite());
@@ -383,9 +390,7 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
 
     // Two writers committing out of step: a row numbered first but committed
     // last is still followed (the later writer waits for the earlier commit).
-    CStopSignal stop;
-    CSiteConnection early(site, stop);
-    ASSERT_TRUE(early.Connect(10000) && early.ExecScript("BEGIN")
+    ASSERT_TRUE(early.ExecScript("BEGIN")
         && early.ExecScript("INSERT INTO bt_events(station, journal, event_id, time) VALUES('gamma', 'j', 1, 1700000050)"))
         << qPrintable(early.error());
     b.journal->Append(numbered(14));
@@ -418,9 +423,7 @@ TEST_F(SiteRecordTest, HistoryPagesEveryStation)
         std::atomic<int> progress{0};
         const auto result = CShiftReportExporter::Run(request, cancel, progress);
         ASSERT_EQ(result.outcome, CShiftReportExporter::Outcome::Written) << qPrintable(result.error);
-        QFile csv(result.files.value(0));
-        ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
-        const QStringList lines = QString::fromUtf8(csv.readAll().mid(3)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+        const QStringList lines = QString::fromUtf8(testsupport::readFile(result.files.value(0)).mid(3)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
         ASSERT_EQ(lines.size(), r.rows + 1);
         EXPECT_EQ(lines[0].split(QLatin1Char(',')).size(), r.columns);
         EXPECT_EQ(lines[0].contains(QStringLiteral("Station")), r.site);
@@ -451,11 +454,8 @@ TEST_F(SiteRecordTest, StopCutsOffAConnectionOrStatementInFlight)
     locker.setProcessEnvironment(env);
     locker.setStandardOutputFile(QProcess::nullDevice());
     locker.setStandardErrorFile(QProcess::nullDevice());
-    locker.start(QStringLiteral("psql"), {QStringLiteral("-h"), QStringLiteral("127.0.0.1"), QStringLiteral("-p"),
-                                             QString::number(s_cluster->port()), QStringLiteral("-U"),
-                                             QStringLiteral("bt"), QStringLiteral("-d"), QStringLiteral("postgres"),
-                                             QStringLiteral("-c"),
-                                             QStringLiteral("BEGIN; LOCK TABLE bt_events; SELECT pg_sleep(60);")});
+    locker.start(QStringLiteral("psql"), words("-h 127.0.0.1 -p %1 -U bt -d postgres -c %2", QString::number(s_cluster->port()),
+                                             QStringLiteral("BEGIN; LOCK TABLE bt_events; SELECT pg_sleep(60);")));
     ASSERT_TRUE(waitUntil([&] {
         return s_cluster->Psql(QStringLiteral("SELECT count(*) FROM pg_locks WHERE mode = 'AccessExclusiveLock'"
                                               " AND relation = 'bt_events'::regclass")) == QStringLiteral("1");
