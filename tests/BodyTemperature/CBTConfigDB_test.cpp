@@ -1,45 +1,25 @@
 // The settings store on real SQLite files: defaults, round trips, the single
 // row, failures that must return false without crashing, concurrent savers.
-#include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
 #include <sqlite3.h>
 #include <thread>
 #include <vector>
 #include <gtest/gtest.h>
 
 #include "CBTConfigDB.h"
+#include "support/SqlFile.h"
 #include "support/TestSupport.h"
 
 using BodyTemperature::AlarmDisplayConfig;
 using BodyTemperature::CBTConfigDB;
+using testsupport::sqlExec;
+using testsupport::sqlQuery;
 
 namespace {
 
 class ConfigDBTest : public testsupport::TempDirTest {
 protected:
     std::string dbPath() const { return path(QStringLiteral("BodyTemperature")).toStdString(); }
-
-    // Runs raw SQL on the file, outside the code under test.
-    static int count(const std::string& file, const char* sql)
-    {
-        sqlite3* db = nullptr;
-        sqlite3_open(file.c_str(), &db);
-        sqlite3_stmt* st = nullptr;
-        int n = -1;
-        if (sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
-            n = sqlite3_column_int(st, 0);
-        sqlite3_finalize(st);
-        sqlite3_close(db);
-        return n;
-    }
-    static void exec(const std::string& file, const char* sql)
-    {
-        sqlite3* db = nullptr;
-        sqlite3_open(file.c_str(), &db);
-        ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-        sqlite3_close(db);
-    }
+    std::string rowCount() const { return sqlQuery(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"); }
 };
 
 AlarmDisplayConfig sampleConfig()
@@ -70,7 +50,7 @@ TEST_F(ConfigDBTest, FreshFileLoadsTheDefaults)
     c.iPopDuration = 99;  // untouched fields stay as they were when there is no row
     ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
     EXPECT_EQ(c.iPopDuration, 99);
-    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
+    EXPECT_EQ(rowCount(), "0");
 }
 
 TEST_F(ConfigDBTest, RoundTripsEveryFieldAndKeepsOneRow)
@@ -83,9 +63,9 @@ TEST_F(ConfigDBTest, RoundTripsEveryFieldAndKeepsOneRow)
     saved.strAbnormalVoice = QStringLiteral("/") + QString(550, QLatin1Char('a'));
     ASSERT_TRUE(db.SaveAlarmDisplayConfig(saved));
     ASSERT_TRUE(db.SaveAlarmDisplayConfig(saved));
-    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 1);
+    EXPECT_EQ(rowCount(), "1");
     // The three switches land in their own columns, which a hand-made table shares.
-    EXPECT_EQ(count(dbPath(), "SELECT FaceThermSnap * 100 + FaceSnap * 10 + FaceContrast FROM TemperatureConfigure"), 101);
+    EXPECT_EQ(sqlQuery(dbPath(), "SELECT FaceThermSnap * 100 + FaceSnap * 10 + FaceContrast FROM TemperatureConfigure"), "101");
 
     AlarmDisplayConfig loaded;
     ASSERT_TRUE(db.LoadAlarmDisplayConfig(loaded));
@@ -110,29 +90,18 @@ TEST_F(ConfigDBTest, APathCannotRunASecondStatement)
         AlarmDisplayConfig c;
         c.strAbnormalVoice = attack;
         EXPECT_FALSE(db.SaveAlarmDisplayConfig(c)) << qPrintable(attack);
-        EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM sqlite_master WHERE name='TemperatureConfigure'"), 1);
-        EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 0);
+        EXPECT_EQ(sqlQuery(dbPath(), "SELECT COUNT(*) FROM sqlite_master WHERE name='TemperatureConfigure'"), "1");
+        EXPECT_EQ(rowCount(), "0");
     }
 }
 
 // Every column of every row, quoted as SQL literals: equal means byte for byte.
 static std::string rowsOf(const std::string& file)
 {
-    sqlite3* db = nullptr;
-    sqlite3_open(file.c_str(), &db);
-    sqlite3_stmt* st = nullptr;
-    std::string out;
-    sqlite3_prepare_v2(db,
-        "SELECT quote(FaceThermSnap)||quote(FaceSnap)||quote(FaceContrast)||quote(NoMask)||quote(TemAbnormal)"
-        "||quote(Dispeared)||quote(DispearedTime)||quote(SaveNoMaskPath)||quote(SaveTemNormalPath)"
+    return sqlQuery(file, "SELECT quote(FaceThermSnap)||quote(FaceSnap)||quote(FaceContrast)||quote(NoMask)"
+        "||quote(TemAbnormal)||quote(Dispeared)||quote(DispearedTime)||quote(SaveNoMaskPath)||quote(SaveTemNormalPath)"
         "||quote(SaveTemAbnormalPath)||quote(OpenNoMaskSound)||quote(OpenTempNormal)||quote(OpenTempAbnormal) "
-        "FROM TemperatureConfigure",
-        -1, &st, nullptr);
-    while (sqlite3_step(st) == SQLITE_ROW)
-        out += std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))) + "\n";
-    sqlite3_finalize(st);
-    sqlite3_close(db);
-    return out;
+        "FROM TemperatureConfigure");
 }
 
 // Delete and insert are two separate statements: a save failing at the insert
@@ -167,7 +136,7 @@ TEST_F(ConfigDBTest, AFailedSaveEmptiesTheTableOrLeavesItAsItWas)
         const std::string before = rowsOf(dbPath());
         ASSERT_FALSE(before.empty());
         if (c.schema)
-            exec(dbPath(), c.schema);
+            sqlExec(dbPath(), c.schema);
 
         sqlite3* other = nullptr;
         if (c.otherConnection) {
@@ -184,7 +153,7 @@ TEST_F(ConfigDBTest, AFailedSaveEmptiesTheTableOrLeavesItAsItWas)
         }
         EXPECT_EQ(rowsOf(dbPath()), c.emptied ? std::string() : before);
         // The connection is usable afterwards.
-        exec(dbPath(), "DROP TRIGGER IF EXISTS refuse;");
+        sqlExec(dbPath(), "DROP TRIGGER IF EXISTS refuse;");
         AlarmDisplayConfig next = sampleConfig();
         next.iPopDuration = 9;
         EXPECT_TRUE(db.SaveAlarmDisplayConfig(next));
@@ -201,10 +170,8 @@ TEST_F(ConfigDBTest, OutOfRangeDurationsReadAsTheDefault)
     CBTConfigDB db(dbPath());
     for (const auto& row : rows) {
         SCOPED_TRACE(row.first);
-        exec(dbPath(), "DELETE FROM TemperatureConfigure;");
-        const std::string insert = std::string("INSERT INTO TemperatureConfigure VALUES (1,1,1,1,1,1,") + row.first
-            + ",'a.wav','b.wav','c.wav',1,1,1);";
-        exec(dbPath(), insert.c_str());
+        sqlExec(dbPath(), std::string("DELETE FROM TemperatureConfigure; INSERT INTO TemperatureConfigure VALUES ")
+                + "(1,1,1,1,1,1," + row.first + ",'a.wav','b.wav','c.wav',1,1,1);");
         AlarmDisplayConfig c;
         ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
         EXPECT_EQ(c.iPopDuration, row.second);
@@ -221,7 +188,7 @@ TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
     const Case cases[] = {
         {"missing table", [](ConfigDBTest& t) {
              const std::string p = t.path(QStringLiteral("notable.db")).toStdString();
-             exec(p, "CREATE TABLE Other (x INTEGER);");
+             sqlExec(p, "CREATE TABLE Other (x INTEGER);");
              return p;
          }},
         {"corrupt file", [](ConfigDBTest& t) {
@@ -247,7 +214,7 @@ TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
 TEST_F(ConfigDBTest, AHandMadeThirteenColumnTableLoadsTheSame)
 {
     const std::string file = path(QStringLiteral("handmade")).toStdString();
-    exec(file,
+    sqlExec(file,
         "CREATE TABLE TemperatureConfigure (FaceThermSnap, FaceSnap, FaceContrast, NoMask, TemAbnormal, "
         "Dispeared, DispearedTime, SaveNoMaskPath, SaveTemNormalPath, SaveTemAbnormalPath, OpenNoMaskSound, "
         "OpenTempNormal, OpenTempAbnormal);"
@@ -284,7 +251,7 @@ TEST_F(ConfigDBTest, ConcurrentSaversNeverLeaveTwoRows)
     for (auto& th : threads)
         th.join();
     EXPECT_EQ(failures.load(), 0);
-    EXPECT_EQ(count(dbPath(), "SELECT COUNT(*) FROM TemperatureConfigure"), 1);
+    EXPECT_EQ(rowCount(), "1");
 }
 
 TEST_F(ConfigDBTest, TheInstanceLivesInTheComponentFolder)

@@ -1,12 +1,8 @@
 #pragma once
 // The classification of one temperature-capture face, as rows: the face's
 // fields, the sound and pop-up switches (which pick the fallbacks) and what
-// must follow. The classifier's test runs every row; the page's tests pick
-// rows by name to show that each part of the decision reaches the screen.
-// Header only, for the module's tests.
+// must follow, for the classifier's test. Header only.
 #include <QString>
-#include <cstdlib>
-#include <cstring>
 #include <ostream>
 
 #include "AlarmDisplayConfig.h"
@@ -64,14 +60,5 @@ const ClassificationRow kClassificationRows[] = {
     {"normalNoMaskFallsBack",       1, 0, 1, false, true, true, false, true, kNormal,  0, 1, 1, 1, 1, 1, 0},
     {"anomalyNeitherZeroNorOne",    1, 7, 1, true, true, true, true, true, kNone,      0, 3, 3, 0, 0, 0, 0},
 };
-
-// The row of that name (a test's mistake when there is none).
-inline const ClassificationRow& classificationRow(const char* name)
-{
-    for (const ClassificationRow& row : kClassificationRows)
-        if (std::strcmp(row.name, name) == 0)
-            return row;
-    std::abort();
-}
 
 } // namespace testsupport

@@ -21,16 +21,6 @@
 
 namespace testsupport {
 
-// A TCP socket, and addr set to port on the loopback address.
-inline int loopbackSocket(int port, sockaddr_in& addr)
-{
-    addr = sockaddr_in{};
-    addr.sin_family = AF_INET;
-    addr.sin_port = htons(uint16_t(port));
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return socket(AF_INET, SOCK_STREAM, 0);
-}
-
 // One device API request through the transport. The answer starts out
 // non-empty, so a failure that leaves text behind shows.
 inline bool dvapi(const std::string& device, const std::string& requestLine, std::string& answer,
@@ -74,7 +64,7 @@ public:
         if (!m_proc.waitForStarted(5000))
             return false;
         const bool tls = m_extra.contains(QStringLiteral("--tls-cert"));
-        return waitUntil([&] { return tls ? accepting() : control("GET", "/control/stats").contains("clients"); });
+        return waitUntil([&] { return tls ? Accepts(m_port) : control("GET", "/control/stats").contains("clients"); });
     }
 
     void stop()
@@ -111,12 +101,12 @@ public:
     // One request to the control API (no authentication); the answer body.
     QByteArray control(const char* method, const char* path, const QByteArray& body = QByteArray()) const
     {
-        sockaddr_in addr;
-        const int fd = loopbackSocket(m_port, addr);
+        const sockaddr_in addr = LoopbackAddress(m_port);
+        const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         QByteArray answer;
         timeval limit{10, 0};  // a hung emulator fails the test instead of hanging it
         setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        if (fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
+        if (fd >= 0 && ::connect(fd, reinterpret_cast<const sockaddr*>(&addr), sizeof addr) == 0) {
             QByteArray req = QByteArray(method) + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n"
                 + "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
                 + body;
@@ -133,15 +123,6 @@ public:
     }
 
 private:
-    bool accepting() const
-    {
-        sockaddr_in addr;
-        const int fd = loopbackSocket(m_port, addr);
-        const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
-        ::close(fd);
-        return ok;
-    }
-
     QTemporaryDir m_dir;
     QStringList m_extra;
     QProcess m_proc;

@@ -1,7 +1,8 @@
 #pragma once
 // Live streams for tests on 127.0.0.1, each to one client: PartServer loops
 // given JPEGs as MJPEG over HTTP; FfmpegServer serves a lavfi source.
-// ListeningSocket accepts but never answers; FreePort refuses.
+// ListeningSocket accepts but never answers; FreePort refuses; Accepts
+// tells whether a port takes connections.
 #include <QImage>
 #include <QProcess>
 #include <QStringList>
@@ -18,14 +19,21 @@
 
 namespace testsupport {
 
+inline sockaddr_in LoopbackAddress(int port)
+{
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(uint16_t(port));
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return a;
+}
+
 class ListeningSocket {
 public:
     explicit ListeningSocket(bool listen = true)
     {
         m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr_in a = LoopbackAddress(0);
         ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof(a));
         socklen_t len = sizeof(a);
         ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
@@ -53,6 +61,16 @@ private:
 };
 
 inline int FreePort() { return ListeningSocket(false).port(); }
+
+// Whether something takes connections on the loopback port.
+inline bool Accepts(int port)
+{
+    const sockaddr_in a = LoopbackAddress(port);
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool ok = ::connect(fd, reinterpret_cast<const sockaddr*>(&a), sizeof a) == 0;
+    ::close(fd);
+    return ok;
+}
 
 class PartServer {
 public:

@@ -1,9 +1,8 @@
 #pragma once
 // Loopback impostors for password-exposure tests, each recording every byte
-// it is sent: BasicAskingDevice answers every HTTP (or RTSP) request with a
-// 401 that asks for Basic authentication; TlsImpostor is a TLS server with a
-// certificate of its own (openssl s_server, which prints what it decrypts);
-// FakeRtspDevice answers RTSP requests by a script, over TCP or TLS.
+// it is sent (decrypted): FakeRtspDevice answers requests by a script, over
+// TCP or TLS with a certificate of its own; BasicAskingDevice answers every
+// HTTP (or RTSP) request with a 401 that asks for Basic authentication.
 // MakeCertificate writes a self-signed certificate for 127.0.0.1,
 // MakeSignedCertificate one signed by a private CA of its own.
 #include <QByteArray>
@@ -19,21 +18,17 @@
 
 namespace testsupport {
 
-inline bool MakeCertificate(const QString& cert, const QString& key)
-{
-    QProcess openssl;
-    openssl.start(QStringLiteral("openssl"),
-        QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1")
-                .split(QLatin1Char(' '))
-            << QStringLiteral("-keyout") << key << QStringLiteral("-out") << cert);
-    return openssl.waitForFinished(30000) && openssl.exitCode() == 0;
-}
-
 inline bool RunOpenssl(const QString& arguments, const QStringList& files)
 {
     QProcess openssl;
     openssl.start(QStringLiteral("openssl"), arguments.split(QLatin1Char(' ')) + files);
     return openssl.waitForFinished(30000) && openssl.exitCode() == 0;
+}
+
+inline bool MakeCertificate(const QString& cert, const QString& key)
+{
+    return RunOpenssl(QStringLiteral("req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 "
+                                     "-addext subjectAltName=IP:127.0.0.1 -keyout"), {key, QStringLiteral("-out"), cert});
 }
 
 // A private CA (caCert) and a certificate for 127.0.0.1 it signed.
@@ -71,9 +66,9 @@ inline bool ContainsPassword(const QByteArray& data, const QByteArray& user, con
     return false;
 }
 
-// An RTSP device on loopback whose answers a script writes (raw bytes, so
-// they may break any rule), over TLS when given a certificate and key. Keeps
-// every request it read (decrypted) and counts its connections.
+// A device on loopback whose answers a script writes (raw bytes, so they may
+// break any rule), over TLS when given a certificate and key. Keeps every
+// request it read (decrypted) and counts its connections.
 class FakeRtspDevice {
 public:
     // The answer to one request; cseq is the request's CSeq value.
@@ -188,49 +183,6 @@ public:
           })
     {
     }
-};
-
-class TlsImpostor {
-public:
-    TlsImpostor(const QString& cert, const QString& key)
-    {
-        m_port = FreePort();
-        m_proc.setProcessChannelMode(QProcess::MergedChannels);
-        m_proc.start(QStringLiteral("openssl"),
-            {QStringLiteral("s_server"), QStringLiteral("-accept"), QStringLiteral("127.0.0.1:%1").arg(m_port),
-                QStringLiteral("-cert"), cert, QStringLiteral("-key"), key});
-        m_proc.waitForStarted();
-        waitUntil([this] { return accepting(); }, 5000);
-    }
-    ~TlsImpostor()
-    {
-        m_proc.kill();
-        m_proc.waitForFinished(2000);
-    }
-    int port() const { return m_port; }
-    // What it printed: handshake reports and any decrypted request.
-    QByteArray received()
-    {
-        m_log += m_proc.readAllStandardOutput();
-        return m_log;
-    }
-
-private:
-    bool accepting() const
-    {
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_port = htons(uint16_t(m_port));
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-        const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
-        ::close(fd);
-        return ok;
-    }
-
-    QProcess m_proc;
-    QByteArray m_log;
-    int m_port = 0;
 };
 
 } // namespace testsupport

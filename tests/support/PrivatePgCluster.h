@@ -32,7 +32,6 @@ public:
     void Stop();
 
     int port() const { return m_port; }
-    QString dir() const { return m_dir.path(); }
     // A site record on this cluster for one station (plain TCP unless sslmode says otherwise).
     clientcommonlogical::SiteRecordConfig Site(const std::string& station) const;
     // psql -At with the password; the output, or a null string on failure.

@@ -22,6 +22,7 @@
 #include "commlayer/CAlarmSubscription.h"
 #include "publicdatacontroller/AlarmTransfer.h"
 #include "support/DeviceSim.h"
+#include "support/SqlFile.h"
 #include "ui/CBTShowWidget.h"
 #include "BodyTemperature/ui/DashboardRecords.h"
 #include "BodyTemperature/record/FirstJournalTable.h"
@@ -50,19 +51,6 @@ JournalEvent numbered(int64_t time, int n)
     e.cameraId = "CAM" + std::to_string(n % 4);
     e.personName = std::to_string(n);
     return e;
-}
-
-// One PRAGMA read outside the code under test.
-QString pragma(const QString& path, const char* sql)
-{
-    sqlite3* db = nullptr;
-    sqlite3_open(QFile::encodeName(path).constData(), &db);
-    sqlite3_stmt* st = nullptr;
-    sqlite3_prepare_v2(db, sql, -1, &st, nullptr);
-    const QString v = sqlite3_step(st) == SQLITE_ROW ? QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))) : QString();
-    sqlite3_finalize(st);
-    sqlite3_close(db);
-    return v;
 }
 
 class JournalTest : public testsupport::TempDirTest {};
@@ -130,17 +118,9 @@ TEST_F(JournalTest, EmulatorAlarmsBecomeRowsThroughTheDisplay)
 TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
 {
     const QString path = this->path(QStringLiteral("journal.db"));
-    {
-        // A file as the first release wrote it.
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(QFile::encodeName(path).constData(), &db), SQLITE_OK);
-        ASSERT_EQ(sqlite3_exec(db,
-                      (std::string(kFirstJournalTable) + "INSERT INTO events(time, person_name) VALUES(100, 'old'); PRAGMA user_version = 1;")
-                      .c_str(),
-                      nullptr, nullptr, nullptr),
-            SQLITE_OK);
-        sqlite3_close(db);
-    }
+    // A file as the first release wrote it.
+    ASSERT_TRUE(testsupport::sqlExec(path.toStdString(),
+        std::string(kFirstJournalTable) + "INSERT INTO events(time, person_name) VALUES(100, 'old'); PRAGMA user_version = 1;"));
     const int64_t now = QDateTime::currentSecsSinceEpoch();
     for (int run = 0; run < 2; ++run) {
         CEventJournal journal({path, 0, nullptr});
@@ -148,7 +128,7 @@ TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
             journal.Append(numbered(now, run * 3 + i));
         ASSERT_TRUE(journal.Flush());
     }
-    EXPECT_EQ(pragma(path, "PRAGMA user_version").toInt(), CJournalDatabase::kSchemaVersion);
+    EXPECT_EQ(testsupport::sqlQuery(path.toStdString(), "PRAGMA user_version"), std::to_string(CJournalDatabase::kSchemaVersion));
     const std::vector<JournalEvent> rows = readAll(path);
     ASSERT_EQ(rows.size(), 7u);
     EXPECT_EQ(rows[0].personName, "old");
@@ -350,7 +330,7 @@ TEST_F(JournalTest, KillNineLosesAtMostTheLastBatch)
         ASSERT_EQ(rows[i].personName, std::to_string(i));
     EXPECT_GE(int(rows.size()), handedOver - 1000);
     EXPECT_GT(rows.size(), 0u);
-    EXPECT_EQ(pragma(path, "PRAGMA integrity_check"), QStringLiteral("ok"));
+    EXPECT_EQ(testsupport::sqlQuery(path.toStdString(), "PRAGMA integrity_check"), "ok");
 }
 
 } // namespace

@@ -3,15 +3,14 @@
 // with no row lost or repeated at page edges (several rows share a second);
 // the common filters walk indexes (no scan of the table); live rows come
 // after a watermark in order; an older journal gains the indexes.
-#include <QFile>
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include "record/CJournalDatabase.h"
 #include "record/CJournalHistorySource.h"
 #include "record/HistoryMatch.h"
 #include "BodyTemperature/record/FirstJournalTable.h"
+#include "support/SqlFile.h"
 #include "support/TestSupport.h"
 
 using namespace BodyTemperature;
@@ -158,11 +157,6 @@ TEST_F(HistorySourceTest, PagesHoldExactlyTheFilteredRowsNewestFirst)
 
 TEST_F(HistorySourceTest, CommonFiltersWalkAnIndex)
 {
-    CJournalDatabase db;
-    ASSERT_TRUE(db.Open(m_path, CJournalDatabase::OpenMode::Write));
-    db.Close();
-    sqlite3* raw = nullptr;
-    ASSERT_EQ(sqlite3_open_v2(QFile::encodeName(m_path).constData(), &raw, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
     const HistoryKey key{kStart + 100, 300, {}};
     for (const FilterRow& row : filterRows()) {
         SCOPED_TRACE(row.name);
@@ -173,17 +167,10 @@ TEST_F(HistorySourceTest, CommonFiltersWalkAnIndex)
         for (bool sparse : {false, true}) {
             const auto q = CJournalHistorySource::PageQuery(row.filter, after, row.filter.text.empty() ? nullptr : &values,
                 sparse);
-            sqlite3_stmt* st = nullptr;
-            ASSERT_EQ(sqlite3_prepare_v2(raw, ("EXPLAIN QUERY PLAN " + q.sql).c_str(), -1, &st, nullptr), SQLITE_OK)
-                << sqlite3_errmsg(raw);
-            std::string plan;
-            while (sqlite3_step(st) == SQLITE_ROW)
-                plan += std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, 3))) + "\n";
-            sqlite3_finalize(st);
+            const std::string plan = testsupport::sqlQuery(m_path.toStdString(), "EXPLAIN QUERY PLAN " + q.sql, 3);
             EXPECT_EQ(plan.find("SCAN events"), std::string::npos) << plan;
         }
     }
-    sqlite3_close(raw);
 }
 
 TEST_F(HistorySourceTest, LiveRowsComeAfterTheWatermarkInOrder)
@@ -237,18 +224,10 @@ TEST_F(HistorySourceTest, LiveRowsComeAfterTheWatermarkInOrder)
 TEST_F(HistorySourceTest, AnOlderJournalGainsTheIndexesAndKeepsItsRows)
 {
     const QString old = path(QStringLiteral("old.db"));
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(QFile::encodeName(old).constData(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db,
-                  (std::string(kFirstJournalTable)
-                  + "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;"
-                    "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
-                    " VALUES(100, 0, 0, 2, 'old', 'cam-1');"
-                    "PRAGMA user_version = 2;")
-                  .c_str(),
-                  nullptr, nullptr, nullptr),
-        SQLITE_OK);
-    sqlite3_close(db);
+    ASSERT_TRUE(testsupport::sqlExec(old.toStdString(), std::string(kFirstJournalTable)
+            + "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;"
+              "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
+              " VALUES(100, 0, 0, 2, 'old', 'cam-1'); PRAGMA user_version = 2;"));
     {
         CJournalDatabase journal;
         ASSERT_TRUE(journal.Open(old, CJournalDatabase::OpenMode::Write)) << qPrintable(journal.error());

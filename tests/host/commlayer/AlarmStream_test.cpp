@@ -2,7 +2,6 @@
 // order and intact, bad parts are skipped, the stream comes back after the
 // device drops it, and availability is reported.
 #include <QSignalSpy>
-#include <chrono>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -169,76 +168,6 @@ TEST_F(AlarmStreamTest, ReconnectsAfterADropOrRestartAndReportsAvailability)
     EXPECT_EQ(channelSpy.at(0).at(1).toInt(), 2);
     EXPECT_FALSE(channelSpy.at(0).at(2).toBool());
 }
-
-// A device that falls silent: caught within the silence limit; reconnected
-// into silence it stays offline with its reason until it speaks again. (The
-// transport's side of endless answers: HostileDevice.)
-struct SilenceRow {
-    const char* name;
-    const char* options;
-    int rate;  // events a second before the silence
-};
-std::ostream& operator<<(std::ostream& out, const SilenceRow& row) { return out << row.name; }
-
-class AlarmStreamSilence : public ::testing::TestWithParam<SilenceRow> {};
-
-TEST_P(AlarmStreamSilence, IsCaughtAndReconnectingIntoItStaysOffline)
-{
-    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
-    const QString id = QStringLiteral("TEST0001");
-    testsupport::DeviceSim sim(QString::fromLatin1(GetParam().options).split(QLatin1Char(' '))
-        << QStringLiteral("--scene") << QStringLiteral("320x180"));
-    ASSERT_TRUE(sim.start());
-    sim.control("POST", "/control/settings", QByteArray("{\"rate\":") + QByteArray::number(GetParam().rate) + '}');
-    testsupport::pump(100);
-    QSignalSpy spy(notifier, &commlayer::CDeviceStateNotifier::signalDeviceOnline);
-    const auto states = [&] {
-        std::vector<bool> seen;
-        for (const QList<QVariant>& signal : spy)
-            if (signal.at(0).toString() == id)
-                seen.push_back(signal.at(1).toBool());
-        return seen;
-    };
-    commlayer::CAlarmSubscription sub(sim.device(), 0);
-    sub.SetSilenceLimitMs(1000);
-    sub.Start();
-    ASSERT_TRUE(waitUntil([&] { return notifier->IsDeviceOnline(id); }));
-    // Three silence limits of events or keep-alives are not taken for silence.
-    testsupport::pump(4500);
-    EXPECT_GE(sub.Stats().events.load(), GetParam().rate * 2u);
-    EXPECT_EQ(sub.Stats().silences.load(), 0u);
-    EXPECT_EQ(sub.Stats().connects.load(), 1u);
-    EXPECT_EQ(sub.Stats().errors.load(), 0u);
-
-    sim.control("POST", "/control/alertStream/silence", R"({"silent":true})");
-    const auto silent = std::chrono::steady_clock::now();
-    ASSERT_TRUE(waitUntil([&] { return sub.Stats().silences >= 1; }, 10000));
-    EXPECT_LT(std::chrono::steady_clock::now() - silent, std::chrono::milliseconds(3000));
-    ASSERT_TRUE(waitUntil([&] { return !notifier->IsDeviceOnline(id); }, 1000));
-    EXPECT_TRUE(notifier->DeviceProblem(id).contains(QStringLiteral("silent"))) << qPrintable(notifier->DeviceProblem(id));
-
-    // Reconnected into silence: answered, but still offline with its reason.
-    ASSERT_TRUE(waitUntil([&] { return sub.Stats().silences >= 2; }, 5000));
-    EXPECT_GE(sub.Stats().connects.load(), 2u);
-    EXPECT_FALSE(notifier->IsDeviceOnline(id));
-    EXPECT_TRUE(notifier->DeviceProblem(id).contains(QStringLiteral("silent")));
-
-    sim.control("POST", "/control/alertStream/silence", R"({"silent":false})");
-    ASSERT_TRUE(waitUntil([&] { return states().size() >= 3; }, 8000));
-    EXPECT_EQ(states(), (std::vector<bool>{true, false, true}));
-    // And events flow again.
-    ASSERT_TRUE(waitUntil([&] { return sim.control("GET", "/control/stats").contains("\"clients\":1"); }));
-    const uint64_t events = sub.Stats().events;
-    sim.control("POST", "/control/event", R"({"eventCode":100101})");
-    EXPECT_TRUE(waitUntil([&] { return sub.Stats().events > events; }));
-}
-
-// An idle device whose keep-alives hold the stream open, and a busy one that
-// beats only while idle (so that its stream carries no keep-alive at all).
-INSTANTIATE_TEST_SUITE_P(Heartbeats, AlarmStreamSilence,
-    ::testing::Values(SilenceRow{"idleWithFixedBeats", "--keepalive-mode fixed --keepalive-ms 300", 0},
-        SilenceRow{"busyBeatingOnlyWhileIdle", "--keepalive-mode idle --keepalive-ms 5000", 10}),
-    [](const ::testing::TestParamInfo<SilenceRow>& row) { return std::string(row.param.name); });
 
 // The reader on hand-made streams, fed in pieces of every size.
 TEST(MultipartReader, SplitsPartsWhateverTheChunkSizes)

@@ -97,6 +97,8 @@ TEST(StreamSilence, SilenceIsCaughtOnlyWhereTheDeviceKeepsTheStreamAlive)
         if (c.caughtWithinMs > 0) {
             ASSERT_TRUE(testsupport::waitUntil([&] { return sub.Stats().silences >= 1; }, c.caughtWithinMs + 2000));
             EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(c.caughtWithinMs));
+            // Not cut while the events still came.
+            EXPECT_GE(sub.Stats().events.load(), c.script == Script::BusyThenSilent ? 30u : 0u);
             EXPECT_TRUE(testsupport::waitUntil([&] { return !notifier->DeviceProblem(id).isEmpty(); }, 2000));
             EXPECT_TRUE(notifier->DeviceProblem(id).contains(QStringLiteral("silent")))
                 << qPrintable(notifier->DeviceProblem(id));

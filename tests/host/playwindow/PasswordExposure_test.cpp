@@ -25,21 +25,6 @@ const QByteArray kPassword = "Zebra-7f!Quartz";
 
 using testsupport::readFile;
 
-clientcommonlogical::DeviceConfig deviceAt(const std::string& id, const char* scheme, int port, const QString& caFile,
-    const QByteArray& password)
-{
-    clientcommonlogical::DeviceConfig d;
-    d.id = id;
-    d.address = "127.0.0.1";
-    d.port = port;
-    d.scheme = scheme;
-    d.user = kUser.toStdString();
-    d.password = password.toStdString();
-    d.caFile = caFile.toStdString();
-    d.channels.push_back({1, id + "-CH1", "Door", "Lobby", std::string()});
-    return d;
-}
-
 TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
 {
     QTemporaryDir dir;
@@ -48,7 +33,9 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
     ASSERT_TRUE(testsupport::MakeCertificate(impostorCert, dir.filePath(QStringLiteral("impostor.key"))));
     ASSERT_TRUE(testsupport::MakeCertificate(deviceCert, dir.filePath(QStringLiteral("device.key"))));
     testsupport::BasicAskingDevice basicAsker;
-    testsupport::TlsImpostor impostor(impostorCert, dir.filePath(QStringLiteral("impostor.key")));
+    testsupport::FakeRtspDevice impostor([](const QByteArray&, const QByteArray&) {
+        return QByteArray("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n");
+    }, impostorCert, dir.filePath(QStringLiteral("impostor.key")));
     testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), deviceCert, QStringLiteral("--tls-key"),
         dir.filePath(QStringLiteral("device.key"))});
     ASSERT_TRUE(sim.start());
@@ -72,8 +59,12 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
         {"EMULATOR", "https", sim.port(), deviceCert, testsupport::DeviceSim::kPassword, None, "", 0},
     };
     std::vector<clientcommonlogical::DeviceConfig> devices;
-    for (const Row& r : rows)
-        devices.push_back(deviceAt(r.id, r.scheme, r.port, r.caFile, r.password));
+    for (const Row& r : rows) {
+        devices.push_back(sim.device(r.id, r.password.toStdString()));
+        devices.back().port = r.port;
+        devices.back().scheme = r.scheme;
+        devices.back().caFile = r.caFile.toStdString();
+    }
     clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
     testsupport::LogicModelPlugin plugin;
 

@@ -58,24 +58,6 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
     }
 }
 
-TEST_F(PlayWindowTest, ResolutionChangeKeepsPlaying)
-{
-    // Pictures switch between 4:3 and 16:9 every four parts.
-    std::vector<QByteArray> parts(4, testsupport::makeJpeg(320, 240));
-    parts.insert(parts.end(), 4, testsupport::makeJpeg(640, 360));
-    testsupport::PartServer server(parts);
-    CStreamPlayWindowWithTask w(0);
-    w.resize(640, 360);
-    w.show();
-    ASSERT_TRUE(w.StartPreviewUrl(server.url, "cam-size"));
-    // 4:3 pictures are pillar-boxed to 480 wide, 16:9 ones fill the window.
-    for (int width : {480, 640, 480})
-        EXPECT_TRUE(testsupport::waitUntil([&w, width] { return w.CurrentFrame().width() == width; }, 3000)) << width;
-    EXPECT_TRUE(testsupport::NonBlack(w.CurrentFrame()));
-    EXPECT_EQ(w.BadPackets(), 0u);
-    w.StopPreview();
-}
-
 // A window within a hair of the stream's size shows it unscaled, centred
 // (a grid cell a pixel short loses that pixel, a slightly larger one gets
 // thin bars); others get the picture scaled to fit.

@@ -15,9 +15,7 @@
 #include <vector>
 #include <nlohmann/json.hpp>
 
-#include "UiDataController/CLogicModel.h"
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
-#include "playwindow/CLiveViewControllerPlugin.h"
 #include "playwindow/CKeyFrameGate.h"
 #include "playwindow/CRtspAnswer.h"
 #include "playwindow/CRtspDigest.h"
@@ -25,18 +23,10 @@
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/DeviceSim.h"
+#include "support/HostRuns.h"
 #include "support/PasswordTraps.h"
 
 namespace {
-
-class ModelPlugin final : public CLiveViewControllerPlugin {
-public:
-    explicit ModelPlugin(UiDataController::CLogicModel& model) : m_model(model) {}
-    vantordesk::IElement* GetElement(const std::string& id) override { return m_model.GetElementByID(id); }
-
-private:
-    UiDataController::CLogicModel& m_model;
-};
 
 bool plays(CStreamPlayWindowWithTask& w, int ms)
 {
@@ -166,9 +156,7 @@ TEST_F(RtspStreamTest, DeviceListsTheStreamsOfEachChannel)
 // picture never goes black while switching.
 TEST_F(RtspStreamTest, LayoutChoosesSubOrMainStreamWithoutBlackFlash)
 {
-    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
-        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
-    ModelPlugin plugin(model);
+    testsupport::LogicModelPlugin plugin;
     for (const char* camera : {"TEST0001-CH1", "TEST0001-CH2"}) {
         SCOPED_TRACE(camera);
         QFrame container;
@@ -223,10 +211,7 @@ TEST_F(RtspStreamTest, ServerRestartIsReconnectedByItself)
     s_sim->stop();
     EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText().contains(QLatin1String("Retrying")); }, 8000));
     ASSERT_TRUE(s_sim->start(port));
-    QElapsedTimer t;
-    t.start();
     EXPECT_TRUE(plays(w, 10000));
-    EXPECT_LT(t.elapsed(), 10000);
     w.StopPreview();
 }
 
@@ -308,9 +293,7 @@ TEST_F(RtspStreamTest, BadSourcesShowTheirState)
 // says what it waits for, stays connected, and plays clean once the fault ends.
 TEST_F(RtspStreamTest, FaultsShowOnlyWholePictures)
 {
-    UiDataController::CLogicModel model(UiDataController::StruResouceOfElementParam(),
-        std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr);
-    ModelPlugin plugin(model);
+    testsupport::LogicModelPlugin plugin;
     const nlohmann::json noKeyFrames{{"keyFrames", false}}, someLost{{"loss", 0.05}}, halfLost{{"loss", 0.5}};
     const struct {
         const char* name;
