@@ -446,10 +446,11 @@ TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
         {"journal past its size bound", 256 * 1024, false, [](QWidget*) {},
             [logFrom] { return testsupport::logText(logFrom).contains("oldest row(s) removed to stay within 0.2 MB"); }},
     };
-    // Captures with small pictures, as a camera's face crops come; enough of them to pass the bound.
-    const auto burst = [](int count) {
-        return QByteArray::fromStdString(nlohmann::json{{"count", count}, {"eventCode", 100119},
-            {"scene", s_face.toBase64().toStdString()}, {"face", s_face.toBase64().toStdString()}}.dump());
+    // Captures with a small scene; the journal row's larger faces pass its bound within one burst.
+    const auto burst = [](bool largeFaces) {
+        const QByteArray face = largeFaces ? testsupport::makeJpeg(480, 600) : s_face;
+        return QByteArray::fromStdString(nlohmann::json{{"count", 50}, {"eventCode", 100119},
+            {"scene", s_face.toBase64().toStdString()}, {"face", face.toBase64().toStdString()}}.dump());
     };
     // The process's first file dialog loads Qt's icon theme and file-system model; not the page's time.
     delete new QFileDialog;
@@ -472,7 +473,7 @@ TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
         for (int i = 0; r.bidiNames && i < 3; ++i)
             s_sim->control("POST", "/control/event", bidi);
         // Answered once the burst is on its way; the page takes it while the row runs.
-        s_sim->control("POST", "/control/burst", burst(r.journalBytes > 0 ? 200 : 50));
+        s_sim->control("POST", "/control/burst", burst(r.journalBytes > 0));
         testsupport::GuiGapProbe probe;
         probe.start();
         r.act(page);
