@@ -241,16 +241,26 @@ bool CBTAddFaceWnd::SetDevice(const std::string& deviceOrCameraId)
 
 void CBTAddFaceWnd::OnComboDeviceChanged(int index)
 {
+    prepareLater(m_pDeviceCombo, index, &CBTAddFaceWnd::changeDevice);
+}
+
+void CBTAddFaceWnd::prepareLater(QComboBox* combo, int index, void (CBTAddFaceWnd::*prepare)(int))
+{
     // The operator's choice is prepared from the event loop, once the combo has
     // left its signal: the page may be torn down (and the dialog with its combo
     // deleted) while the device answers. Meanwhile nothing can be confirmed.
-    m_bUsable = false;
-    if (auto* confirm = findChild<QPushButton*>(QStringLiteral("m_pSaveBtn")))
-        confirm->setEnabled(false);
-    QMetaObject::invokeMethod(this, [this, index] {
-        if (m_pDeviceCombo->currentIndex() == index)
-            changeDevice(index);
+    setUsable(false);
+    QMetaObject::invokeMethod(this, [this, combo, index, prepare] {
+        if (combo->currentIndex() == index)
+            (this->*prepare)(index);
     }, Qt::QueuedConnection);
+}
+
+void CBTAddFaceWnd::setUsable(bool usable)
+{
+    m_bUsable = usable;
+    if (auto* confirm = findChild<QPushButton*>(QStringLiteral("m_pSaveBtn")))
+        confirm->setEnabled(usable);
 }
 
 void CBTAddFaceWnd::changeDevice(int index)
@@ -260,11 +270,8 @@ void CBTAddFaceWnd::changeDevice(int index)
         : m_pDeviceCombo->itemData(index, DeviceModel::DeviceIDRole).toString().toStdString();
     const QPointer<CBTAddFaceWnd> self(this);
     const bool usable = !m_strDeviceId.empty() && prepareForm();
-    if (!self)
-        return;
-    m_bUsable = usable;
-    if (auto* confirm = findChild<QPushButton*>(QStringLiteral("m_pSaveBtn")))
-        confirm->setEnabled(m_bUsable);
+    if (self)
+        setUsable(usable);
 }
 
 bool CBTAddFaceWnd::prepareForm()
@@ -375,20 +382,32 @@ void CBTAddFaceWnd::fillRegion(const CapabilitySet::CityCodeCapability& cities)
 
 void CBTAddFaceWnd::OnComboFaceLibChanged(int index)
 {
-    m_strFDID = index < 0 ? std::string() : m_pFaceLibCombo->itemData(index).toString().toStdString();
+    prepareLater(m_pFaceLibCombo, index, &CBTAddFaceWnd::changeLibrary);
+}
+
+void CBTAddFaceWnd::changeLibrary(int index)
+{
+    const std::string FDID = index < 0 ? std::string() : m_pFaceLibCombo->itemData(index).toString().toStdString();
+    const std::string deviceId = m_strDeviceId;
+    m_strFDID = FDID;
     m_libraryExtend.clear();
-    if (!m_strFDID.empty()) {
+    if (!FDID.empty()) {
         const auto ext = std::make_shared<CapabilitySet::PersonnalInfoExtendListConfig>();
-        const std::string deviceId = m_strDeviceId;
-        const std::string FDID = m_strFDID;
-        if (!runRequests([ext, deviceId, FDID](commlayer::CRequestCancel* cancel) {
-                uint32_t err = 0;
-                GetPersonnalInfoExtendListCfg(*ext, err, deviceId, FDID, cancel);
-            }))
-            return;  // cancelled: the caller sees it, or the dialog is gone
-        m_libraryExtend = ext->items;
+        const QPointer<CBTAddFaceWnd> self(this);
+        const bool read = runRequests([ext, deviceId, FDID](commlayer::CRequestCancel* cancel) {
+            uint32_t err = 0;
+            GetPersonnalInfoExtendListCfg(*ext, err, deviceId, FDID, cancel);
+        });
+        if (!self)
+            return;
+        // Cancelled, the library stays chosen without its own fields; a device
+        // chosen meanwhile has prepared the form for itself.
+        if (read && m_strDeviceId == deviceId && m_strFDID == FDID)
+            m_libraryExtend = ext->items;
     }
     showRows();
+    // Only a prepared device lists libraries.
+    setUsable(m_pFaceLibCombo->count() > 0);
 }
 
 void CBTAddFaceWnd::OnComboIDTypeChanged(int)

@@ -77,6 +77,11 @@ private:
     void buildForm();
     // Takes the device of the combo's row and prepares the form for it.
     void changeDevice(int index);
+    // Takes the library of the combo's row and shows the fields it lists.
+    void changeLibrary(int index);
+    // Runs prepare(index) from the event loop if the combo still shows index.
+    void prepareLater(QComboBox* combo, int index, void (CBTAddFaceWnd::*prepare)(int));
+    void setUsable(bool usable);
     bool prepareForm();
     void fillLibraries();
     void fillRegion(const CapabilitySet::CityCodeCapability& cities);

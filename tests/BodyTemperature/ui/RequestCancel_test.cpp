@@ -6,16 +6,21 @@
 // Then the face upload whose answer was not heard: the
 // operator is told whether it was stored, and sending it again never stores
 // it twice. Meant to run under the sanitizer builds as well.
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QDateTime>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLibrary>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -25,6 +30,8 @@
 #include "BodyTemperatureWid.h"
 #include "VantorGUIToolkit/CChaseDialog.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
+#include "VantorGUIToolkit/CPathComboBox.h"
+#include "commlayer/CAlarmSubscription.h"
 #include "Base/CSingleton.h"
 #include "publicdatacontroller/AlarmTransfer.h"
 #include "publicdatacontroller/IAIInterface.h"
@@ -33,6 +40,7 @@
 #include "support/GuiGapProbe.h"
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CBodyTemperatureDlg.h"
+#include "ui/CSoundConfigPage.h"
 #include "ui/ShowCard/CSnapUnit.h"
 #include "ui/ShowCard/CWaitShowWid.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
@@ -324,59 +332,158 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
         testsupport::pump(300);
 }
 
-// The operator picks another device in the open add-to-library form; while
-// that device holds the capability query, alarms arrive in a burst and the
-// page is torn down. The form is deleted with the page: the combo box whose
-// signal started the query must not be inside that signal then (run under
-// valgrind or the sanitizer builds to see a use after free).
-TEST_F(CancelFixture, DeviceChangedInTheFormThenThePageTornDown)
+// The operator changes the device or the library in the open add-to-library
+// form; while the device holds the request that prepares the choice, alarms
+// arrive in a burst and the page is torn down. The form is deleted with the
+// page: the combo box whose signal started the request must not be inside
+// that signal then (the sanitizer builds or valgrind show a use after free).
+TEST_F(CancelFixture, ChoiceChangedInTheFormThenThePageTornDown)
 {
+    const struct { const char *name, *combo, *held; } rows[] = {
+        {"device", "m_pDeviceCombo", "/DVAPI/Intelligent/FDLib/capabilities"},
+        {"face library", "m_pFaceLibCombo", "/DVAPI/Intelligent/faceContrast/personInfoExtend/FDID/"},
+    };
     // A second entry for the one emulator gives the form a device to change to.
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device(), s_sim->device("TEST0002")});
-    const int goneBefore = Stat("clientsGone");
-    auto frame = std::make_unique<QWidget>();
-    QPointer<BodyTemperatureWid> page = new BodyTemperatureWid(frame.get());
-    page->readState();
-    testsupport::GuiGapProbe probe;
-    QObject context;
-    bool changed = false;
-    bool tornDown = false;
-    WhileModal(&context, [&] {
-        QWidget* dlg = Visible<CBTAddFaceWnd>();
-        if (dlg == nullptr)
-            return false;
-        Fault("/DVAPI/Intelligent/FDLib/capabilities", {{"delayMs", kHeldMs}});
-        auto* combo = dlg->findChild<QComboBox*>(QStringLiteral("m_pDeviceCombo"));
-        // From a timer of its own, as the operator's click would come, so this one goes on ticking.
-        QTimer::singleShot(0, combo, [combo] { combo->setCurrentIndex(combo->currentIndex() == 0 ? 1 : 0); });
-        changed = true;
-        return true;
-    });
-    WhileModal(&probe, [&] {
-        if (!changed || Visible<VantorGUIToolkit::CChaseDialog>("m_pRequestChase") == nullptr
-            || Stat("delaying") < 1)
-            return false;
-        for (int i = 0; i < 50; ++i)
-            Publish(std::string());
-        // The burst's cards are built and its journal batch committed (250 ms):
-        // what is measured is the tear-down.
-        testsupport::pump(400);
-        probe.start();
-        frame.reset();
-        tornDown = true;
-        return true;
-    });
-    CBTAddFaceWnd::OpenForFace(page->dialog(), "TEST0001", s_face);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    const qint64 gap = probe.stop();
+    for (const auto& r : rows) {
+        SCOPED_TRACE(r.name);
+        s_sim->control("DELETE", "/control/fault");
+        const int goneBefore = Stat("clientsGone");
+        auto frame = std::make_unique<QWidget>();
+        QPointer<BodyTemperatureWid> page = new BodyTemperatureWid(frame.get());
+        page->readState();
+        testsupport::GuiGapProbe probe;
+        QObject context;
+        bool changed = false;
+        bool tornDown = false;
+        WhileModal(&context, [&] {
+            QWidget* dlg = Visible<CBTAddFaceWnd>();
+            if (dlg == nullptr)
+                return false;
+            Fault(r.held, {{"delayMs", kHeldMs}});
+            auto* combo = dlg->findChild<QComboBox*>(QLatin1String(r.combo));
+            // From a timer of its own, as the operator's click would come, so this one goes on ticking.
+            QTimer::singleShot(0, combo, [combo] { combo->setCurrentIndex(combo->currentIndex() == 0 ? 1 : 0); });
+            changed = true;
+            return true;
+        });
+        WhileModal(&probe, [&] {
+            if (!changed || Visible<VantorGUIToolkit::CChaseDialog>("m_pRequestChase") == nullptr
+                || Stat("delaying") < 1)
+                return false;
+            for (int i = 0; i < 50; ++i)
+                Publish(std::string());
+            // The burst's cards are built and its journal batch committed (250 ms):
+            // what is measured is the tear-down.
+            testsupport::pump(400);
+            probe.start();
+            frame.reset();
+            tornDown = true;
+            return true;
+        });
+        CBTAddFaceWnd::OpenForFace(page->dialog(), "TEST0001", s_face);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const qint64 gap = probe.stop();
+        ASSERT_TRUE(tornDown) << "the changed choice's request was never held";
+        EXPECT_TRUE(page.isNull());
+        EXPECT_LT(gap, kLongestGapMs);
+        std::printf("[ gap      ] %s changed, burst and tear-down: longest GUI gap %lld ms\n", r.name,
+            static_cast<long long>(gap));
+        EXPECT_TRUE(testsupport::waitUntil([&] { return Stat("clientsGone") > goneBefore; }, 3000));
+        EXPECT_EQ(Stat("delaying"), 0);
+    }
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
-    ASSERT_TRUE(tornDown) << "the changed device's query was never held";
-    EXPECT_TRUE(page.isNull());
-    EXPECT_LT(gap, kLongestGapMs);
-    std::printf("[ gap      ] device changed, burst and tear-down: longest GUI gap %lld ms\n",
-        static_cast<long long>(gap));
-    EXPECT_TRUE(testsupport::waitUntil([&] { return Stat("clientsGone") > goneBefore; }, 3000));
-    EXPECT_EQ(Stat("delaying"), 0);
+}
+
+// The page goes on taking the emulator's events while the operator picks a
+// voice file the settings store cannot keep, while the device's texts carry
+// bidirectional controls, and while the journal passes its size bound: each
+// row's longest GUI gap, and what the operator or the log is left with.
+TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
+{
+    QTemporaryDir dir;
+    const QString quoted = dir.filePath(QStringLiteral("it's mine.wav"));
+    ASSERT_TRUE(testsupport::writeFile(quoted, QByteArray()));
+    const QString shownName = QString::fromUtf8("Zo\u00eb Evil Name");
+    // Shown in a label, and no label holds a control.
+    const auto labelsShow = [](const QString& text) {
+        bool shown = false;
+        for (QWidget* w : QApplication::allWidgets())
+            if (auto* label = qobject_cast<QLabel*>(w)) {
+                if (label->text().contains(QRegularExpression(QStringLiteral("[\\x{202a}-\\x{202e}\\x{2066}-\\x{2069}]"))))
+                    return false;
+                shown = shown || label->text() == text;
+            }
+        return shown;
+    };
+    const qint64 logFrom = testsupport::logText().size();
+    struct Case {
+        const char* name;
+        int64_t journalBytes;  // the journal's size bound
+        bool bidiNames;        // comparisons whose person's name carries controls follow the burst
+        std::function<void(QWidget* page)> act;
+        std::function<bool()> seen;
+    };
+    const Case rows[] = {
+        {"quoted voice file refused", 0, false,
+            [quoted](QWidget* page) {
+                auto* voices = new CSoundConfigPage(page);
+                AlarmDisplayConfig config;
+                config.strNormalVoice = config.strAbnormalVoice = config.strNoMaskVoice = QStringLiteral("/v.wav");
+                voices->SetConfig(config);
+                voices->show();
+                QTimer::singleShot(0, voices, [voices, quoted] {
+                    auto* files = voices->findChild<QFileDialog*>();
+                    files->selectFile(quoted);
+                    static_cast<QDialog*>(files)->accept();
+                });
+                voices->findChild<VantorGUIToolkit::CPathComboBox*>(QStringLiteral("m_pNormalPathCombo"))
+                    ->browseButton()
+                    ->click();
+            },
+            [] { return CInformationDlg::ShownMessages().contains(QStringLiteral("VoicePathWithQuote")); }},
+        {"device texts with bidirectional controls", 0, true, [](QWidget*) {}, [&] { return labelsShow(shownName); }},
+        {"journal past its size bound", 256 * 1024, false, [](QWidget*) {},
+            [logFrom] { return testsupport::logText(logFrom).contains("oldest row(s) removed to stay within 0.2 MB"); }},
+    };
+    // Captures with a small scene; the journal row's larger faces pass its bound within one burst.
+    const auto burst = [](bool largeFaces) {
+        const QByteArray face = largeFaces ? testsupport::makeJpeg(480, 600) : s_face;
+        return QByteArray::fromStdString(nlohmann::json{{"count", 50}, {"eventCode", 100119},
+            {"scene", s_face.toBase64().toStdString()}, {"face", face.toBase64().toStdString()}}.dump());
+    };
+    // The process's first file dialog loads Qt's icon theme and file-system model; not the page's time.
+    delete new QFileDialog;
+    const QByteArray bidi = QByteArray::fromStdString(nlohmann::json{{"eventCode", 100103}, {"channelID", 1},
+        {"faces", {{{"Temperature", 38.6}, {"TemperatureAnomaly", 1}}}},
+        {"comparison", {{"similarity", 0.9},
+            {"person", {{"name", "Zo\u00eb \u202eEvil\u202c \u2067Name\u2069"}, {"FDID", "1"}}}}}}.dump());
+    commlayer::CAlarmSubscription stream(s_sim->device(), 0);
+    stream.Start();
+    ASSERT_TRUE(testsupport::waitUntil([] { return Stat("clients") == 1; }));
+    const int64_t bound = clientcommonlogical::CConfigMgr::Instance()->GetRecordMaxBytes();
+    for (const Case& r : rows) {
+        SCOPED_TRACE(r.name);
+        CInformationDlg::ClearShownMessages();
+        clientcommonlogical::CConfigMgr::Instance()->SetRecordMaxBytes(r.journalBytes > 0 ? r.journalBytes : bound);
+        auto frame = std::make_unique<QWidget>();
+        auto* page = new BodyTemperatureWid(frame.get());
+        page->readState();
+        frame->show();
+        // Answered once the burst is on its way; the page takes it while the row runs.
+        s_sim->control("POST", "/control/burst", burst(r.journalBytes > 0));
+        // After the burst, whose alarms would push them out of the list.
+        for (int i = 0; r.bidiNames && i < 3; ++i)
+            s_sim->control("POST", "/control/event", bidi);
+        testsupport::GuiGapProbe probe;
+        probe.start();
+        r.act(page);
+        EXPECT_TRUE(testsupport::waitUntil(r.seen, 20000));
+        const qint64 gap = probe.stop();
+        EXPECT_LT(gap, kLongestGapMs);
+        std::printf("[ gap      ] %s: longest GUI gap %lld ms\n", r.name, static_cast<long long>(gap));
+    }
+    clientcommonlogical::CConfigMgr::Instance()->SetRecordMaxBytes(bound);
 }
 
 // A returning person with 100 000 earlier captures opens and pages as one

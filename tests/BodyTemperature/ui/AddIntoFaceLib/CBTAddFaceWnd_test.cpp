@@ -303,6 +303,8 @@ TEST_F(AddFaceWndTest, UploadFailuresAndCancel)
         ASSERT_TRUE(dlg->SetDevice("TEST0001"));
         auto* libs = child<QComboBox>(dlg, "m_pFaceLibCombo");
         libs->setCurrentIndex(libs->findData(QString::fromLatin1(r.fdid)));
+        // Another library is prepared from the event loop; confirming waits for it.
+        ASSERT_TRUE(testsupport::waitUntil([dlg] { return child<QPushButton>(dlg, "m_pSaveBtn")->isEnabled(); }));
         dlg->show();
         typeText(child<QLineEdit>(dlg, "m_pNameEdit"), QStringLiteral("Wang Wu"));
         if (*r.fault)
