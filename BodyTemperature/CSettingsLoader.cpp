@@ -1,7 +1,6 @@
 #include "CSettingsLoader.h"
 
 #include <QTimer>
-#include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
 
 #include "Base/Log.h"
@@ -91,7 +90,8 @@ void CSettingsLoader::startRetry()
     if (m_bLoaded || m_pWatcher->isRunning())
         return;
     ++m_iAttempts;
-    m_pWatcher->setFuture(QtConcurrent::run([]() {
+    m_token = handoff::NewToken();
+    m_pWatcher->setFuture(handoff::Run(QThreadPool::globalInstance(), m_token, []() {
         AlarmDisplayConfig stored;
         const bool ok = CBTConfigDB::Instance()->LoadAlarmDisplayConfig(stored);
         return Result(ok, stored);
@@ -100,6 +100,7 @@ void CSettingsLoader::startRetry()
 
 void CSettingsLoader::onRetryFinished()
 {
+    handoff::Acquire(m_token.get());
     if (m_bLoaded)
         return;
     Result result = m_pWatcher->result();

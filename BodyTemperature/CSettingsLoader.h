@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "AlarmDisplayConfig.h"
+#include "CThreadHandOff.h"
 
 class QTimer;
 
@@ -54,6 +55,7 @@ private:
     int m_iRetryMs = kFirstRetryMs;
     QTimer* m_pTimer = nullptr;
     QFutureWatcher<Result>* m_pWatcher = nullptr;
+    handoff::Token m_token;  // the attempt in flight
 };
 
 } // namespace BodyTemperature

@@ -1,5 +1,7 @@
 #include "pictures/CPicturePreparer.h"
 
+#include "CThreadHandOff.h"
+
 namespace BodyTemperature {
 
 CPicturePreparer::CPicturePreparer(int keeps, Ready ready, QObject* parent)
@@ -87,8 +89,14 @@ void CPicturePreparer::work()
             job.pictures->Prepare(source);
         }
         // Queued to this object: dropped if it is gone by then.
-        QMetaObject::invokeMethod(this, [this, id = job.id] { onPrepared(id); }, Qt::QueuedConnection);
+        handoff::Post(this, [this, id = job.id] { onPrepared(id); });
     }
+}
+
+void CPicturePreparer::customEvent(QEvent* event)
+{
+    if (!handoff::Deliver(event))
+        QObject::customEvent(event);
 }
 
 void CPicturePreparer::onPrepared(uint64_t id)

@@ -42,6 +42,10 @@ public:
     // The pictures the cards of a record show.
     static std::vector<PictureSource> CardSources(const AlarmShowInfo& info);
 
+protected:
+    // Delivers the worker's finished records.
+    void customEvent(QEvent* event) override;
+
 private:
     // What the worker needs of a record: its own share of the pictures.
     struct Job {

@@ -19,6 +19,7 @@
 #include <thread>
 
 #include "Base/Base.h"
+#include "CThreadHandOff.h"
 #include "VantorGUIToolkit/CChaseDialog.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "VantorGUIToolkit/CSecondarySortFilterModel.h"
@@ -572,6 +573,7 @@ bool CBTAddFaceWnd::runUpload(const CapabilitySet::FaceDataRecordCfg& record)
     }
     m_pUpload = nullptr;
     thread->wait();
+    handoff::Acquire(thread.get());
 
     const auto outcome = CFaceUploadOutcome::Evaluate(thread->IsSuccess(), thread->IsCancelled(),
         thread->UploadState(), thread->ErrorPair(), thread->StoredCheck());

@@ -5,6 +5,7 @@
 
 #include "Base/Base.h"
 #include "Base/Log.h"
+#include "CThreadHandOff.h"
 #include "commlayer/CDataStatisticsComm.h"
 #include "commlayer/CRequestCancel.h"
 #include "commlayer/CommErrors.h"
@@ -29,6 +30,7 @@ CInportFaceDataRecordThread::~CInportFaceDataRecordThread()
     // The owner waits after the waiting dialog; this only guards early exits.
     Abort();
     wait();
+    handoff::Acquire(this);
 }
 
 void CInportFaceDataRecordThread::Abort()
@@ -117,6 +119,8 @@ void CInportFaceDataRecordThread::run()
     }
     m_bStop = true;
     emit SignalStop(false);
+    // QThread::wait() orders the waiter after this, through Qt's own locks (see CThreadHandOff.h).
+    handoff::Release(this);
 }
 
 bool CInportFaceDataRecordThread::findMatches(std::vector<std::string>& matches, commlayer::CRequestCancel* cancel)

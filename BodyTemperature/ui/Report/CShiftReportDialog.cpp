@@ -16,8 +16,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QToolButton>
-#include <QtConcurrent/QtConcurrentRun>
 
+#include "CThreadHandOff.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "ui/SettingsPageLook.h"
@@ -271,7 +271,7 @@ void CShiftReportDialog::onExport()
     m_pProgress->setValue(0);
     m_pStatus->setText(tr("ReportExporting"));
     setBusy(true);
-    m_pWatcher->setFuture(QtConcurrent::run(
+    m_pWatcher->setFuture(handoff::Run(QThreadPool::globalInstance(), job,
         [request, job] { return CShiftReportExporter::Run(request, job->cancel, job->progress); }));
 }
 
@@ -297,6 +297,7 @@ void CShiftReportDialog::reject()
 void CShiftReportDialog::onFinished()
 {
     setBusy(false);
+    handoff::Acquire(m_job.get());
     const CShiftReportExporter::Result result = m_pWatcher->result();
     QString message;
     switch (result.outcome) {

@@ -5,10 +5,10 @@
 #include <QFutureWatcher>
 #include <QLabel>
 #include <QPushButton>
-#include <QtConcurrent/QtConcurrentRun>
 #include <algorithm>
 
 #include "Base/Log.h"
+#include "CThreadHandOff.h"
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "ui/AddIntoFaceLib/CBTAddFaceWnd.h"
 #include "ui/CBottomWidget.h"
@@ -98,8 +98,14 @@ void CFrequenterUnit::ShowDetails()
     if (m_pWaitWid || (m_pDetailWid && m_pDetailWid->isVisible()))
         return;  // already searching or showing (a click from a nested loop)
     // Searches abandoned by a cancel end within milliseconds; keep only the running ones.
+    // The last copy of a finished future frees the task's result here.
     m_fetches.erase(std::remove_if(m_fetches.begin(), m_fetches.end(),
-                        [](const QFuture<FetchResult>& f) { return f.isFinished(); }),
+                        [](const Fetch& f) {
+                            if (!f.future.isFinished())
+                                return false;
+                            handoff::Acquire(f.token.get());
+                            return true;
+                        }),
         m_fetches.end());
 
     // The lists keep trimming while the dialogs below run their own loops.
@@ -116,8 +122,9 @@ void CFrequenterUnit::ShowDetails()
     connect(watcher, &QFutureWatcher<FetchResult>::finished, wait, &CWaitShowWid::OnStopChaseByAccept);
     // Cancelling closes the dialog at once and cuts the search's request in flight.
     connect(wait, &CWaitShowWid::SignalCancel, wait, [cancel] { cancel->Cancel(); });
-    const QFuture<FetchResult> future = QtConcurrent::run(&CFrequenterUnit::FetchRecords, m_strSearchDevice, m_strSearchTask, cancel);
-    m_fetches.push_back(future);
+    const QFuture<FetchResult> future = handoff::Run(QThreadPool::globalInstance(), cancel,
+        [device = m_strSearchDevice, task = m_strSearchTask, cancel] { return FetchRecords(device, task, cancel); });
+    m_fetches.push_back({future, cancel});
     watcher->setFuture(future);
     const QPointer<CWaitShowWid> waitGuard(wait);
     const int answer = wait->exec();
@@ -132,6 +139,7 @@ void CFrequenterUnit::ShowDetails()
     if (answer != QDialog::Accepted || cancel->IsCancelled() || !future.isFinished())
         return;
 
+    handoff::Acquire(cancel.get());
     FetchResult result = future.result();
     m_records = std::move(result.records);
     m_bFetchFailed = result.bFailed;
@@ -194,8 +202,10 @@ CFrequenterUnit::FetchResult CFrequenterUnit::FetchRecords(std::string deviceId,
 
 void CFrequenterUnit::waitForFetches()
 {
-    for (QFuture<FetchResult>& f : m_fetches)
-        f.waitForFinished();
+    for (Fetch& f : m_fetches) {
+        f.future.waitForFinished();
+        handoff::Acquire(f.token.get());
+    }
     m_fetches.clear();
 }
 

@@ -64,7 +64,11 @@ private:
     std::string m_strSearchTask;
     bool m_bFetchFailed = false;
     std::shared_ptr<commlayer::CRequestCancel> m_pCancel;
-    std::vector<QFuture<FetchResult>> m_fetches;  // running or abandoned search tasks
+    struct Fetch {
+        QFuture<FetchResult> future;
+        std::shared_ptr<const void> token;  // what the task and this card share for the hand-off
+    };
+    std::vector<Fetch> m_fetches;  // running or abandoned search tasks
     QPointer<CWaitShowWid> m_pWaitWid;
     QPointer<CHFPDShowDetailWid> m_pDetailWid;
     QLabel* m_pReCustomer = nullptr;

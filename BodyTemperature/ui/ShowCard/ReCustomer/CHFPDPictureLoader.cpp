@@ -1,8 +1,6 @@
 #include "ui/ShowCard/ReCustomer/CHFPDPictureLoader.h"
 
-#include <QMetaObject>
-#include <QtConcurrent/QtConcurrentRun>
-
+#include "CThreadHandOff.h"
 #include "commlayer/CDeviceDownloadsComm.h"
 #include "commlayer/CRequestCancel.h"
 
@@ -46,7 +44,7 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
 {
     const Flag cancelled = renew(m_thumbsCancelled);
     for (const Thumb& thumb : thumbs) {
-        QtConcurrent::run(&m_pool, [this, cancelled, deviceId, thumb, size] {
+        handoff::Run(&m_pool, handoff::NewToken(), [this, cancelled, deviceId, thumb, size] {
             if (cancelled->IsCancelled())
                 return;
             QByteArray bytes;
@@ -56,14 +54,14 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
             if (downloaded && image.loadFromData(bytes))
                 image = image.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
             // The destructor waits for this task, so the loader is still there.
-            QMetaObject::invokeMethod(this, [this, cancelled, thumb, image, bytes, downloaded] {
+            handoff::Post(this, [this, cancelled, thumb, image, bytes, downloaded] {
                 if (cancelled->IsCancelled())
                     return;
                 if (image.isNull())
                     emit SignalThumbFailed(thumb.uPicLsh, !downloaded);
                 else
                     emit SignalThumbLoaded(thumb.uPicLsh, image, bytes);
-            }, Qt::QueuedConnection);
+            });
         });
     }
 }
@@ -71,21 +69,27 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
 void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::string& reference)
 {
     const Flag cancelled = renew(m_pictureCancelled);
-    QtConcurrent::run(&m_pool, [this, cancelled, deviceId, reference] {
+    handoff::Run(&m_pool, handoff::NewToken(), [this, cancelled, deviceId, reference] {
         if (cancelled->IsCancelled())
             return;
         QByteArray bytes;
         const bool downloaded
             = commlayer::CDeviceDownloadsComm::request(reference, deviceId, bytes, kTimeoutMs, cancelled.get());
-        QMetaObject::invokeMethod(this, [this, cancelled, bytes, downloaded] {
+        handoff::Post(this, [this, cancelled, bytes, downloaded] {
             if (cancelled->IsCancelled())
                 return;
             if (downloaded)
                 emit SignalPictureDownloaded(bytes);
             else
                 emit SignalPictureFailed();
-        }, Qt::QueuedConnection);
+        });
     });
+}
+
+void CHFPDPictureLoader::customEvent(QEvent* event)
+{
+    if (!handoff::Deliver(event))
+        QObject::customEvent(event);
 }
 
 } // namespace BodyTemperature

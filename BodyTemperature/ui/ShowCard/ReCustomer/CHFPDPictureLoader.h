@@ -48,6 +48,10 @@ signals:
     void SignalPictureDownloaded(const QByteArray& bytes);
     void SignalPictureFailed();
 
+protected:
+    // Delivers the downloads' results (posted from the pool).
+    void customEvent(QEvent* event) override;
+
 private:
     using Flag = std::shared_ptr<commlayer::CRequestCancel>;
     static Flag renew(Flag& current);
