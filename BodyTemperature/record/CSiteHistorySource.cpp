@@ -250,15 +250,16 @@ IHistorySource::Result CSiteHistorySource::failed(QString& error)
     return cancelled ? Result::Cancelled : Result::Failed;
 }
 
-IHistorySource::Result CSiteHistorySource::findText(const std::string& text, TextValues& values, bool& found,
+IHistorySource::Result CSiteHistorySource::findText(const HistoryFilter& filter, std::optional<TextValues>& values,
     QString& error)
 {
-    values = TextValues();
-    found = false;
+    values.reset();
+    if (filter.text.empty())
+        return Result::Ok;
     m_cancel.Reset();
     if (!m_conn.IsOpen() && !m_conn.Connect(10000))
         return failed(error);
-    const Query q = TextValuesQuery(text);
+    const Query q = TextValuesQuery(filter.text);
     const PgResult r = m_conn.Exec(q.sql, q.params);
     if (!r) {
         // A server not yet brought to this schema: the text is matched row by row.
@@ -267,9 +268,10 @@ IHistorySource::Result CSiteHistorySource::findText(const std::string& text, Tex
     const int n = PQntuples(r.get());
     if (n > kMaxTextValues)
         return Result::Ok;
+    TextValues found;
     for (int i = 0; i < n; ++i)
-        (CSiteConnection::Value(r, i, 0) == "0" ? values.names : values.libraries).push_back(CSiteConnection::Value(r, i, 1));
-    found = true;
+        (CSiteConnection::Value(r, i, 0) == "0" ? found.names : found.libraries).push_back(CSiteConnection::Value(r, i, 1));
+    values = std::move(found);
     return Result::Ok;
 }
 
@@ -321,32 +323,24 @@ IHistorySource::Result CSiteHistorySource::run(const Query& query, int pageSize,
 IHistorySource::Result CSiteHistorySource::Page(const HistoryFilter& filter, const HistoryKey* after,
     HistoryPage& page, QString& error)
 {
-    TextValues text;
-    bool found = false;
-    if (!filter.text.empty()) {
-        const Result r = findText(filter.text, text, found, error);
-        if (r != Result::Ok) {
-            page = HistoryPage();
-            return r;
-        }
+    std::optional<TextValues> text;
+    if (const Result r = findText(filter, text, error); r != Result::Ok) {
+        page = HistoryPage();
+        return r;
     }
-    return run(PageQuery(filter, after, found ? &text : nullptr), std::max(1, filter.pageSize), page, error);
+    return run(PageQuery(filter, after, text ? &*text : nullptr), std::max(1, filter.pageSize), page, error);
 }
 
 IHistorySource::Result CSiteHistorySource::Scan(const HistoryFilter& filter,
     const std::function<bool(HistoryRow&&)>& take, QString& error)
 {
-    TextValues text;
-    bool found = false;
-    if (!filter.text.empty()) {
-        const Result r = findText(filter.text, text, found, error);
-        if (r != Result::Ok)
-            return r;
-    }
+    std::optional<TextValues> text;
+    if (const Result r = findText(filter, text, error); r != Result::Ok)
+        return r;
     std::optional<HistoryKey> after;
     for (;;) {
         HistoryPage page;
-        const Result r = run(ScanQuery(filter, after ? &*after : nullptr, found ? &text : nullptr),
+        const Result r = run(ScanQuery(filter, after ? &*after : nullptr, text ? &*text : nullptr),
             std::max(1, filter.pageSize), page, error);
         if (r != Result::Ok || page.rows.empty())
             return r;

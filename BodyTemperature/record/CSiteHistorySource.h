@@ -7,6 +7,7 @@
 // query connects again.
 #include <QString>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,8 +59,9 @@ public:
 
 private:
     Result run(const Query& query, int pageSize, HistoryPage& page, QString& error);
-    // Ok with `found` set when the text's values are few enough to walk one by one.
-    Result findText(const std::string& text, TextValues& values, bool& found, QString& error);
+    // Ok with `values` set when the filter has a text whose values are few
+    // enough to walk one by one; unset, the text is matched row by row.
+    Result findText(const HistoryFilter& filter, std::optional<TextValues>& values, QString& error);
     Result failed(QString& error);
 
     CStopSignal m_cancel;
