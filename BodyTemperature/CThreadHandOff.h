@@ -115,7 +115,8 @@ public:
 #endif
         }
         // The receiver reads the result after the finish it is told about.
-        Release(m_token.get());
+        if (m_token)
+            Release(m_token.get());
         this->reportFinished();
     }
 
@@ -147,6 +148,7 @@ private:
 // QtConcurrent::run(pool, function): the task is published under its own address,
 // and token is released at the task's end, after its result is stored; the receiver calls Acquire(token) before it reads
 // the result (the watcher's finished handler, or after QFuture::isFinished()).
+// A task whose outcome comes back by Post() alone passes no token.
 template <typename F>
 auto Run(QThreadPool* pool, Token token, F function) -> QFuture<std::invoke_result_t<F&>>
 {

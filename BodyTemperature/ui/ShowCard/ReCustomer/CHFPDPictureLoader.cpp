@@ -44,7 +44,7 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
 {
     const Flag cancelled = renew(m_thumbsCancelled);
     for (const Thumb& thumb : thumbs) {
-        handoff::Run(&m_pool, handoff::NewToken(), [this, cancelled, deviceId, thumb, size] {
+        handoff::Run(&m_pool, nullptr, [this, cancelled, deviceId, thumb, size] {
             if (cancelled->IsCancelled())
                 return;
             QByteArray bytes;
@@ -69,7 +69,7 @@ void CHFPDPictureLoader::LoadThumbs(const std::string& deviceId, const std::vect
 void CHFPDPictureLoader::LoadPicture(const std::string& deviceId, const std::string& reference)
 {
     const Flag cancelled = renew(m_pictureCancelled);
-    handoff::Run(&m_pool, handoff::NewToken(), [this, cancelled, deviceId, reference] {
+    handoff::Run(&m_pool, nullptr, [this, cancelled, deviceId, reference] {
         if (cancelled->IsCancelled())
             return;
         QByteArray bytes;
