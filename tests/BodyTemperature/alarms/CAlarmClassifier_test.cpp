@@ -1,6 +1,5 @@
 // The decision for one alarm record: a row per line of the classification
-// table (with the sound and pop-up switches that pick the fallbacks), then the
-// event codes with their kinds and switches.
+// table, then the event codes with their kinds and switches.
 #include <gtest/gtest.h>
 
 #include "alarms/CAlarmClassifier.h"

@@ -1,6 +1,5 @@
-// The voice player: one prompt at a time with requests dropped while it plays,
-// failures that leave it idle, and a real prompt through a PulseAudio server
-// of the test's own (null sink, recorded from its monitor).
+// The voice player: one prompt at a time, failures that leave it idle, and a
+// real prompt through a PulseAudio server of the test's own.
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>

@@ -1,6 +1,5 @@
-// Records reach their cards in the order they came, with their pictures
-// already decoded; a burst decodes only what can still be shown; the page
-// can go with decodes in flight.
+// Records reach their cards in order with their pictures decoded; a burst
+// decodes only what can still be shown; the page can go with decodes in flight.
 #include <QTest>
 #include <memory>
 #include <string>

@@ -1,6 +1,5 @@
-// Region decoding must give exactly the pixels of a full decode, whatever the
-// JPEG's sampling, coding mode or restart intervals; oversized headers are
-// refused before any pixel memory is taken.
+// Region decoding gives exactly the pixels of a full decode, whatever the JPEG's
+// coding; oversized headers are refused before any pixel memory is taken.
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>

@@ -1,15 +1,11 @@
-// The history's queries on a real journal file: every filter combination
-// pages through exactly the rows the filter's own test keeps, newest first,
-// with no row lost or repeated at page edges (several rows share a second);
-// the common filters walk indexes (no scan of the table); live rows come
-// after a watermark in order; an older journal gains the indexes.
+// The history's queries on a real journal file: exact filtered pages newest
+// first, index use, and live rows after a watermark.
 #include <algorithm>
 #include <gtest/gtest.h>
 
 #include "record/CJournalDatabase.h"
 #include "record/CJournalHistorySource.h"
 #include "record/HistoryMatch.h"
-#include "BodyTemperature/record/FirstJournalTable.h"
 #include "support/SqlFile.h"
 #include "support/TestSupport.h"
 
@@ -219,33 +215,6 @@ TEST_F(HistorySourceTest, LiveRowsComeAfterTheWatermarkInOrder)
     ASSERT_EQ(source.Page(f, nullptr, page, error), IHistorySource::Result::Ok);
     ASSERT_EQ(page.rows.size(), 1u);
     EXPECT_EQ(page.rows[0].event.personName, "Newcomer");
-}
-
-TEST_F(HistorySourceTest, AnOlderJournalGainsTheIndexesAndKeepsItsRows)
-{
-    const QString old = path(QStringLiteral("old.db"));
-    ASSERT_TRUE(testsupport::sqlExec(old.toStdString(), std::string(kFirstJournalTable)
-            + "ALTER TABLE events ADD COLUMN shown INTEGER NOT NULL DEFAULT 1;"
-              "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
-              " VALUES(100, 0, 0, 2, 'old', 'cam-1'); PRAGMA user_version = 2;"));
-    {
-        CJournalDatabase journal;
-        ASSERT_TRUE(journal.Open(old, CJournalDatabase::OpenMode::Write)) << qPrintable(journal.error());
-    }
-    CJournalHistorySource source(old);
-    HistoryFilter f;
-    f.kinds = HistoryFilter::KindAbnormal;
-    f.cameraIds = {"cam-1"};
-    f.text = "OL";  // found in the names the upgrade gathered
-    HistoryPage page;
-    QString error;
-    ASSERT_EQ(source.Page(f, nullptr, page, error), IHistorySource::Result::Ok) << qPrintable(error);
-    ASSERT_EQ(page.rows.size(), 1u);
-    EXPECT_EQ(page.rows[0].event.personName, "old");
-    // A missing journal is an empty history, not an error.
-    CJournalHistorySource none(path(QStringLiteral("none.db")));
-    EXPECT_EQ(none.Page(f, nullptr, page, error), IHistorySource::Result::Ok);
-    EXPECT_TRUE(page.rows.empty());
 }
 
 } // namespace

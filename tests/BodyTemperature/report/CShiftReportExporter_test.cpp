@@ -1,7 +1,5 @@
-// The shift report against a real journal file: the CSV is read back (byte
-// order mark, translated columns, Chinese names), the PDF is checked with
-// poppler's pdfinfo/pdftotext in both languages, and a folder that cannot be
-// written, a full disk or a cancel leave nothing under the final names.
+// The shift report against a real journal file, read back (CSV, and the PDF
+// through poppler) in both languages; failures leave nothing under the final names.
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -102,11 +100,8 @@ TEST_F(ShiftReportTest, CsvAndPdfInBothLanguages)
         ASSERT_EQ(lines.size(), 61);
         EXPECT_TRUE(lines[0].startsWith(QString::fromUtf8(r.timeColumn)));
         EXPECT_EQ(lines[0].split(QLatin1Char(',')).size(), 11);
-        EXPECT_TRUE(lines[1].contains(QStringLiteral("\"Gate, north\"")));
-        EXPECT_TRUE(lines[1].contains(QStringLiteral("王小明")));
-        EXPECT_TRUE(lines[1].contains(QStringLiteral("入口 2")));
-        EXPECT_TRUE(lines[1].contains(QStringLiteral("38.1 \u00b0C")));
-        EXPECT_TRUE(lines[1].contains(QStringLiteral("90%")));
+        for (const char* part : {"\"Gate, north\"", "王小明", "入口 2", "38.1 \u00b0C", "90%"})
+            EXPECT_TRUE(lines[1].contains(QString::fromUtf8(part))) << part;
         EXPECT_TRUE(lines[2].contains(QStringLiteral("Camera 1")));
 
         const QString info = run(QStringLiteral("pdfinfo"), {result.files[1]});
@@ -114,14 +109,10 @@ TEST_F(ShiftReportTest, CsvAndPdfInBothLanguages)
         // 20 abnormal and 12 no-mask rows, 4 of them both: 28 table rows, 7 on the first page.
         EXPECT_EQ(pages, 3) << qPrintable(info);
         const QString text = run(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), result.files[1], QStringLiteral("-")});
-        EXPECT_TRUE(text.contains(QString::fromUtf8(r.title))) << qPrintable(text.left(400));
-        EXPECT_TRUE(text.contains(QString::fromUtf8(r.page)));
-        EXPECT_TRUE(text.contains(QStringLiteral("王小明")));
-        EXPECT_TRUE(text.contains(QStringLiteral("38.1")));
         EXPECT_TRUE(text.contains(QString::fromUtf8(r.abnormal)) || r.language == 2);
-        // The counters of the range: all 60, abnormal 20, no mask 12, normal 40.
-        for (const char* n : {"60", "20", "12", "40"})
-            EXPECT_TRUE(text.contains(QString::fromLatin1(n)));
+        // With the counters of the range: all 60, abnormal 20, no mask 12, normal 40.
+        for (const char* part : {r.title, r.page, "王小明", "38.1", "60", "20", "12", "40"})
+            EXPECT_TRUE(text.contains(QString::fromUtf8(part))) << part << qPrintable(text.left(400));
         if (!qEnvironmentVariableIsEmpty("BT_REPORT_PNG"))
             run(QStringLiteral("pdftoppm"), {QStringLiteral("-png"), QStringLiteral("-r"), QStringLiteral("60"),
                 result.files[1], qEnvironmentVariable("BT_REPORT_PNG") + QString::number(r.language)});

@@ -1,6 +1,5 @@
-// The comparison detail dialog on real widgets (offscreen): value tables of
-// the device codes, the arrangement by event type, person texts, pictures
-// (scene, defaults, refused and broken ones), badge and mask icon.
+// The comparison detail dialog on real widgets (offscreen): code tables, the
+// arrangement by event type, person texts, pictures, badge and mask icon.
 #include <QDateTime>
 #include <QFile>
 #include <QFrame>

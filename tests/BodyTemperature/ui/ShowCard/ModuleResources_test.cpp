@@ -1,7 +1,5 @@
-// Every picture and style sheet path the module names exists in its
-// resources; lupdate run over the module and the host would keep every
-// translation entry, and every key they mark has a finished English and
-// Chinese text in its translation context.
+// Every resource path the module names exists; lupdate over the module and the
+// host keeps every entry and finds every key translated in English and Chinese.
 #include <QDirIterator>
 #include <QFile>
 #include <QLibraryInfo>

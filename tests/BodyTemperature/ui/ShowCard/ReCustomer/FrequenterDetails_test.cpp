@@ -1,7 +1,5 @@
-// The returning-person card's details against the emulator: the search runs
-// on a pool task under the waiting dialog, then the detail view opens; failure,
-// no records, cancel, leaving the page, and a burst of alarms trimming the
-// list while the search runs.
+// The returning-person card's details against the emulator: the search under
+// the waiting dialog, failures, every way of ending the wait, a burst meanwhile.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>

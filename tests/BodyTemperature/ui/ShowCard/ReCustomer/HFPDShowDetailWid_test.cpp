@@ -1,6 +1,5 @@
-// The frequent-person detail view on real widgets, pictures downloaded from
-// the emulator: pages and pager, picture k of page p, the attribute items the
-// mask asks for, the person panel, failed downloads, the add request.
+// The frequent-person detail view, pictures downloaded from the emulator: pager,
+// picture k of page p, attribute items, person panel, failed downloads.
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
