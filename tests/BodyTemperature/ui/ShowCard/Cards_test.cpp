@@ -11,6 +11,7 @@
 #include "VantorGUIToolkit/CInformationDlg.h"
 #include "support/TestSupport.h"
 #include "support/UiTestSupport.h"
+#include "BodyTemperature/ui/ShowCard/ShownPicture.h"
 #include "ui/ShowCard/CAlarmUnit.h"
 #include "ui/ShowCard/CPopUpUnit.h"
 #include "ui/ShowCard/CSnapUnit.h"
@@ -23,32 +24,11 @@ namespace {
 
 const protocol::PictureRect kWhole{0, 0, 1, 1};
 
-QImage Shown(const QLabel* label) { return testsupport::shownImage(label); }
-
-// Whether a shown picture has the content of `expected` (which picture, which
-// cut of it), whatever smoothing the card chose: compared on a coarse grid.
-bool Resembles(const QImage& shown, const QImage& expected)
-{
-    if (shown.isNull() || expected.isNull())
-        return false;
-    // Transparent pixels of a default picture show black, as on a pixmap.
-    const auto coarse = [](const QImage& i) {
-        return i.convertToFormat(QImage::Format_ARGB32_Premultiplied).convertToFormat(QImage::Format_RGB32).scaled(6, 6,
-            Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    };
-    const QImage a = coarse(shown), b = coarse(expected);
-    for (int i = 0; i < 36; ++i) {
-        const QColor p = a.pixelColor(i % 6, i / 6), q = b.pixelColor(i % 6, i / 6);
-        if (std::abs(p.red() - q.red()) > 10 || std::abs(p.green() - q.green()) > 10 || std::abs(p.blue() - q.blue()) > 10)
-            return false;
-    }
-    return true;
-}
 
 bool ShowsPicture(QWidget* card, const QImage& picture, const QSize& size)
 {
     for (QLabel* l : card->findChildren<QLabel*>())
-        if (l->pixmap() && l->pixmap()->size() == size && Resembles(Shown(l), picture))
+        if (cardtest::ShowsAt(l, picture, size))
             return true;
     return false;
 }
@@ -139,8 +119,7 @@ TEST(AlarmUnit, SmallCardBadgeSimilarityMaskAndPictures)
                 pictures.append(l);
         ASSERT_EQ(pictures.size(), 2);
         EXPECT_EQ(pictures.at(0)->size(), QSize(120, 160));
-        EXPECT_EQ(Shown(pictures.at(1)).size(), QSize(120, 160));
-        EXPECT_TRUE(Resembles(Shown(pictures.at(1)), r.withLibrary ? QImage::fromData(library) : defaultFace));
+        EXPECT_TRUE(cardtest::ShowsAt(pictures.at(1), r.withLibrary ? QImage::fromData(library) : defaultFace, QSize(120, 160)));
     }
 }
 
@@ -220,7 +199,7 @@ TEST(SnapUnit, FacePictureSourcesCropAndFailures)
     for (const auto& r : rows) {
         CSnapUnit card;
         card.SetAlarmInfo(r.info);
-        EXPECT_EQ(Shown(child<QLabel>(&card, "m_pSnapPicLabel")).size(), r.data.isEmpty() ? QSize(0, 0) : QSize(118, 113)) << r.name;
+        EXPECT_EQ(testsupport::shownImage(child<QLabel>(&card, "m_pSnapPicLabel")).size(), r.data.isEmpty() ? QSize(0, 0) : QSize(118, 113)) << r.name;
         EXPECT_EQ(card.facePictureData(), r.data) << r.name;
         EXPECT_EQ(card.faceRect().isWhole() || card.faceRect().isNull(), !r.storesRect) << r.name;
         EXPECT_EQ(card.faceRect().x, r.storesRect ? 0.25 : 0.0) << r.name;

@@ -9,7 +9,7 @@
 
 #include "Base/Log.h"
 #include "support/TestSupport.h"
-#include "support/UiTestSupport.h"
+#include "BodyTemperature/ui/ShowCard/ShownPicture.h"
 #include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CDetailContent.h"
 
@@ -18,21 +18,6 @@ using Attribute = CDetailContent::Attribute;
 using testsupport::child;
 
 namespace {
-
-QImage Shown(const QLabel* label) { return testsupport::shownImage(label); }
-
-QImage Scaled(const QImage& image, const QSize& size)
-{
-    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(QImage::Format_RGB32);
-}
-
-QImage DefaultFace(const QSize& size)
-{
-    return QPixmap(QStringLiteral(":/reCustomer/Images/AIShowPlugin/reCustomer/DefaultFaceBig.png"))
-        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .toImage()
-        .convertToFormat(QImage::Format_RGB32);
-}
 
 QString Text(const QWidget& w, const char* name)
 {
@@ -183,14 +168,15 @@ TEST(ComparisonDetail, PicturesSceneDefaultsAndRefusals)
     const QByteArray library = testsupport::makeJpeg(300, 400);
     const QByteArray tooWide = testsupport::makeJpeg(8200, 16);
     const QSize big(412, 460), sceneSize(360, 203);
-    const QImage face = Scaled(sceneImage.copy(480, 270, 480, 540), big);
+    const QImage face = sceneImage.copy(480, 270, 480, 540);
+    const QImage none(QStringLiteral(":/reCustomer/Images/AIShowPlugin/reCustomer/DefaultFaceBig.png"));
     const struct { const char* name; uint32_t kind; QByteArray bk, lib; QImage first, second, shownScene; bool warns; } rows[] = {
-        {"capture shows the whole scene", 4, scene, {}, face, {}, Scaled(sceneImage, sceneSize), false},
-        {"capture without a scene", 3, {}, {}, DefaultFace(big), {}, DefaultFace(sceneSize), false},
-        {"comparison with library face", 0, scene, library, face, Scaled(QImage::fromData(library), big), {}, false},
-        {"comparison without library face", 1, scene, {}, face, DefaultFace(big), {}, false},
-        {"broken library face", 2, scene, QByteArray("not a picture"), face, DefaultFace(big), {}, true},
-        {"scene over 8192 a side", 4, tooWide, {}, DefaultFace(big), {}, DefaultFace(sceneSize), true},
+        {"capture shows the whole scene", 4, scene, {}, face, {}, sceneImage, false},
+        {"capture without a scene", 3, {}, {}, none, {}, none, false},
+        {"comparison with library face", 0, scene, library, face, QImage::fromData(library), {}, false},
+        {"comparison without library face", 1, scene, {}, face, none, {}, false},
+        {"broken library face", 2, scene, QByteArray("not a picture"), face, none, {}, true},
+        {"scene over 8192 a side", 4, tooWide, {}, none, {}, none, true},
     };
     for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
@@ -201,9 +187,9 @@ TEST(ComparisonDetail, PicturesSceneDefaultsAndRefusals)
         info.eventID = r.name;
         CComparisonDetail dialog;
         dialog.SetAlarmInfo(info);
-        EXPECT_EQ(Shown(child<QLabel>(&dialog, "m_pFirstPicLbl")), r.first);
-        EXPECT_EQ(Shown(child<QLabel>(&dialog, "m_pSecondPicLbl")), r.second);
-        EXPECT_EQ(Shown(child<QLabel>(&dialog, "m_pBigPicLbl")), r.shownScene);
+        EXPECT_TRUE(cardtest::ShowsAt(child<QLabel>(&dialog, "m_pFirstPicLbl"), r.first, big));
+        EXPECT_TRUE(cardtest::ShowsAt(child<QLabel>(&dialog, "m_pSecondPicLbl"), r.second, big));
+        EXPECT_TRUE(cardtest::ShowsAt(child<QLabel>(&dialog, "m_pBigPicLbl"), r.shownScene, sceneSize));
 
         QFile log(QString::fromStdString(Base::Log::CurrentFile()));
         ASSERT_TRUE(log.open(QIODevice::ReadOnly));
