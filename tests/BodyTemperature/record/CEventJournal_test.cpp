@@ -117,7 +117,6 @@ TEST_F(JournalTest, EmulatorAlarmsBecomeRowsThroughTheDisplay)
 TEST_F(JournalTest, RowsSurviveARestartAndAnOldSchemaIsMigrated)
 {
     const QString path = this->path(QStringLiteral("journal.db"));
-    // A file as the first release wrote it.
     ASSERT_TRUE(testsupport::sqlExec(path.toStdString(), std::string(kFirstJournalTable)
             + "INSERT INTO events(time, kind, temperature_type, mask_type, person_name, camera_id)"
               " VALUES(100, 0, 0, 2, 'old', 'cam-1'); PRAGMA user_version = 1;"));

@@ -127,7 +127,6 @@ protected:
 std::unique_ptr<QTemporaryDir> SiteRecordTest::s_certs;
 std::unique_ptr<testsupport::PrivatePgCluster> SiteRecordTest::s_cluster;
 
-// Every event exactly once, whatever happened to the server or the station.
 TEST_F(SiteRecordTest, EveryEventExactlyOnce)
 {
     const QByteArray face = testsupport::makeJpeg(200, 260, 95);
@@ -214,7 +213,6 @@ TEST_F(SiteRecordTest, ServerAtThePreviousSchemaIsMigrated)
         std::to_string(CSiteSchema::kVersion) + "|new,old,old|0Olga,0P1,1Staff");
 }
 
-// What the operator and the log see for each way of meeting the server.
 TEST_F(SiteRecordTest, TlsAndPasswordAreCheckedOnceAndTheStationGoesOn)
 {
     const QString logFile = path(QStringLiteral("site.log"));
