@@ -104,10 +104,10 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
                   << QStringLiteral("ssl_cert_file=") + m_dir.filePath(QStringLiteral("server.crt"))
                   << QStringLiteral("-c") << QStringLiteral("ssl_key_file=") + m_dir.filePath(QStringLiteral("server.key"));
     }
-    return startServer();
+    return Restart();
 }
 
-QString PrivatePgCluster::startServer()
+QString PrivatePgCluster::Restart()
 {
     // The server runs as this process's own child, not daemonized, and dies
     // with it (PR_SET_PDEATHSIG): a test that crashes or is killed leaves no
@@ -166,11 +166,6 @@ QString PrivatePgCluster::startServer()
     }
     Stop();
     return QStringLiteral("the server did not become ready");
-}
-
-QString PrivatePgCluster::Restart()
-{
-    return startServer();
 }
 
 void PrivatePgCluster::KillHard()

@@ -1,8 +1,5 @@
-// Silence on the alarm stream: a device that sends keep-alives, or keeps its
-// stream busy with events, is watched for silence and reconnected quickly,
-// with its state reported (a reconnection into silence stays offline); an
-// idle device that keeps sending keep-alives is left alone, and so is a quiet
-// one that has shown neither.
+// Silence on the alarm stream is caught only where the device showed it keeps the
+// stream alive (keep-alives or a busy stream); a reconnection into silence stays offline.
 #include <QSignalSpy>
 #include <chrono>
 #include <gtest/gtest.h>
