@@ -33,8 +33,6 @@ public:
     QString Psql(const QString& sql) const;
 
 private:
-    QString run(const QStringList& command, bool asServerUser) const;
-
     QTemporaryDir m_dir;
     int m_port = 0;
     QStringList m_options;
