@@ -1,7 +1,5 @@
-// Replay driver for a fuzz target built without libFuzzer (g++): runs the
-// target's entry point once on every file of the given folders (default: the
-// target's checked-in corpus), so the normal build and `make test` keep every
-// input that once crashed a reader.
+// Replay driver for a fuzz target built without libFuzzer: runs the target once
+// on every file of the given folders (default: its corpus), so crashers stay fixed.
 #include <QDir>
 #include <QFile>
 #include <cstdint>

@@ -1,7 +1,5 @@
-// Fuzz entry: the alarm stream as it comes off the network -- the multipart
-// reader and the event decoder together, fed in uneven pieces (the piece
-// sizes follow from the input, so the fuzzer explores the cuts too). Every
-// event handed on must carry exactly the picture parts it listed.
+// Fuzz entry: the multipart reader and event decoder together, fed in pieces sized
+// by the input; every event handed on carries exactly the picture parts it listed.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

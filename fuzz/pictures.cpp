@@ -1,7 +1,5 @@
-// Fuzz entry: the event pictures -- the size guard on the header, the whole
-// decode and the clipped decode of a face rectangle (the rectangle follows
-// from the input's last bytes). A region must come back at the asked size or
-// null.
+// Fuzz entry: the event pictures' size guard, whole decode and clipped decode of a
+// face rectangle taken from the input's last bytes (the asked size, or null).
 #include <QByteArray>
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,5 @@
-// Fuzz entry: the reader of a device's RTSP answers, framing included, as the
-// RTSP guard runs it on what a device sends (the head's length, the head, its
-// length header and its challenges).
+// Fuzz entry: the reader of a device's RTSP answers as the RTSP guard runs it
+// (the head's length, the head, its length header and its challenges).
 #include <QByteArray>
 #include <QList>
 #include <cstddef>

@@ -1,6 +1,5 @@
-// Fuzz entry: the readers of the device's XML documents. Every reader gets
-// every input; each must return without crashing, hanging or reading outside
-// the given bytes. A record that was read is written back and read again.
+// Fuzz entry: every reader of the device's XML documents on every input; a record
+// that was read is written back and read again.
 #include <cstddef>
 #include <cstdint>
 #include <string>

@@ -1,7 +1,6 @@
 #pragma once
-// The classification of one temperature-capture face, as rows: the face's
-// fields, the sound and pop-up switches (which pick the fallbacks) and what
-// must follow, for the classifier's test. Header only.
+// The classification of one temperature-capture face as rows: the face's fields,
+// the sound and pop-up switches, and what must follow.
 #include <QString>
 #include <ostream>
 

@@ -1,7 +1,6 @@
 #pragma once
 // Runs bin/devicesim on a free loopback port for a test, talks to its control
-// API, and gives the matching host device configuration. Header-only so any
-// test can include it. The process is killed in the destructor.
+// API, and gives the matching host device configuration; killed when destroyed.
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
@@ -35,6 +34,22 @@ inline bool dvapi(const std::string& device, const std::string& requestLine, std
     const bool ok = commlayer::CDataStatisticsComm::dvapiRequest(device, rsp, req);
     answer = rsp.body;
     return ok;
+}
+
+// A host device entry for a device on a loopback port: four cameras, two per area.
+inline clientcommonlogical::DeviceConfig LoopbackDevice(const std::string& id, int port, const std::string& password)
+{
+    clientcommonlogical::DeviceConfig d;
+    d.id = id;
+    d.name = "Emulated camera";
+    d.address = "127.0.0.1";
+    d.port = port;
+    d.user = "admin";
+    d.password = password;
+    for (int ch = 1; ch <= 4; ++ch)
+        d.channels.push_back({ch, id + "-CH" + std::to_string(ch), "Camera " + std::to_string(ch),
+            ch <= 2 ? "Lobby" : "Back office", std::string()});
+    return d;
 }
 
 class DeviceSim {
@@ -85,17 +100,7 @@ public:
     clientcommonlogical::DeviceConfig device(const std::string& id = "TEST0001",
         const std::string& password = kPassword) const
     {
-        clientcommonlogical::DeviceConfig d;
-        d.id = id;
-        d.name = "Emulated camera";
-        d.address = "127.0.0.1";
-        d.port = m_port;
-        d.user = kUser;
-        d.password = password;
-        for (int ch = 1; ch <= 4; ++ch)
-            d.channels.push_back({ch, id + "-CH" + std::to_string(ch), "Camera " + std::to_string(ch),
-                ch <= 2 ? "Lobby" : "Back office", std::string()});
-        return d;
+        return LoopbackDevice(id, m_port, password);
     }
 
     // One request to the control API (no authentication); the answer body.

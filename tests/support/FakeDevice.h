@@ -1,28 +1,92 @@
 #pragma once
-// A misbehaving device on 127.0.0.1 for transport tests: every connection is
-// accepted on its own thread and handed to the test's script, which reads the
-// request and writes whatever it likes (endless bodies, nothing at all).
-// Scripts must return once stopping() turns true; the destructor closes the
-// socket, waits for every connection thread and closes their sockets.
+// Loopback sockets for tests, and FakeDevice: a device on 127.0.0.1 whose every
+// connection a script of the test serves on a thread of its own.
+#include <arpa/inet.h>
 #include <atomic>
 #include <cerrno>
 #include <functional>
 #include <mutex>
+#include <netinet/in.h>
 #include <string>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
 
-#include "support/LoopbackStream.h"
-
 namespace testsupport {
 
+inline sockaddr_in LoopbackAddress(int port)
+{
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(uint16_t(port));
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return a;
+}
+
+// Accepts connections into its backlog but never answers; FreePort() refuses them.
+class ListeningSocket {
+public:
+    explicit ListeningSocket(bool listen = true)
+    {
+        m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in a = LoopbackAddress(0);
+        ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof(a));
+        socklen_t len = sizeof(a);
+        ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
+        m_port = ntohs(a.sin_port);
+        if (listen)
+            ::listen(m_fd, 16);
+    }
+    ~ListeningSocket() { Close(); }
+    ListeningSocket(const ListeningSocket&) = delete;
+    // Also wakes a thread blocked in accept(); that thread reads fd() meanwhile.
+    void Close()
+    {
+        const int fd = m_fd.exchange(-1);
+        if (fd >= 0) {
+            ::shutdown(fd, SHUT_RDWR);
+            ::close(fd);
+        }
+    }
+    int port() const { return m_port; }
+    int fd() const { return m_fd; }
+
+private:
+    std::atomic<int> m_fd{-1};
+    int m_port = 0;
+};
+
+inline int FreePort() { return ListeningSocket(false).port(); }
+
+// Whether something takes connections on the loopback port.
+inline bool Accepts(int port)
+{
+    const sockaddr_in a = LoopbackAddress(port);
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool ok = ::connect(fd, reinterpret_cast<const sockaddr*>(&a), sizeof a) == 0;
+    ::close(fd);
+    return ok;
+}
+
+// Scripts must return once stopping() turns true; the destructor closes the
+// socket, waits for every connection thread and closes their sockets.
 class FakeDevice {
 public:
+    // Script: after the request head is read (raw fd: whatever the test likes to write).
     using Script = std::function<void(FakeDevice& self, int fd, const std::string& request)>;
+    // Connection: before anything is read (a TLS handshake, say).
+    using Connection = std::function<void(FakeDevice& self, int fd)>;
 
-    explicit FakeDevice(Script script) : m_script(std::move(script))
+    explicit FakeDevice(Script script)
+        : FakeDevice(Connection([script = std::move(script)](FakeDevice& self, int fd) {
+              const std::string request = readRequest(fd);
+              if (!request.empty())
+                  script(self, fd, request);
+          }))
+    {
+    }
+    explicit FakeDevice(Connection connection) : m_connection(std::move(connection))
     {
         m_accept = std::thread([this, fd = m_socket.fd()] { acceptLoop(fd); });
     }
@@ -91,16 +155,14 @@ private:
             m_threads.emplace_back([this, fd] {
                 timeval limit{10, 0};
                 ::setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
-                const std::string request = readRequest(fd);
-                if (!request.empty())
-                    m_script(*this, fd, request);
+                m_connection(*this, fd);
                 ::shutdown(fd, SHUT_RDWR);
                 ::close(fd);
             });
         }
     }
 
-    Script m_script;
+    Connection m_connection;
     ListeningSocket m_socket;
     std::atomic<bool> m_stop{false};
     std::atomic<int> m_connections{0};

@@ -1,7 +1,6 @@
 #pragma once
-// Measures how long the GUI thread went without running its event loop: a
-// 10 ms timer on that thread records the longest interval between two of its
-// ticks (nested loops of modal dialogs tick it too). Header-only; GUI thread.
+// The longest time the GUI thread went without running its event loop, from a
+// 10 ms timer on it (nested loops of modal dialogs tick it too). GUI thread.
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>

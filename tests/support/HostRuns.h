@@ -1,9 +1,6 @@
 #pragma once
-// What the host-kit tests set up again and again: the host's logic model with
-// the plug-in through which play windows find its cameras, a whole run of the
-// host program.
-// GUI thread; header only, so that only the tests that include it link the
-// host's libraries.
+// The host's logic model with the plug-in through which play windows find its
+// cameras, and a whole run of the host program. GUI thread.
 #include <QProcess>
 #include <QStringList>
 #include <memory>

@@ -1,7 +1,6 @@
 #pragma once
-// JPEG encoding through libjpeg with the choices Qt's writer does not offer
-// (sampling, grayscale, progressive, restart markers), for tests and benches
-// that need pictures like the ones cameras send.
+// JPEG encoding through libjpeg with choices Qt's writer lacks (sampling,
+// grayscale, progressive, restart markers), for pictures like cameras send.
 #include <QBuffer>
 #include <QByteArray>
 #include <QImage>

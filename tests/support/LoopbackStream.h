@@ -1,116 +1,40 @@
 #pragma once
-// Live streams for tests on 127.0.0.1, each to one client: PartServer loops
-// given JPEGs as MJPEG over HTTP; FfmpegServer serves a lavfi source.
-// ListeningSocket accepts but never answers; FreePort refuses; Accepts
-// tells whether a port takes connections.
+// Live streams for tests on 127.0.0.1: PartServer loops given JPEGs as MJPEG
+// over HTTP; FfmpegServer serves a lavfi source to one client.
 #include <QImage>
 #include <QProcess>
 #include <QStringList>
-#include <arpa/inet.h>
-#include <atomic>
 #include <chrono>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
+#include "support/FakeDevice.h"
 #include "support/TestSupport.h"
 
 namespace testsupport {
 
-inline sockaddr_in LoopbackAddress(int port)
-{
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(uint16_t(port));
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return a;
-}
-
-class ListeningSocket {
-public:
-    explicit ListeningSocket(bool listen = true)
-    {
-        m_fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in a = LoopbackAddress(0);
-        ::bind(m_fd, reinterpret_cast<sockaddr*>(&a), sizeof(a));
-        socklen_t len = sizeof(a);
-        ::getsockname(m_fd, reinterpret_cast<sockaddr*>(&a), &len);
-        m_port = ntohs(a.sin_port);
-        if (listen)
-            ::listen(m_fd, 16);
-    }
-    ~ListeningSocket() { Close(); }
-    ListeningSocket(const ListeningSocket&) = delete;
-    // Also wakes a thread blocked in accept(); that thread reads fd() meanwhile.
-    void Close()
-    {
-        const int fd = m_fd.exchange(-1);
-        if (fd >= 0) {
-            ::shutdown(fd, SHUT_RDWR);
-            ::close(fd);
-        }
-    }
-    int port() const { return m_port; }
-    int fd() const { return m_fd; }
-
-private:
-    std::atomic<int> m_fd{-1};
-    int m_port = 0;
-};
-
-inline int FreePort() { return ListeningSocket(false).port(); }
-
-// Whether something takes connections on the loopback port.
-inline bool Accepts(int port)
-{
-    const sockaddr_in a = LoopbackAddress(port);
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool ok = ::connect(fd, reinterpret_cast<const sockaddr*>(&a), sizeof a) == 0;
-    ::close(fd);
-    return ok;
-}
-
 class PartServer {
 public:
-    explicit PartServer(std::vector<QByteArray> parts) : m_parts(std::move(parts))
+    explicit PartServer(std::vector<QByteArray> parts)
+        : m_parts(std::move(parts)), m_device([this](FakeDevice& self, int fd, const std::string&) { Serve(self, fd); })
     {
-        url = QStringLiteral("http://127.0.0.1:%1/live").arg(m_socket.port());
-        m_thread = std::thread([this] { Serve(); });
-    }
-    ~PartServer()
-    {
-        m_stop = true;
-        m_socket.Close();
-        m_thread.join();
+        url = QStringLiteral("http://127.0.0.1:%1/live").arg(m_device.port());
     }
     QString url;
 
 private:
-    void Serve()
+    void Serve(FakeDevice& self, int fd) const
     {
-        const int fd = ::accept(m_socket.fd(), nullptr, nullptr);
-        if (fd < 0)
-            return;
-        char req[2048];
-        (void)::recv(fd, req, sizeof(req), 0);
-        auto send = [fd](const QByteArray& b) {
-            return ::send(fd, b.constData(), static_cast<size_t>(b.size()), MSG_NOSIGNAL) == b.size();
-        };
-        bool ok = send(QByteArrayLiteral("HTTP/1.0 200 OK\r\nContent-Type: multipart/x-mixed-replace;boundary=frame\r\n\r\n"));
-        for (size_t i = 0; ok && !m_stop; ++i) {
+        bool ok = FakeDevice::send(fd, "HTTP/1.0 200 OK\r\nContent-Type: multipart/x-mixed-replace;boundary=frame\r\n\r\n");
+        for (size_t i = 0; ok && !self.stopping(); ++i) {
             const QByteArray& part = m_parts[i % m_parts.size()];
-            ok = send("--frame\r\nContent-Type: image/jpeg\r\nContent-Length: " + QByteArray::number(part.size()) + "\r\n\r\n")
-                && send(part) && send(QByteArrayLiteral("\r\n"));
+            ok = FakeDevice::send(fd, "--frame\r\nContent-Type: image/jpeg\r\nContent-Length: " + std::to_string(part.size())
+                    + "\r\n\r\n" + part.toStdString() + "\r\n");
             std::this_thread::sleep_for(std::chrono::milliseconds(40));
         }
-        ::close(fd);
     }
-    ListeningSocket m_socket;
     std::vector<QByteArray> m_parts;
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
+    FakeDevice m_device;
 };
 
 class FfmpegServer {

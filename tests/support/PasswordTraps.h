@@ -1,20 +1,15 @@
 #pragma once
 // Loopback impostors for password-exposure tests, each recording every byte
-// it is sent (decrypted): FakeRtspDevice answers requests by a script, over
-// TCP or TLS with a certificate of its own; BasicAskingDevice answers every
-// HTTP (or RTSP) request with a 401 that asks for Basic authentication.
-// MakeCertificate writes a self-signed certificate for 127.0.0.1,
-// MakeSignedCertificate one signed by a private CA of its own.
+// it is sent (decrypted), and the certificates they present.
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
-#include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <openssl/ssl.h>
-#include <thread>
 
-#include "support/LoopbackStream.h"
+#include "support/FakeDevice.h"
 
 namespace testsupport {
 
@@ -67,8 +62,7 @@ inline bool ContainsPassword(const QByteArray& data, const QByteArray& user, con
 }
 
 // A device on loopback whose answers a script writes (raw bytes, so they may
-// break any rule), over TLS when given a certificate and key. Keeps every
-// request it read (decrypted) and counts its connections.
+// break any rule), over TLS when given a certificate and key.
 class FakeRtspDevice {
 public:
     // The answer to one request; cseq is the request's CSeq value.
@@ -82,54 +76,44 @@ public:
             SSL_CTX_use_certificate_chain_file(m_ctx, cert.toUtf8().constData());
             SSL_CTX_use_PrivateKey_file(m_ctx, key.toUtf8().constData(), SSL_FILETYPE_PEM);
         }
-        m_thread = std::thread([this] { Serve(); });
+        m_device = std::make_unique<FakeDevice>(FakeDevice::Connection([this](FakeDevice& self, int fd) { Serve(self, fd); }));
     }
     ~FakeRtspDevice()
     {
-        m_stop = true;
-        m_socket.Close();
-        m_thread.join();
+        m_device.reset();
         SSL_CTX_free(m_ctx);
     }
-    int port() const { return m_socket.port(); }
+    int port() const { return m_device->port(); }
     QByteArray received() const
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         return m_received;
     }
-    int connections() const { return m_connections.load(); }
 
 private:
-    void Serve()
+    void Serve(FakeDevice& self, int fd)
     {
-        for (;;) {
-            const int fd = ::accept(m_socket.fd(), nullptr, nullptr);
-            if (fd < 0)
-                return;
-            ++m_connections;
-            timeval limit{5, 0};  // a handshake on a busy machine
-            setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-            SSL* ssl = nullptr;
-            if (m_ctx != nullptr) {
-                ssl = SSL_new(m_ctx);
-                SSL_set_fd(ssl, fd);
-            }
-            if (ssl == nullptr || SSL_accept(ssl) == 1) {
-                limit = {0, 200000};  // then short waits, so that a stop is seen
-                setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-                Talk(fd, ssl);
-            }
-            SSL_free(ssl);
-            ::close(fd);
+        timeval limit{5, 0};  // a handshake on a busy machine
+        setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        SSL* ssl = nullptr;
+        if (m_ctx != nullptr) {
+            ssl = SSL_new(m_ctx);
+            SSL_set_fd(ssl, fd);
         }
+        if (ssl == nullptr || SSL_accept(ssl) == 1) {
+            limit = {0, 200000};  // then short waits, so that a stop is seen
+            setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+            Talk(self, fd, ssl);
+        }
+        SSL_free(ssl);
     }
 
-    void Talk(int fd, SSL* ssl)
+    void Talk(FakeDevice& self, int fd, SSL* ssl)
     {
         char buf[4096];
         QByteArray pending;
         int idle = 0;
-        while (!m_stop && idle < 25) {  // five quiet seconds end the connection
+        while (!self.stopping() && idle < 25) {  // five quiet seconds end the connection
             const int n = ssl != nullptr ? SSL_read(ssl, buf, sizeof buf) : int(::recv(fd, buf, sizeof buf, 0));
             if (n == 0 || (n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && (ssl == nullptr
                                || SSL_get_error(ssl, n) != SSL_ERROR_WANT_READ)))
@@ -163,12 +147,9 @@ private:
 
     Script m_script;
     SSL_CTX* m_ctx = nullptr;
-    ListeningSocket m_socket;
-    std::atomic<bool> m_stop{false};
-    std::atomic<int> m_connections{0};
     mutable std::mutex m_mutex;
     QByteArray m_received;
-    std::thread m_thread;
+    std::unique_ptr<FakeDevice> m_device;  // last: its threads use the rest
 };
 
 // Answers every HTTP (or RTSP) request with a 401 that asks for Basic.

@@ -50,23 +50,6 @@ PrivatePgCluster::~PrivatePgCluster()
     Stop();
 }
 
-QString PrivatePgCluster::run(const QStringList& command, bool asServerUser) const
-{
-    QProcess p;
-    p.setWorkingDirectory(m_dir.path());
-    p.setProcessChannelMode(QProcess::MergedChannels);
-    QStringList args = command;
-    QString program = args.takeFirst();
-    if (asServerUser && isRoot()) {
-        args = QStringList{QStringLiteral("-u"), QStringLiteral("postgres"), QStringLiteral("--"), program} + args;
-        program = QStringLiteral("runuser");
-    }
-    p.start(program, args);
-    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-        return QStringLiteral("%1 failed: %2").arg(command.first(), QString::fromLocal8Bit(p.readAll()));
-    return QString();
-}
-
 QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
 {
     if (!QFile::exists(kBin + QStringLiteral("initdb")))
@@ -80,12 +63,19 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
     pw.write(kPassword);
     pw.close();
     giveToServerUser(pwfile);
-    const QString error = run({kBin + QStringLiteral("initdb"), QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")),
-                                  QStringLiteral("-U"), QString::fromLatin1(kUser), QStringLiteral("--pwfile"), pwfile,
-                                  QStringLiteral("-A"), QStringLiteral("scram-sha-256"), QStringLiteral("--no-sync")},
-        true);
-    if (!error.isEmpty())
-        return error;
+    QProcess initdb;
+    initdb.setWorkingDirectory(m_dir.path());
+    initdb.setProcessChannelMode(QProcess::MergedChannels);
+    const QStringList args{kBin + QStringLiteral("initdb"), QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")),
+        QStringLiteral("-U"), QString::fromLatin1(kUser), QStringLiteral("--pwfile"), pwfile, QStringLiteral("-A"),
+        QStringLiteral("scram-sha-256"), QStringLiteral("--no-sync")};
+    if (isRoot())
+        initdb.start(QStringLiteral("runuser"),
+            QStringList{QStringLiteral("-u"), QStringLiteral("postgres"), QStringLiteral("--")} + args);
+    else
+        initdb.start(args.first(), args.mid(1));
+    if (!initdb.waitForFinished(60000) || initdb.exitStatus() != QProcess::NormalExit || initdb.exitCode() != 0)
+        return QStringLiteral("initdb failed: ") + QString::fromLocal8Bit(initdb.readAll());
     m_port = FreePort();
     m_options = QStringList{QStringLiteral("-p"), QString::number(m_port), QStringLiteral("-k"), m_dir.path(),
         QStringLiteral("-c"), QStringLiteral("listen_addresses=127.0.0.1"), QStringLiteral("-c"),
@@ -104,10 +94,10 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
                   << QStringLiteral("ssl_cert_file=") + m_dir.filePath(QStringLiteral("server.crt"))
                   << QStringLiteral("-c") << QStringLiteral("ssl_key_file=") + m_dir.filePath(QStringLiteral("server.key"));
     }
-    return startServer();
+    return Restart();
 }
 
-QString PrivatePgCluster::startServer()
+QString PrivatePgCluster::Restart()
 {
     // The server runs as this process's own child, not daemonized, and dies
     // with it (PR_SET_PDEATHSIG): a test that crashes or is killed leaves no
@@ -166,11 +156,6 @@ QString PrivatePgCluster::startServer()
     }
     Stop();
     return QStringLiteral("the server did not become ready");
-}
-
-QString PrivatePgCluster::Restart()
-{
-    return startServer();
 }
 
 void PrivatePgCluster::KillHard()

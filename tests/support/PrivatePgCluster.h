@@ -1,11 +1,6 @@
 #pragma once
-// A PostgreSQL cluster private to one test program (Debian's postgresql-15):
-// created in a temporary folder, listening on a free loopback port, user
-// "bt" with a password, optionally with TLS. As root the server runs as the
-// package's "postgres" user (it refuses root). The server is a child of the
-// thread that starts it and dies with the process, however that ends.
-// Stopped when destroyed; can be killed with SIGKILL and started again on
-// the same files and port. Start, Restart, KillHard and Stop on one thread.
+// A PostgreSQL cluster private to one test program on a free loopback port, as
+// the "postgres" user when root; its server dies with the process. One thread.
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -38,9 +33,6 @@ public:
     QString Psql(const QString& sql) const;
 
 private:
-    QString run(const QStringList& command, bool asServerUser) const;
-    QString startServer();
-
     QTemporaryDir m_dir;
     int m_port = 0;
     QStringList m_options;

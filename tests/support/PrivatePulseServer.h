@@ -1,8 +1,6 @@
 #pragma once
-// A PulseAudio server private to one test: a null sink "testsink" whose
-// monitor can be recorded, reached through XDG_RUNTIME_DIR and PULSE_SERVER
-// set for the test's lifetime. Its output goes nowhere, so ctest never waits
-// on it.
+// A PulseAudio server private to one test: a null sink "testsink" whose monitor
+// can be recorded, reached through the environment set for the test's lifetime.
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>

@@ -1,7 +1,6 @@
 #pragma once
-// Raw SQL on a database file, outside the code under test: to build old,
-// locked or hostile files and to read back what the code wrote. Header only,
-// so that only the tests that include it need SQLite; any thread.
+// Raw SQL on a database file, outside the code under test: to build old, locked
+// or hostile files and read back what the code wrote. Any thread.
 #include <sqlite3.h>
 #include <string>
 #include <gtest/gtest.h>

@@ -1,21 +1,11 @@
 // The host log keeps a bounded amount on disk and writes debug records only
 // when switched on.
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include "Base/Log.h"
-
-namespace {
-
-QByteArray readAll(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-} // namespace
+#include "support/TestSupport.h"
 
 TEST(HostLog, RollsOverBySizeAndKeepsAFewFiles)
 {
@@ -35,7 +25,7 @@ TEST(HostLog, RollsOverBySizeAndKeepsAFewFiles)
     EXPECT_EQ(files, (QStringList{QStringLiteral("host.log"), QStringLiteral("host.log.1"), QStringLiteral("host.log.2")}));
     QByteArray all;
     for (const QString& f : files) {
-        const QByteArray bytes = readAll(dir.filePath(f));
+        const QByteArray bytes = testsupport::readFile(dir.filePath(f));
         EXPECT_LE(bytes.size(), 4096 + 512) << qPrintable(f);  // one record may cross the bound
         all += bytes;
     }

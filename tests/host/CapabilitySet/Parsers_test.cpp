@@ -11,7 +11,6 @@
 #include "CapabilitySet/FaceDataRecordCfg.h"
 #include "CapabilitySet/HFPDSearchFaceResult.h"
 #include "CapabilitySet/PersonnalInfoExtendListConfig.h"
-#include "commlayer/CDeviceDownloadsComm.h"
 #include "support/DeviceSim.h"
 
 using namespace CapabilitySet;
@@ -20,7 +19,6 @@ namespace {
 
 class ParsersTest : public testsupport::SimTest {
 protected:
-    static void SetUpTestSuite() { startSim({QStringLiteral("--hfpd-polls"), QStringLiteral("3")}); }
     static std::string fetch(const std::string& requestLine)
     {
         std::string answer;
@@ -43,7 +41,7 @@ TEST_F(ParsersTest, CapabilityFromTheDevice)
     EXPECT_FALSE(cap.extendList[2].enable);
 }
 
-TEST_F(ParsersTest, LibrariesExtensionsAndCityCodesFromTheDevice)
+TEST_F(ParsersTest, LibrariesAndCityCodesFromTheDevice)
 {
     FaceDataLibraryCfg libs(fetch("GET /DVAPI/Intelligent/FDLib\r\n"));
     ASSERT_TRUE(libs.bValid);
@@ -51,42 +49,12 @@ TEST_F(ParsersTest, LibrariesExtensionsAndCityCodesFromTheDevice)
     EXPECT_EQ(libs.libraries[0].name, "Staff");
     EXPECT_EQ(libs.libraries[2].type, "stranger");
 
-    for (const char* line : {"GET /DVAPI/Intelligent/faceContrast/personInfoExtend\r\n",
-             "GET /DVAPI/Intelligent/faceContrast/personInfoExtend/FDID/1"}) {
-        PersonnalInfoExtendListConfig ext(fetch(line));
-        EXPECT_TRUE(ext.bValid) << line;
-        EXPECT_EQ(ext.items.size(), 3u) << line;
-    }
-
     CityCodeCapability cities(fetch("GET /DVAPI/System/cityCode?format=json\r\n"));
     ASSERT_TRUE(cities.bValid);
     const ProvinceCode* hainan = cities.Find("46");
     ASSERT_NE(hainan, nullptr);
     EXPECT_EQ(hainan->cities.back().code, "90");
     EXPECT_EQ(cities.Find("99"), nullptr);
-}
-
-TEST_F(ParsersTest, HfpdProgressReachesCompletionAfterPolling)
-{
-    const std::string line = "GET /DVAPI/SDT/HFPD/searchTask/result/recordData/task-42?format=json\r\n";
-    std::vector<int> progress;
-    HFPDSearchFaceResult result;
-    do {
-        ASSERT_TRUE(result.Parse(fetch(line)));
-        progress.push_back(result.progress);
-    } while (result.progress != 100 && progress.size() < 10);
-    EXPECT_EQ(progress, (std::vector<int>{33, 66, 100}));
-    ASSERT_GE(result.results.size(), 5u);
-    for (const HFPDFaceResultItem& item : result.results) {
-        EXPECT_GT(item.index, 0);
-        EXPECT_EQ(item.captureTime.size(), 25u) << item.captureTime;  // yyyy-MM-ddThh:mm:ss+08:00
-        EXPECT_FALSE(item.picUrl.empty());
-        EXPECT_GT(item.width, 0.f);
-        EXPECT_NO_THROW((void)std::stoi(item.channelID));
-    }
-    QByteArray picture;
-    ASSERT_TRUE(commlayer::CDeviceDownloadsComm::request(result.results[0].picUrl, "TEST0001", picture));
-    EXPECT_TRUE(picture.startsWith("\xFF\xD8"));
 }
 
 TEST(FaceDataRecordCfg, StructToXmlReadsBackWithEscapedText)

@@ -1,6 +1,5 @@
-// The host's form pieces: integer validator, waiting dialog, device list
-// model and the texts of device errors (the validating line edit and the date
-// field are checked through the add-to-library form).
+// The host's form pieces: integer validator, waiting dialog, device list model
+// and the texts of device errors.
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>

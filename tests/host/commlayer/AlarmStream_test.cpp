@@ -1,6 +1,5 @@
-// The live alarm intake against the emulator over loopback: events arrive in
-// order and intact, bad parts are skipped, the stream comes back after the
-// device drops it, and availability is reported.
+// The live alarm intake against the emulator: events in order and intact, bad
+// parts skipped, the stream back after a drop, availability reported.
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

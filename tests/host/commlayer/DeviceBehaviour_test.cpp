@@ -45,12 +45,8 @@ TEST(DeviceBehaviour, SubscriptionStopsWhileADeviceNeverAnswers)
 {
     // A port that accepts connections (the kernel does) but never answers.
     testsupport::ListeningSocket silent;
-    clientcommonlogical::DeviceConfig dev;
-    dev.id = "SILENT";
-    dev.address = "127.0.0.1";
-    dev.port = silent.port();
     // Its destructor must return: the open transfer is cut, not waited out.
-    commlayer::CAlarmSubscription sub(dev, 100);
+    commlayer::CAlarmSubscription sub(testsupport::LoopbackDevice("SILENT", silent.port(), "pw"), 100);
     sub.Start();
     testsupport::pump(300);
 }

@@ -1,7 +1,5 @@
-// Devices that misbehave on purpose, on loopback: endless bodies of every
-// kind, a digest challenge followed by silence, unreadable channel-status
-// answers. No crash, no unbounded buffering, clear error pairs and log lines.
-#include <QFile>
+// Devices that misbehave on purpose (endless bodies, silence after a challenge,
+// unreadable status): no crash, no unbounded buffering, clear errors and logs.
 #include <cstdio>
 #include <gtest/gtest.h>
 
@@ -26,18 +24,6 @@ using Pair = std::pair<int, int>;
 
 namespace {
 
-clientcommonlogical::DeviceConfig fakeConfig(const std::string& id, int port)
-{
-    clientcommonlogical::DeviceConfig d;
-    d.id = id;
-    d.address = "127.0.0.1";
-    d.port = port;
-    d.user = "admin";
-    d.password = "pw";
-    d.channels = {{1, id + "-CH1", "Camera 1", "Lobby", std::string()}, {2, id + "-CH2", "Camera 2", "Lobby", std::string()}};
-    return d;
-}
-
 std::string head(int status, const char* type, long long length = -1)
 {
     std::string h = "HTTP/1.1 " + std::to_string(status) + " X\r\nContent-Type: " + type + "\r\n";
@@ -58,9 +44,7 @@ long peakKb()
 // Starts a new peak at the present resident size; returns it (kB).
 long resetPeak()
 {
-    QFile f(QStringLiteral("/proc/self/clear_refs"));
-    EXPECT_TRUE(f.open(QIODevice::WriteOnly) && f.write("5") == 1);
-    f.close();
+    EXPECT_TRUE(testsupport::writeFile(QStringLiteral("/proc/self/clear_refs"), "5"));
     return peakKb();
 }
 
@@ -82,7 +66,7 @@ TEST(HostileDevice, EndlessAndOversizedBodiesAreCutByKind)
             FakeDevice::send(fd, head(200, "application/json", (long long)doc.size()) + doc);
         }
     });
-    clientcommonlogical::CConfigMgr::Instance()->SetDevices({fakeConfig("FAKE", dev.port())});
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({testsupport::LoopbackDevice("FAKE", dev.port(), "pw")});
 
     struct Case {
         const char* name;
@@ -155,7 +139,7 @@ TEST(HostileDevice, TimeOutAfterTheDigestChallengeIsNotAWrongPassword)
         if (!again.empty())
             self.holdSilent(fd);
     });
-    clientcommonlogical::CConfigMgr::Instance()->SetDevices({fakeConfig("CHALLENGE", dev.port())});
+    clientcommonlogical::CConfigMgr::Instance()->SetDevices({testsupport::LoopbackDevice("CHALLENGE", dev.port(), "pw")});
     const qint64 logBefore = testsupport::logText().size();
     std::string answer;
     EXPECT_FALSE(testsupport::dvapi("CHALLENGE", "GET /DVAPI/System/deviceInfo\r\n", answer, std::string(), 1000));
@@ -165,8 +149,7 @@ TEST(HostileDevice, TimeOutAfterTheDigestChallengeIsNotAWrongPassword)
     EXPECT_FALSE(lines.contains("401")) << lines.constData();
 }
 
-// The alarm stream and the status poll of one fake device. The status answer
-// is chosen by the test while the subscription runs.
+// The status answer is switched while the subscription runs.
 TEST(HostileDevice, AlarmStreamAndStatusPollSurviveBrokenAnswers)
 {
     std::atomic<int> statusMode{0};
@@ -195,7 +178,7 @@ TEST(HostileDevice, AlarmStreamAndStatusPollSurviveBrokenAnswers)
     const qint64 logBefore = testsupport::logText().size();
     const long residentBefore = resetPeak();
     {
-        commlayer::CAlarmSubscription sub(fakeConfig("BROKEN", dev.port()), 100);
+        commlayer::CAlarmSubscription sub(testsupport::LoopbackDevice("BROKEN", dev.port(), "pw"), 100);
         sub.Start();
         ASSERT_TRUE(testsupport::waitUntil([&] { return notifier->IsChannelOnline(id, 1); }));
         for (int mode = 1; mode <= 4; ++mode) {

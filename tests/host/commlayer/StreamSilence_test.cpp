@@ -1,15 +1,12 @@
-// Silence on the alarm stream: a device that sends keep-alives, or keeps its
-// stream busy with events, is watched for silence and reconnected quickly,
-// with its state reported (a reconnection into silence stays offline); an
-// idle device that keeps sending keep-alives is left alone, and so is a quiet
-// one that has shown neither.
+// Silence on the alarm stream is caught only where the device showed it keeps the
+// stream alive (keep-alives or a busy stream); a reconnection into silence stays offline.
 #include <QSignalSpy>
 #include <chrono>
 #include <gtest/gtest.h>
 
 #include "commlayer/CAlarmSubscription.h"
 #include "commlayer/CDeviceStateNotifier.h"
-#include "support/FakeDevice.h"
+#include "support/DeviceSim.h"
 #include "support/TestSupport.h"
 
 using testsupport::FakeDevice;
@@ -53,15 +50,6 @@ void serve(FakeDevice& self, int fd, Script script, int connection)
     }
 }
 
-clientcommonlogical::DeviceConfig config(const std::string& id, int port)
-{
-    clientcommonlogical::DeviceConfig d;
-    d.id = id;
-    d.address = "127.0.0.1";
-    d.port = port;
-    return d;
-}
-
 } // namespace
 
 TEST(StreamSilence, SilenceIsCaughtOnlyWhereTheDeviceKeepsTheStreamAlive)
@@ -90,7 +78,7 @@ TEST(StreamSilence, SilenceIsCaughtOnlyWhereTheDeviceKeepsTheStreamAlive)
         FakeDevice dev([&](FakeDevice& self, int fd, const std::string&) { serve(self, fd, c.script, ++connection); });
         const QString id = QString::fromLatin1(c.id);
         QSignalSpy spy(notifier, &commlayer::CDeviceStateNotifier::signalDeviceOnline);
-        commlayer::CAlarmSubscription sub(config(c.id, dev.port()), 0);
+        commlayer::CAlarmSubscription sub(testsupport::LoopbackDevice(c.id, dev.port(), std::string()), 0);
         sub.SetSilenceLimitMs(1000);
         const auto start = std::chrono::steady_clock::now();
         sub.Start();

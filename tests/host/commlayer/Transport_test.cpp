@@ -9,7 +9,6 @@
 #include "commlayer/CDeviceDownloadsComm.h"
 #include "commlayer/CommErrors.h"
 #include "support/DeviceSim.h"
-#include "support/PasswordTraps.h"
 
 using commlayer::CDataStatisticsComm;
 using testsupport::dvapi;
@@ -178,42 +177,6 @@ TEST_F(TransportTest, FaceUploadsAreStoredSurviveARestartAndAreFound)
     // A search body that is not a face record is refused by the device.
     EXPECT_FALSE(dvapi("TEST0001", "POST /DVAPI/Intelligent/FDLib/FDSearch\r\n", answer, "<Other/>"));
     EXPECT_EQ(Base::Error::GetLastError().first, commlayer::kErrHttp);
-}
-
-// A device served over HTTPS with a certificate made for the test.
-TEST(TlsTransport, CertificateIsVerifiedAgainstTheConfiguredAuthority)
-{
-    QTemporaryDir dir;
-    const QString cert = dir.filePath(QStringLiteral("cert.pem"));
-    const QString key = dir.filePath(QStringLiteral("key.pem"));
-    ASSERT_TRUE(testsupport::MakeCertificate(cert, key));
-
-    testsupport::DeviceSim sim({QStringLiteral("--tls-cert"), cert, QStringLiteral("--tls-key"), key});
-    ASSERT_TRUE(sim.start());
-    struct Case {
-        const char* id;
-        bool verify;
-        bool withCa;
-        int error;
-    };
-    const Case cases[] = {{"TRUSTED", true, true, 0}, {"UNTRUSTED", true, false, commlayer::kErrTls}, {"NOVERIFY", false, false, 0}};
-    std::vector<clientcommonlogical::DeviceConfig> devices;
-    for (const Case& c : cases) {
-        auto d = sim.device(c.id);
-        d.scheme = "https";
-        d.verifyPeer = c.verify;
-        d.caFile = c.withCa ? cert.toStdString() : std::string();
-        devices.push_back(d);
-    }
-    clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.id);
-        std::string answer;
-        EXPECT_EQ(dvapi(c.id, "GET /DVAPI/Intelligent/FDLib\r\n", answer), c.error == 0);
-        EXPECT_EQ(Base::Error::GetLastError().first, c.error);
-    }
-    // The log names the transfer error instead of giving a bare number.
-    EXPECT_TRUE(testsupport::logText().contains("on device [UNTRUSTED] failed [29-0]: transfer error 60 (SSL peer certificate"));
 }
 
 } // namespace

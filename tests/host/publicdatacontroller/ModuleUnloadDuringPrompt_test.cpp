@@ -1,6 +1,5 @@
-// Unloading the module while a voice prompt is still playing: the prompt's
-// worker belongs to the module, so unloading must stop and join it before the
-// code goes away. Runs against a private PulseAudio server with a null sink.
+// Unloading the module while a voice prompt plays must stop and join the prompt's
+// worker before the code goes away (a private PulseAudio server, null sink).
 #include <QLibrary>
 #include <QWidget>
 #include <memory>

@@ -1,7 +1,5 @@
-// The module as the host sees it: loaded with dlopen, reached only through its
-// two exported C functions and the host interfaces. The module keeps its
-// current descriptor globally, so every step that makes descriptors deletes
-// them again: each step passes alone and in any order.
+// The module as the host sees it, through dlopen and its two exported functions.
+// It keeps its current descriptor globally: each step deletes what it made.
 #include <QLibrary>
 #include <QPixmap>
 #include <QPointer>
