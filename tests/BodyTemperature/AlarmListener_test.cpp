@@ -1,6 +1,5 @@
-// The alarm listener: event-code filter, repeat filter over the last 20
-// events, one connection however often it is switched on, delivery on the
-// GUI thread when the host emits from elsewhere.
+// The alarm listener: event-code and repeat filters, one connection however often
+// it is switched on, delivery on the GUI thread when the host emits from elsewhere.
 #include <QSignalSpy>
 #include <QThread>
 #include <functional>

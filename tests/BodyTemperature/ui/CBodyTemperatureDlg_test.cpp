@@ -1,24 +1,14 @@
-// The dashboard page as the host builds it: tree proxy, folding the left
-// panel, the right-hand list, the camera tree, the module's scroll bars
-// and the statistics title (fed from the host: AlarmBurst_test).
+// The dashboard page as the host builds it: folding the left panel, the right-hand
+// list, the module's scroll bars and the statistics title.
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStandardItemModel>
 #include <QToolButton>
 #include <memory>
 #include <gtest/gtest.h>
 
-#include "Base/CSingleton.h"
-#include "CAppRscManager.h"
-#include "CameraModel.h"
 #include "DashboardRecords.h"
-#include "VantorGUIToolkit/CSecondarySortFilterModel.h"
-#include "clientcommonlogical/CConfigMgr.h"
-#include "commlayer/CDeviceStateNotifier.h"
-#include "support/LoopbackStream.h"
 #include "ui/BTShowTitle.h"
-#include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/ShowCard/CRightUnitBase.h"
 
@@ -100,67 +90,6 @@ TEST_F(DashboardDlgTest, CardsOfTheRightListAreWhollyVisible)
         EXPECT_GE(inViewport.left(), 0);
         EXPECT_LE(inViewport.right(), area->viewport()->rect().right());
     }
-}
-
-// The tree shows the camera model through a proxy passing filter values 0 to 2;
-// a double click opens only a camera of the model whose channel has a signal.
-TEST_F(DashboardDlgTest, CameraTreeFiltersAndOpensOnlyAvailableCameras)
-{
-    auto* tree = testsupport::child<BodyTemperature::CBTViewTree>(m_dlg.get(), "m_pCameraTree");
-    auto* proxy = qobject_cast<VantorGUIToolkit::CSecondarySortFilterModel*>(tree->model());
-    ASSERT_NE(proxy, nullptr);
-    auto* rsc = Base::CSingleton<BodyTemperature::CAppRscManager>::Instance();
-    auto* model = rsc->GetCameraModel();
-    ASSERT_EQ(proxy->sourceModel(), model);
-    // One device in one area: channel 1 has a signal, channel 2 has none. The
-    // stream address refuses, which is enough for a play window to open.
-    const std::string refused = QStringLiteral("http://127.0.0.1:%1/x").arg(testsupport::FreePort()).toStdString();
-    clientcommonlogical::DeviceConfig dev;
-    dev.id = "DEV";
-    dev.address = "127.0.0.1";
-    dev.port = testsupport::FreePort();
-    dev.channels = {{1, "CAM-ON", "Door", "Lobby", refused}, {2, "CAM-OFF", "Gate", "Lobby", refused}};
-    const auto reloadWith = [&](const std::vector<clientcommonlogical::DeviceConfig>& devices) {
-        clientcommonlogical::CConfigMgr::Instance()->SetDevices(devices);
-        rsc->GetGroupManager()->Reload();
-        model->Reload();
-    };
-    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
-    notifier->SetDeviceOnline(QStringLiteral("DEV"), true);
-    notifier->SetChannelOnline(QStringLiteral("DEV"), 1, true);
-    notifier->SetChannelOnline(QStringLiteral("DEV"), 2, false);
-    reloadWith({dev});
-    ASSERT_EQ(model->rowCount(), 1);
-    QStandardItem* area = model->item(0);
-    ASSERT_EQ(area->rowCount(), 2);
-    QStandardItem* online = area->child(0);
-    QStandardItem* offline = area->child(1);
-    // Rows the model has no camera for; roles: 657 node type, 662 camera id, 767 filter value.
-    const auto item = [](const char* id, int filter) {
-        auto* i = new QStandardItem(QString::fromLatin1(id));
-        i->setData(2, 657);
-        i->setData(QString::fromLatin1(id), 662);
-        i->setData(filter, 767);
-        return i;
-    };
-    QStandardItem* unknown = item("CAM-X", 2);
-    area->appendRows({unknown, item("CAM-F", 3)});
-
-    const QModelIndex proxyArea = proxy->mapFromSource(area->index());
-    ASSERT_TRUE(proxyArea.isValid());
-    EXPECT_EQ(proxy->rowCount(proxyArea), 3) << "filter value 3 is not shown";
-
-    m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(unknown->index()));
-    EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
-    m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(offline->index()));
-    EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
-    m_dlg->OnCameraTreeDoubleClicked(proxyArea);
-    EXPECT_TRUE(m_dlg->GetPlayingCameraIds().isEmpty());
-    m_dlg->OnCameraTreeDoubleClicked(proxy->mapFromSource(online->index()));
-    EXPECT_EQ(m_dlg->GetPlayingCameraIds(), (QList<QByteArray>{"CAM-ON"}));
-
-    m_dlg->StopAllLiveView();
-    reloadWith({});
 }
 
 TEST(DashboardDlgStyle, ScrollBarsTakeTheModuleLookUnderAStyledHost)

@@ -1,6 +1,5 @@
 // The capture strip: its card limit and order, its two appearances, and the
-// face cut handed to the add-to-library step. Records without pictures are
-// covered through the information display.
+// face cut handed to the add-to-library step.
 #include <QLayout>
 #include <QImage>
 #include <QLabel>

@@ -23,14 +23,9 @@ namespace {
 
 class PopConfigPageTest : public settingstest::SettingsFileTest {
 protected:
-    // A page as the information display opens it, with a stored row behind it.
-    std::unique_ptr<CPopConfigPage> openPage(const AlarmDisplayConfig& c = AlarmDisplayConfig())
+    static std::unique_ptr<CPopConfigPage> openPage(const AlarmDisplayConfig& c = AlarmDisplayConfig())
     {
-        EXPECT_TRUE(store(c));
-        auto page = std::make_unique<CPopConfigPage>();
-        page->SetConfig(c);
-        page->show();
-        return page;
+        return SettingsFileTest::openPage<CPopConfigPage>(c);
     }
 };
 

@@ -1,6 +1,5 @@
-// The voice settings dialog on the real settings file: defaults written on
-// opening, Save with and without changes, choosing a file, failing saves,
-// a file the store cannot keep, Cancel and Close.
+// The voice settings dialog on the real settings file: defaults, Save, choosing a
+// file, failing saves, a path the store cannot keep, Cancel and Close.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -37,14 +36,7 @@ AlarmDisplayConfig withVoices()
 
 class SoundConfigPageTest : public settingstest::SettingsFileTest {
 protected:
-    std::unique_ptr<CSoundConfigPage> openPage(const AlarmDisplayConfig& c = withVoices())
-    {
-        EXPECT_TRUE(store(c));
-        auto page = std::make_unique<CSoundConfigPage>();
-        page->SetConfig(c);
-        page->show();
-        return page;
-    }
+    static std::unique_ptr<CSoundConfigPage> openPage() { return SettingsFileTest::openPage<CSoundConfigPage>(withVoices()); }
 };
 
 TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtOnce)

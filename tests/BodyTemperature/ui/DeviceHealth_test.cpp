@@ -1,6 +1,5 @@
-// Device health on the page: when the emulator dies the banner names the
-// device within 2 s and its cameras in the tree take the offline icon; when
-// it comes back both clear by themselves.
+// Device health on the page: a lost or silent device is named by the banner within
+// 2 s and its cameras go offline in the tree; both clear when it is back.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -111,9 +110,8 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     probe.start();
     EXPECT_TRUE(waitUntil([&] { return !banner->isVisible() && allCameras(false); }, 20000));
 
-    // A stream that stays open but falls silent, and stays silent across the
-    // reconnection: the banner says so until the device speaks again. (Once
-    // it has shown its keep-alives: only then is its silence a fault.)
+    // A stream that stays open but falls silent, across the reconnection too (once it
+    // has shown its keep-alives: only then is its silence a fault).
     testsupport::pump(800);
     sim.control("POST", "/control/alertStream/silence", R"({"silent":true})");
     const QString silent = QStringLiteral("the device sends nothing");

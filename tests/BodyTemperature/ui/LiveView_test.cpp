@@ -1,11 +1,11 @@
 // The live-view area with real play windows over the host's logic model;
 // cameras stream from loopback servers.
-#include <QAbstractProxyModel>
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStandardItem>
 #include <QTest>
 #include <QToolButton>
 #include <algorithm>
@@ -26,7 +26,6 @@
 #include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 #include "ui/BTShowLiveView.h"
-#include "ui/CBTShowWidget.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/CSelectBoder.h"
@@ -248,9 +247,32 @@ TEST_F(LiveViewTest, InsideThePage)
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
     emit PlayWindowsOf(*live).at(1)->SignalSelected();
     const auto* pageTree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
-    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(pageTree->model());
+    const auto* proxy = qobject_cast<const VantorGUIToolkit::CSecondarySortFilterModel*>(pageTree->model());
     ASSERT_NE(proxy, nullptr);
+    ASSERT_EQ(proxy->sourceModel(), model);
     EXPECT_EQ(proxy->mapToSource(pageTree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+
+    // The tree passes filter values 0 to 2; a double click opens only a camera
+    // of the model whose channel has a signal.
+    commlayer::CDeviceStateNotifier::Instance()->SetChannelOnline(QStringLiteral("DEV"), 5, false);
+    QStandardItem* yard = model->item(1);
+    // Rows the model has no camera for; roles: 657 node type, 662 camera id, 767 filter value.
+    const auto item = [](const char* id, int filter) {
+        auto* i = new QStandardItem(QString::fromLatin1(id));
+        i->setData(2, 657);
+        i->setData(QString::fromLatin1(id), 662);
+        i->setData(filter, 767);
+        return i;
+    };
+    QStandardItem* unknown = item("CAM-X", 2);
+    yard->appendRows({unknown, item("CAM-F", 3)});
+    EXPECT_EQ(proxy->rowCount(proxy->mapFromSource(yard->index())), 3) << "filter value 3 is not shown";
+    for (const QModelIndex& refused : {unknown->index(), model->GetElementIndexByElementID("CAM5"), yard->index()})
+        page.OnCameraTreeDoubleClicked(proxy->mapFromSource(refused));
+    EXPECT_EQ(page.GetPlayingCameraIds(), (QList<QByteArray>{"CAM4"}));
+    page.OnCameraTreeDoubleClicked(proxy->mapFromSource(model->GetElementIndexByElementID("CAM3")));
+    EXPECT_TRUE(page.GetPlayingCameraIds().contains("CAM3"));
+
     // The page may go while the video is in full screen (the host closes).
     auto* full = live->findChild<aiguitoolkit::CFullScreenWidget*>();
     live->OnFullScreenBtnPressed();

@@ -1,11 +1,11 @@
 #pragma once
-// Fixture of the settings-page tests: the real settings connection on a real
-// file in a temporary component folder, emptied before every test, plus
-// helpers that look at the file from outside the way another program would.
+// The real settings connection on a file in a temporary component folder, emptied
+// before every test, and helpers that look at the file as another program would.
 #include <QAbstractButton>
 #include <QFile>
 #include <QTemporaryDir>
 #include <sqlite3.h>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -27,9 +27,8 @@ inline void emptyTable()
     ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->Execute("DELETE FROM TemperatureConfigure;"));
 }
 
-// While alive, the settings connection refuses every write, as it does on a
-// read-only settings file (the ways the store itself fails are covered by
-// the store's own tests; the pages only see the save return false).
+// While alive, the settings connection refuses every write, as on a read-only
+// file (how the store itself fails is the store's test; pages see false).
 struct ReadOnlySettings {
     ReadOnlySettings() { BodyTemperature::CBTConfigDB::Instance()->Execute("PRAGMA query_only = 1;"); }
     ~ReadOnlySettings() { BodyTemperature::CBTConfigDB::Instance()->Execute("PRAGMA query_only = 0;"); }
@@ -40,9 +39,7 @@ protected:
     void SetUp() override
     {
         TempDirTest::SetUp();
-        // The connection is process-wide and opens its file once, so every
-        // test of the program shares one component folder; each starts with
-        // an empty table.
+        // The connection is process-wide and opens its file once: one folder per program.
         static QTemporaryDir shared;
         CUserDataPath::Instance()->setComponentPath((shared.path() + QStringLiteral("/component/")).toStdString());
         ASSERT_TRUE(BodyTemperature::CBTConfigDB::Instance()->IsOpen());
@@ -75,6 +72,16 @@ protected:
         if (readOnly)
             guard.emplace();
         save->click();
+    }
+    // A settings page as the display opens it, with the row it shows stored.
+    template <typename Page>
+    static std::unique_ptr<Page> openPage(const BodyTemperature::AlarmDisplayConfig& c)
+    {
+        EXPECT_TRUE(store(c));
+        auto page = std::make_unique<Page>();
+        page->SetConfig(c);
+        page->show();
+        return page;
     }
     static QStringList messages() { return VantorGUIToolkit::CInformationDlg::ShownMessages(); }
 };
