@@ -111,8 +111,6 @@ TEST(DashboardDlgStyle, ScrollBarsTakeTheModuleLookUnderAStyledHost)
     }
 }
 
-// The statistics title: four groups in display order, each with its caption,
-// tool tip and the number of signalNum that belongs to its meaning.
 QString text(const QWidget& parent, const char* name)
 {
     const auto* label = parent.findChild<QLabel*>(QString::fromLatin1(name));

@@ -107,9 +107,7 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
     }
 }
 
-// Nothing the operator does here changes the copy or the file: no change,
-// Cancel, Close, Escape, and a file the store cannot keep (a single quote in
-// its path would empty the table), browsed or typed, which is refused.
+// A single quote in a path would empty the table: such a file is refused.
 TEST_F(SoundConfigPageTest, SaveWithoutChangesCancelCloseAndAQuotedFileLeaveTheCopyAndTheFileAlone)
 {
     const QString quoted = path(QStringLiteral("it's mine.wav"));

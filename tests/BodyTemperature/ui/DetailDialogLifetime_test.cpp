@@ -177,8 +177,7 @@ TEST_F(DetailLifetimeTest, LeavingOrTearingDownThePageClosesTheDialog)
     }
 }
 
-// A card trimmed from a list while something started from it still runs
-// stays alive until the last hold ends, then goes; an unheld card goes at once.
+// A trimmed card lives while something started from it still runs.
 TEST(CardHold, RetireDeletesOnlyWhenNothingHolds)
 {
     const struct {
