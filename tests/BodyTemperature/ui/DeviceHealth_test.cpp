@@ -73,6 +73,7 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     dlg.show();
     auto* banner = dlg.findChild<QWidget*>(QStringLiteral("m_pDeviceHealthBanner"));
     ASSERT_NE(banner, nullptr);
+    const QLabel* bannerText = testsupport::child<QLabel>(banner, "m_pDeviceHealthText");
     const QString offline = QStringLiteral("CameraOffline");
     auto allCameras = [&](bool wantOffline) {
         for (int ch = 1; ch <= 4; ++ch)
@@ -97,13 +98,11 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     shown.start();
     ASSERT_TRUE(waitUntil([&] { return banner->isVisible() && allCameras(true); }, 2000));
     EXPECT_LT(shown.elapsed(), 2000);
-    const QString text = banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text();
+    const QString text = bannerText->text();
     EXPECT_TRUE(text.contains(QStringLiteral("Emulated camera (TEST0001)"))) << qPrintable(text);
     EXPECT_GE(banner->width(), 600);
     // The silence keeps counting while the banner stands.
-    ASSERT_TRUE(waitUntil([&] {
-        return banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(QStringLiteral("2 s"));
-    }, 4000));
+    ASSERT_TRUE(waitUntil([&] { return bannerText->text().contains(QStringLiteral("2 s")); }, 4000));
 
     qint64 gap = probe.stop();
     ASSERT_TRUE(sim.start(port));
@@ -116,10 +115,10 @@ TEST(DeviceHealth, BannerAndTreeFollowTheAlarmStream)
     sim.control("POST", "/control/alertStream/silence", R"({"silent":true})");
     const QString silent = QStringLiteral("the device sends nothing");
     ASSERT_TRUE(waitUntil([&] { return banner->isVisible(); }, 4000));
-    EXPECT_TRUE(banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(silent));
+    EXPECT_TRUE(bannerText->text().contains(silent));
     ASSERT_TRUE(waitUntil([&] { return sub->Stats().silences >= 2; }, 5000));
     EXPECT_TRUE(banner->isVisible());
-    EXPECT_TRUE(banner->findChild<QLabel*>(QStringLiteral("m_pDeviceHealthText"))->text().contains(silent));
+    EXPECT_TRUE(bannerText->text().contains(silent));
     sim.control("POST", "/control/alertStream/silence", R"({"silent":false})");
     EXPECT_TRUE(waitUntil([&] { return !banner->isVisible(); }, 5000));
     // An upper bound: the test's own control requests to the emulator block this thread too.
