@@ -125,13 +125,7 @@ protected:
 
 namespace {
 
-class PopConfigPageTest : public settingstest::SettingsFileTest {
-protected:
-    static std::unique_ptr<CPopConfigPage> openPage(const AlarmDisplayConfig& c = AlarmDisplayConfig())
-    {
-        return SettingsFileTest::openPage<CPopConfigPage>(c);
-    }
-};
+using PopConfigPageTest = settingstest::SettingsFileTest;
 
 TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZeroNorPaste)
 {
@@ -142,7 +136,7 @@ TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZeroNorPa
         {"5", true, "0", "5"},  // would become "05"
         {"5", false, "0", "50"},
     };
-    auto page = openPage();
+    auto page = openPage<CPopConfigPage>(AlarmDisplayConfig());
     QLineEdit* edit = testsupport::child<QLineEdit>(page, "m_pDurationEdit");
     for (const Row& r : rows) {
         edit->setText(QString::fromLatin1(r.start));
@@ -179,7 +173,7 @@ TEST_F(PopConfigPageTest, SaveWritesTheChangesOrReportsTheFailureKeepingThemInTh
     for (bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
-        auto page = openPage(c);
+        auto page = openPage<CPopConfigPage>(c);
         testsupport::child<QCheckBox>(page, "m_pNoMaskCheckBox")->click();
         testsupport::child<QLineEdit>(page, "m_pDurationEdit")->clear();
         QTest::keyClicks(testsupport::child<QLineEdit>(page, "m_pDurationEdit"), QStringLiteral("1800"));
@@ -228,7 +222,7 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
-        auto page = openPage(c);
+        auto page = openPage<CPopConfigPage>(c);
         const QByteArray before = fileBytes();
         r.act(*page);
         EXPECT_TRUE(fileBytes() == before);
@@ -247,7 +241,7 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
 
 TEST_F(PopConfigPageTest, TheFramelessDialogIsDraggedByItsTitle)
 {
-    auto page = openPage();
+    auto page = openPage<CPopConfigPage>(AlarmDisplayConfig());
     page->move(100, 100);
     auto* title = page->findChild<QLabel*>(QStringLiteral("m_pTitleLabel"));
     ASSERT_NE(title, nullptr);
@@ -275,10 +269,7 @@ AlarmDisplayConfig withVoices()
     return c;
 }
 
-class SoundConfigPageTest : public settingstest::SettingsFileTest {
-protected:
-    static std::unique_ptr<CSoundConfigPage> openPage() { return SettingsFileTest::openPage<CSoundConfigPage>(withVoices()); }
-};
+using SoundConfigPageTest = settingstest::SettingsFileTest;
 
 TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtOnce)
 {
@@ -324,7 +315,7 @@ TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPath
     for (bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "read-only settings" : "saved");
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
-        auto page = openPage();
+        auto page = openPage<CSoundConfigPage>(withVoices());
         testsupport::child<QCheckBox>(page, "m_pNormalCheckBox")->click();
         testsupport::child<QCheckBox>(page, "m_pAbnormalCheckBox")->click();
         bool sawDialog = false;
@@ -395,7 +386,7 @@ TEST_F(SoundConfigPageTest, SaveWithoutChangesCancelCloseAndAQuotedFileLeaveTheC
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
         VantorGUIToolkit::CInformationDlg::ClearShownMessages();
-        auto page = openPage();
+        auto page = openPage<CSoundConfigPage>(withVoices());
         const QByteArray before = fileBytes();
         r.act(*page);
         EXPECT_EQ(page->isVisible(), r.staysOpen);
