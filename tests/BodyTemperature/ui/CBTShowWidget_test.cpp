@@ -1,9 +1,10 @@
-// The information display on real widgets and a real settings file: the
-// classification of every face, the event dispatch and its switches, the two
-// card lists, returning-person cards, the pop-up rules, the panel buttons and
-// broken records. Only the sound device is replaced, by one that plays nothing.
+// The information display on real widgets and a real settings file, detail dialogs
+// open over it; only the sound device is replaced, by one that plays nothing.
+#include <QImage>
+#include <QLabel>
 #include <QLayout>
 #include <QPointer>
+#include <QPushButton>
 #include <QBackingStore>
 #include <QTest>
 #include <QSignalSpy>
@@ -12,14 +13,20 @@
 #include <gtest/gtest.h>
 
 #include "Base/CSingleton.h"
+#include "BodyTemperatureWid.h"
 #include "CAppRscManager.h"
 #include "CameraModel.h"
 #include "DashboardRecords.h"
 #include "ui/BTShowLiveView.h"
 #include "ui/CBTShowWidget.h"
 #include "ui/CBottomWidget.h"
+#include "ui/CRightNoData.h"
+#include "ui/History/CHistoryWindow.h"
 #include "ui/ShowCard/CAlarmUnit.h"
+#include "ui/ShowCard/CCardHold.h"
+#include "ui/ShowCard/CComparisonDetail.h"
 #include "ui/ShowCard/CPopUpUnit.h"
+#include "ui/ShowCard/CSnapUnit.h"
 #include "ui/ShowCard/CardShift.h"
 #include "ui/ShowCard/CardStyle.h"
 #include "ui/ShowCard/ReCustomer/CFrequenterUnit.h"
@@ -118,31 +125,24 @@ TEST_F(ShowWidgetTest, TheClassificationReachesCardsVoiceCountersAndPopUp)
     }
 }
 
-// An unknown code still reports the (unchanged) counters; with the alarm
-// display off nothing is counted, listed or spoken.
-TEST_F(ShowWidgetTest, UnknownCodesAndTheDisplaySwitch)
+// With the alarm display off nothing is counted, listed or spoken.
+TEST_F(ShowWidgetTest, TheDisplaySwitch)
 {
     auto w = makeWidget();
     deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
     const int played = voices.played().size();
     QSignalSpy nums(w.get(), &CBTShowWidget::signalNum);
-    deal(*w, record(100999, face(1, 1, 1)));
-    ASSERT_EQ(nums.count(), 1);
-    EXPECT_EQ(nums.at(0), (Nums{1, 0, 1, 1}));
-    EXPECT_EQ(rightCards(*w), 1);
-    EXPECT_EQ(bottomCards(*w), 1);
-
     auto* enable = testsupport::child<QToolButton>(w.get(), "m_pEnableAlarmBtn");
     enable->click();
     ASSERT_FALSE(enable->isChecked());
     deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
-    EXPECT_EQ(nums.count(), 1);
+    EXPECT_EQ(nums.count(), 0);
     EXPECT_EQ(voices.played().size(), played);
     EXPECT_EQ(rightCards(*w), 1);
 
     enable->click();
     deal(*w, record(kTemperatureCapture, face(1, 1, 1)));
-    EXPECT_EQ(nums.count(), 2);
+    EXPECT_EQ(nums.count(), 1);
 }
 
 TEST_F(ShowWidgetTest, ReturningPersonAddsOneCardPerOpenViewOfItsCamera)
@@ -289,9 +289,8 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
 
 TEST_F(ShowWidgetTest, CardsShiftedByCopyingLookAsIfPaintedAfresh)
 {
-    // Both lists shift their cards by copying pixels: what the window shows
-    // must be what a fresh paint of the page gives, with the module style
-    // sheet, from the first card through a full list that trims.
+    // Both lists shift their cards by copying pixels: from the first card through a
+    // full list that trims, the window must show what a fresh paint gives.
     auto w = makeWidget();
     w->setStyleSheet(CardStyle::ModuleStyleSheet());
     w->show();
@@ -354,6 +353,277 @@ TEST_F(ShowWidgetTest, BrokenRecordsAreStillCountedAndListed)
     deal(*w, record(kTemperatureCapture, face(1, 0, 2, false)));
     EXPECT_EQ(counters(*w).value(0), 4);
     EXPECT_EQ(bottomCards(*w), 2);
+}
+
+// While a detail dialog runs its own event loop, alarms keep arriving and trim its
+// card, the pop-up keeps its timer, and leaving or tearing down the page closes it.
+AlarmDisplayConfig popConfig(bool popUps)
+{
+    AlarmDisplayConfig config = voiceConfig();
+    config.bPopAbnormal = config.bPopNoMask = popUps;
+    config.iPopDuration = 1;
+    return config;
+}
+
+publicdatacontroller::IntelAlarmEventInfo Alarm(int i, uint32_t anomaly = 0)
+{
+    auto r = record(kComparison, face(1, anomaly, 2), "E" + std::to_string(i));
+    r.cameraName = "Camera " + std::to_string(i);
+    r.faceInfo.facePicID = static_cast<uint32_t>(i);
+    return r;
+}
+
+QPushButton* DetailsButton(QWidget* card)
+{
+    for (QPushButton* b : card->findChildren<QPushButton*>())
+        if (b->objectName().startsWith(QLatin1String("DetailBtn_")))
+            return b;
+    ADD_FAILURE() << "no details button";
+    return nullptr;
+}
+
+QString CameraShown(const CComparisonDetail* dialog)
+{
+    const auto* label = dialog->findChild<QLabel*>(QStringLiteral("m_pCameraLbl"));
+    return label != nullptr ? label->text() : QString();
+}
+
+TEST_F(ShowWidgetTest, BurstTrimsTheCardWhoseDialogIsOpen)
+{
+    auto w = makeWidget(popConfig(false), true);
+    for (int i = 0; i < CBTShowWidget::kMaxRightCards; ++i)
+        w->DealAlarmInfo(Alarm(i));
+    ASSERT_TRUE(cardsBuilt(*w));
+    QPointer<QWidget> oldest = rightList(*w)->itemAt(1)->widget();
+
+    QString shown;
+    int cardsDuring = 0;
+    bool keptHidden = false;
+    QObject context;
+    QTimer::singleShot(0, &context, [&] {
+        CComparisonDetail* dialog = w->findChild<CComparisonDetail*>();
+        if (dialog == nullptr || !dialog->isVisible())
+            return;
+        shown = CameraShown(dialog);
+        for (int i = 0; i < 50; ++i)
+            w->DealAlarmInfo(Alarm(100 + i));
+        // Cards of a burst are built a few event-loop turns later.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return oldest.isNull() || !oldest->isVisible(); }, 5000));
+        cardsDuring = rightList(*w)->count() - 1;
+        keptHidden = !oldest.isNull() && !oldest->isVisible();
+        dialog->reject();
+    });
+    DetailsButton(oldest)->click();
+
+    EXPECT_EQ(shown, QStringLiteral("Camera 0"));  // the card's own copy of its record
+    EXPECT_EQ(cardsDuring, CBTShowWidget::kMaxRightCards);
+    EXPECT_TRUE(keptHidden);
+    QTRY_VERIFY(oldest.isNull());
+    EXPECT_EQ(w->findChild<CComparisonDetail*>(), nullptr);
+    EXPECT_EQ(rightList(*w)->count() - 1, CBTShowWidget::kMaxRightCards);
+}
+
+TEST_F(ShowWidgetTest, PopUpKeepsItsTimerWhileItsDialogIsOpen)
+{
+    auto w = makeWidget(popConfig(true), true);
+    deal(*w, Alarm(0, 1));
+    QPointer<CPopUpUnit> pop = w->findChild<CPopUpUnit*>();
+    ASSERT_TRUE(pop && pop->isVisible());
+
+    QString shown;
+    bool closedByTimer = false, refilled = false;
+    QObject context;
+    QTimer::singleShot(0, &context, [&] {
+        CComparisonDetail* dialog = w->findChild<CComparisonDetail*>();
+        if (dialog == nullptr)
+            return;
+        shown = CameraShown(dialog);
+        closedByTimer = testsupport::waitUntil([&] { return pop && !pop->isVisible(); }, 4000) && dialog->isVisible();
+        for (int i = 1; i <= 50; ++i)
+            w->DealAlarmInfo(Alarm(i, 1));
+        cardsBuilt(*w);
+        refilled = pop && pop->isVisible() && CameraShown(dialog) == QStringLiteral("Camera 0");
+        dialog->reject();
+    });
+    DetailsButton(pop)->click();
+
+    EXPECT_EQ(shown, QStringLiteral("Camera 0"));
+    EXPECT_TRUE(closedByTimer);
+    EXPECT_TRUE(refilled);
+    ASSERT_FALSE(pop.isNull());
+    const auto* camera = pop->findChild<QLabel*>(QStringLiteral("m_pCameraRedBig"));
+    ASSERT_NE(camera, nullptr);
+    EXPECT_EQ(camera->text(), QStringLiteral("Camera 1"));  // the first alarm after the timer closed it
+}
+
+TEST_F(ShowWidgetTest, LeavingOrTearingDownThePageClosesTheDialog)
+{
+    for (const bool tearDown : {false, true}) {
+        SCOPED_TRACE(tearDown ? "page torn down" : "page left");
+        storeSettings(popConfig(false));
+        auto frame = std::make_unique<QWidget>();
+        QPointer<BodyTemperatureWid> page = new BodyTemperatureWid(frame.get());
+        auto* display = page->findChild<CBTShowWidget*>();
+        deal(*display, Alarm(0));
+        QPointer<QWidget> card = rightList(*display)->itemAt(1)->widget();
+        // The screening history window goes with the page too.
+        page->findChild<QToolButton*>(QStringLiteral("m_pReportBtn"))->click();
+        QPointer<CHistoryWindow> history = page->findChild<CHistoryWindow*>();
+        ASSERT_FALSE(history.isNull());
+
+        QPointer<CComparisonDetail> dialog;
+        bool closed = false;
+        QObject context;
+        QTimer::singleShot(0, &context, [&] {
+            dialog = page->findChild<CComparisonDetail*>();
+            if (dialog.isNull())
+                return;
+            if (tearDown)
+                frame.reset();
+            else
+                page->saveState();
+            closed = dialog.isNull() || !dialog->isVisible();
+            if (!closed)
+                dialog->reject();
+        });
+        DetailsButton(card)->click();
+
+        EXPECT_TRUE(closed);
+        EXPECT_TRUE(dialog.isNull());
+        EXPECT_EQ(page.isNull(), tearDown);
+        EXPECT_EQ(card.isNull(), tearDown);
+        EXPECT_TRUE(testsupport::waitUntil([&] { return history.isNull(); }));
+    }
+}
+
+// A trimmed card lives while something started from it still runs.
+TEST(CardHold, RetireDeletesOnlyWhenNothingHolds)
+{
+    const struct {
+        const char* name;
+        int holds;  // taken before the card is retired
+        bool retire;
+    } rows[] = {
+        {"unheld goes at once", 0, true},
+        {"one hold defers", 1, true},
+        {"two holds defer", 2, true},
+        {"held, never retired, stays", 1, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        QWidget list;
+        QPointer<QWidget> card = new QWidget(&list);
+        card->show();
+        std::vector<std::unique_ptr<CCardHold>> holds;
+        for (int i = 0; i < row.holds; ++i)
+            holds.push_back(std::make_unique<CCardHold>(card.data()));
+        EXPECT_EQ(IsCardHeld(card.data()), row.holds > 0);
+        if (row.retire)
+            RetireCard(card.data());
+        EXPECT_EQ(!card.isNull(), row.holds > 0);
+        if (card.isNull())
+            continue;
+        EXPECT_EQ(card->isHidden(), row.retire);
+        while (holds.size() > 1) {
+            holds.pop_back();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            EXPECT_FALSE(card.isNull());
+        }
+        holds.clear();
+        if (row.retire) {
+            QTRY_VERIFY(card.isNull());
+        } else {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            ASSERT_FALSE(card.isNull());
+            EXPECT_FALSE(IsCardHeld(card.data()));
+        }
+    }
+}
+
+TEST(CardHold, AHoldOutlivingItsCardIsHarmless)
+{
+    auto list = std::make_unique<QWidget>();
+    auto* card = new QWidget(list.get());
+    CCardHold hold(card);
+    RetireCard(card);
+    list.reset(); // the page goes, taking the card with it
+    EXPECT_EQ(hold.card(), nullptr);
+}
+
+// The capture strip: its card limit and order, its two appearances, and the
+// face cut handed to the add-to-library step.
+AlarmShowInfo captureInfo(const std::string& eventId)
+{
+    AlarmShowInfo info = AlarmShowInfo::FromRecord(record(kCapture, face(0, 0, 2), eventId));
+    info.kind = EventKind::Capture;
+    return info;
+}
+
+TEST(BottomWidget, KeepsTheTwentyOneNewestCardsBehindTheSpacer)
+{
+    CBottomWidget strip;
+    for (int i = 1; i <= 23; ++i)
+        strip.AddSnapInfo(captureInfo("E" + std::to_string(i)));
+    QLayout* cards = strip.layout();
+    ASSERT_EQ(cards->count(), 22);
+    EXPECT_NE(cards->itemAt(0)->spacerItem(), nullptr);
+    const auto* oldest = qobject_cast<CSnapUnit*>(cards->itemAt(1)->widget());
+    const auto* newest = qobject_cast<CSnapUnit*>(cards->itemAt(21)->widget());
+    ASSERT_TRUE(oldest && newest);
+    EXPECT_EQ(oldest->info().eventID, "E3");
+    EXPECT_EQ(newest->info().eventID, "E23");
+    EXPECT_EQ(strip.findChildren<CSnapUnit*>().size(), 21);
+
+    strip.Clear();
+    EXPECT_EQ(cards->count(), 1);
+    EXPECT_TRUE(strip.findChildren<CSnapUnit*>().isEmpty());
+}
+
+TEST(BottomWidget, ObjectNameAndPlaceholderFollowTheContent)
+{
+    CBottomWidget strip;
+    strip.resize(658, 158);
+    strip.show();
+    testsupport::pump();
+    EXPECT_EQ(strip.objectName(), QStringLiteral("m_pBottomWidgetNoData"));
+    auto* placeholder = strip.findChild<CRightNoData*>();
+    auto* corner = strip.findChild<QLabel*>(QStringLiteral("cornerLabel"));
+    ASSERT_TRUE(placeholder && corner);
+    EXPECT_TRUE(placeholder->isVisible());
+    EXPECT_EQ(placeholder->geometry(), QRect(0, 0, 657, 157));
+    EXPECT_TRUE(corner->isVisible());
+
+    strip.AddSnapInfo(captureInfo("E1"));
+    strip.resize(700, 158);
+    testsupport::pump();
+    EXPECT_EQ(strip.objectName(), QStringLiteral("m_pBottomWidget"));
+    EXPECT_FALSE(placeholder->isVisible());
+    EXPECT_FALSE(corner->isVisible());
+}
+
+TEST(BottomWidget, AddToLibOffersTheFaceCut)
+{
+    CBottomWidget strip;
+    QSignalSpy ready(&strip, &CBottomWidget::SignalFaceReady);
+    // No picture, or one that does not decode: nothing to add.
+    strip.OnAddToLib(std::string(), {0.1, 0.1, 0.5, 0.5});
+    strip.OnAddToLib("garbage", {0.1, 0.1, 0.5, 0.5});
+    EXPECT_EQ(ready.count(), 0);
+    // Without a rectangle the bytes go on untouched (CBTAddFaceWnd_test, from a card).
+    const QByteArray picture = testsupport::makeJpeg(400, 200, 95);
+
+    struct Case { protocol::PictureRect rect; QSize size; };
+    for (const Case& c : {Case{{0.25, 0.5, 0.5, 0.25}, QSize(200, 50)}, Case{{0.1, 0.1, 0.333, 0.333}, QSize(133, 66)},
+             Case{{0.0, 0.0, 1.0, 1.0}, QSize(400, 200)}}) {
+        const int before = ready.count();
+        strip.OnAddToLib(picture.toStdString(), c.rect);
+        ASSERT_EQ(ready.count(), before + 1);
+        const QByteArray cut = ready.last().at(0).toByteArray();
+        EXPECT_TRUE(cut.startsWith("\xff\xd8\xff")) << "JPEG";
+        EXPECT_EQ(QImage::fromData(cut).size(), c.size);
+        // Quality 50: even the whole picture shrinks against the original at 95.
+        EXPECT_LT(cut.size(), picture.size());
+    }
 }
 
 } // namespace

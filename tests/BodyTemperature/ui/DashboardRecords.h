@@ -69,8 +69,7 @@ inline BodyTemperature::AlarmDisplayConfig voiceConfig()
 }
 
 // While it lives, the voice player plays on a sound device that records the
-// files it is given instead of playing them (the sound card is the one part
-// these tests replace).
+// files it is given instead of playing them.
 class VoiceLog {
 public:
     VoiceLog()

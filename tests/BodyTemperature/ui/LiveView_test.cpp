@@ -1,11 +1,12 @@
-// The live-view area with real play windows over the host's logic model;
-// cameras stream from loopback servers.
-#include <QAbstractProxyModel>
+// The camera tree and the live-view area with real play windows over the host's
+// logic model; cameras stream from loopback servers.
 #include <QDropEvent>
 #include <QLayout>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStandardItem>
+#include <QStandardItemModel>
 #include <QTest>
 #include <QToolButton>
 #include <algorithm>
@@ -21,17 +22,18 @@
 #include "aiguitoolkit/CWidgetLayoutMgr.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "commlayer/CDeviceStateNotifier.h"
+#include "playwindow/CLiveViewEvent.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/LoopbackStream.h"
 #include "support/TestSupport.h"
 #include "ui/BTShowLiveView.h"
-#include "ui/CBTShowWidget.h"
 #include "ui/CBTViewTree.h"
 #include "ui/CBodyTemperatureDlg.h"
 #include "ui/CSelectBoder.h"
 
 using namespace BodyTemperature;
+using UiDataController::RoleNodeType;
 
 namespace {
 
@@ -47,6 +49,7 @@ QList<CStreamPlayWindowWithTask*> PlayWindowsOf(const QWidget& view)
 
 const QString kPlaying = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraPlaying.svg");
 const QString kIdle = QStringLiteral(":/publicIcon/Images/public/PublicIcon/Camera.svg");
+const QString kOffline = QStringLiteral(":/publicIcon/Images/public/PublicIcon/CameraOffline.svg");
 
 class LiveViewTest : public testsupport::TempDirTest {
 protected:
@@ -248,9 +251,32 @@ TEST_F(LiveViewTest, InsideThePage)
     live->restorePlayingCameras({QString(), QStringLiteral("CAM4")});
     emit PlayWindowsOf(*live).at(1)->SignalSelected();
     const auto* pageTree = testsupport::child<CBTViewTree>(&page, "m_pCameraTree");
-    const auto* proxy = qobject_cast<const QAbstractProxyModel*>(pageTree->model());
+    const auto* proxy = qobject_cast<const VantorGUIToolkit::CSecondarySortFilterModel*>(pageTree->model());
     ASSERT_NE(proxy, nullptr);
+    ASSERT_EQ(proxy->sourceModel(), model);
     EXPECT_EQ(proxy->mapToSource(pageTree->currentIndex()), model->GetElementIndexByElementID("CAM4"));
+
+    // The tree passes filter values 0 to 2; a double click opens only a camera
+    // of the model whose channel has a signal.
+    commlayer::CDeviceStateNotifier::Instance()->SetChannelOnline(QStringLiteral("DEV"), 5, false);
+    QStandardItem* yard = model->item(1);
+    // Rows the model has no camera for; roles: 657 node type, 662 camera id, 767 filter value.
+    const auto item = [](const char* id, int filter) {
+        auto* i = new QStandardItem(QString::fromLatin1(id));
+        i->setData(2, 657);
+        i->setData(QString::fromLatin1(id), 662);
+        i->setData(filter, 767);
+        return i;
+    };
+    QStandardItem* unknown = item("CAM-X", 2);
+    yard->appendRows({unknown, item("CAM-F", 3)});
+    EXPECT_EQ(proxy->rowCount(proxy->mapFromSource(yard->index())), 3) << "filter value 3 is not shown";
+    for (const QModelIndex& refused : {unknown->index(), model->GetElementIndexByElementID("CAM5"), yard->index()})
+        page.OnCameraTreeDoubleClicked(proxy->mapFromSource(refused));
+    EXPECT_EQ(page.GetPlayingCameraIds(), (QList<QByteArray>{"CAM4"}));
+    page.OnCameraTreeDoubleClicked(proxy->mapFromSource(model->GetElementIndexByElementID("CAM3")));
+    EXPECT_TRUE(page.GetPlayingCameraIds().contains("CAM3"));
+
     // The page may go while the video is in full screen (the host closes).
     auto* full = live->findChild<aiguitoolkit::CFullScreenWidget*>();
     live->OnFullScreenBtnPressed();
@@ -327,6 +353,130 @@ TEST_F(LiveViewTest, AStreamShowsItsFramesAndItsMissingSoundIsReported)
     view->OnSoundBtnClicked();
     EXPECT_FALSE(Window(0)->IsSoundOpen());
     EXPECT_EQ(VantorGUIToolkit::CInformationDlg::ShownMessages(), QStringList{QStringLiteral("OpeningSoundFailed")});
+}
+
+TEST_F(LiveViewTest, LaterRowsCarryTheGroupTooltipOnlyTheFirstIsDecorated)
+{
+    // Cameras present at construction: "Preview"; cameras that arrive later
+    // (here: the reload in SetUp) carry the group text.
+    CameraModel fresh(nullptr, true);
+    const QModelIndex early = fresh.GetElementIndexByElementID("CAM1");
+    EXPECT_EQ(early.data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("Preview"));
+    EXPECT_TRUE(early.data(UiDataController::RoleRightPixmap).isValid());
+    EXPECT_EQ(model->GetElementIndexByElementID("CAM1").data(UiDataController::RoleRightPixmapTip).toString(), QStringLiteral("ViewAllCamerasInGroup"));
+    // Two camera rows inserted at once: only the first is decorated, with the group text;
+    // a model without preview buttons decorates nothing.
+    CameraModel plain(nullptr, false);
+    EXPECT_FALSE(plain.GetElementIndexByElementID("CAM1").data(UiDataController::RoleRightPixmapTip).isValid());
+    for (CameraModel* m : {model, &plain}) {
+        QList<QStandardItem*> rows{new QStandardItem(QStringLiteral("late 0")), new QStandardItem(QStringLiteral("late 1"))};
+        for (QStandardItem* it : rows)
+            it->setData(2, RoleNodeType);
+        m->item(0)->insertRows(m->item(0)->rowCount(), rows);
+        EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmapTip).toString(),
+            m == model ? QStringLiteral("ViewAllCamerasInGroup") : QString());
+        EXPECT_EQ(rows[0]->data(UiDataController::RoleRightPixmap).isValid(), m == model);
+        EXPECT_FALSE(rows[1]->data(UiDataController::RoleRightPixmap).isValid());
+    }
+}
+
+TEST_F(LiveViewTest, StateIconFollowsAvailabilityAndPlaying)
+{
+    // Through the host's notifier, as the alarm intake reports availability.
+    auto* notifier = commlayer::CDeviceStateNotifier::Instance();
+    enum { Idle, Play, Keep };
+    const struct {
+        bool device, channel;
+        int playing;
+        const QString& icon;
+    } rows[] = {
+        {true, true, Idle, kIdle},
+        {true, true, Play, kPlaying},
+        {false, true, Keep, kOffline},  // offline but playing: offline wins
+        {true, true, Keep, kPlaying},   // back online: still playing
+        {true, false, Keep, kOffline},
+        {true, true, Keep, kPlaying},
+        {false, false, Idle, kOffline},
+        {true, true, Keep, kIdle},
+    };
+    for (const auto& r : rows) {
+        notifier->SetDeviceOnline(QStringLiteral("DEV"), r.device);
+        notifier->SetChannelOnline(QStringLiteral("DEV"), 2, r.channel);
+        if (r.playing != Keep)
+            model->UpdateCameraIcon(model->GetElementIndexByElementID("CAM2"), r.playing == Play);
+        SCOPED_TRACE(testing::Message() << r.device << r.channel << r.playing);
+        EXPECT_EQ(IconOf("CAM2"), r.icon);
+        EXPECT_EQ(dynamic_cast<vantordesk::ICamera*>(model->GetElementByID("CAM2"))->IsChannelOnline(), r.channel);
+        EXPECT_EQ(IconOf("CAM1"), r.device ? kIdle : kOffline);  // the channel's state is its own
+    }
+}
+
+TEST_F(LiveViewTest, LiveViewEventsSetThePlayingIcon)
+{
+    tree = std::make_unique<CBTViewTree>();
+    const struct {
+        int type;
+        const QString& expected;
+    } steps[] = {{0, kPlaying}, {1, kIdle}, {6, kPlaying}, {3, kPlaying} /* other kinds change nothing */, {1, kIdle}};
+    for (const auto& s : steps) {
+        tree->UpdateCameraState(CLiveViewEvent(s.type, "CAM1"));
+        EXPECT_EQ(IconOf("CAM1"), s.expected) << s.type;
+    }
+    tree->UpdateCameraState(CLiveViewEvent(0, "unknown"));  // ignored, no crash
+}
+
+TEST_F(LiveViewTest, OnlyThePlayIconOfACameraRowStartsLiveView)
+{
+    tree = std::make_unique<CBTViewTree>();
+    tree->setModel(model);
+    tree->resize(278, 400);
+    tree->expandAll();
+    tree->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(tree.get()));
+    QSignalSpy spy(tree.get(), &CBTViewTree::signalStartLiveView);
+    const QRect row = tree->visualRect(model->GetElementIndexByElementID("CAM1"));
+    const QPoint icon(row.right() - 14, row.center().y());
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, row.topLeft() + QPoint(20, row.height() / 2));
+    EXPECT_EQ(spy.count(), 0);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
+    ASSERT_EQ(spy.count(), 1);
+    EXPECT_EQ(spy.at(0).at(0).value<QModelIndex>(), model->GetElementIndexByElementID("CAM1"));
+    // The same spot on an area row starts nothing.
+    const QRect areaRow = tree->visualRect(model->index(0, 0));
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(row.right() - 14, areaRow.center().y()));
+    EXPECT_EQ(spy.count(), 1);
+}
+
+TEST_F(LiveViewTest, DragCarriesGroupAndCamera)
+{
+    tree = std::make_unique<CBTViewTree>();
+    CBTViewTree::DragData d;
+    ASSERT_TRUE(tree->DragDataOf(model->GetElementIndexByElementID("CAM4"), d));
+    EXPECT_EQ(d.cameraGuid, QStringLiteral("CAM4"));
+    EXPECT_EQ(d.groupGuid, model->index(1, 0).data(UiDataController::RoleGroupID).toString());
+    EXPECT_EQ(d.pixmap, QStringLiteral(":/public/btn/Public/Camera.svg"));
+
+    ASSERT_TRUE(tree->DragDataOf(model->index(0, 0), d));
+    EXPECT_FALSE(d.groupGuid.isEmpty());
+    EXPECT_TRUE(d.cameraGuid.isEmpty());
+    EXPECT_EQ(d.pixmap, QStringLiteral(":/public/btn/Public/Group.svg"));
+
+    // A row of no known type still drags, carrying nothing.
+    QStandardItemModel other;
+    other.appendRow(new QStandardItem(QStringLiteral("x")));
+    ASSERT_TRUE(tree->DragDataOf(other.index(0, 0), d));
+    EXPECT_TRUE(d.groupGuid.isEmpty() && d.cameraGuid.isEmpty());
+
+    // A camera row the logic model does not know starts no drag.
+    auto* ghost = new QStandardItem(QStringLiteral("ghost"));
+    ghost->setData(2, RoleNodeType);
+    ghost->setData(QStringLiteral("GHOST"), UiDataController::RoleCameraID);
+    other.appendRow(ghost);
+    EXPECT_FALSE(tree->DragDataOf(other.index(1, 0), d));
+
+    std::unique_ptr<QMimeData> mime(CBTViewTree::CreateMimeData({QStringLiteral("g"), QStringLiteral("c"), QString()}));
+    EXPECT_EQ(mime->property("GroupGUID").toString(), QStringLiteral("g"));
+    EXPECT_EQ(mime->property("CameraGUID").toString(), QStringLiteral("c"));
 }
 
 } // namespace

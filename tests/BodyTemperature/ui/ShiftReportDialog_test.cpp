@@ -1,9 +1,5 @@
-// The shift report on the page: opened from the header's tool button (a tab
-// of the history window),
-// it starts at the page's opening, exports on a worker while alarms keep
-// arriving, announces where the files went, and explains a folder that cannot
-// be written. With BT_GALLERY set it saves the page and the dialog as PNG
-// (run under Xvfb at 1920x1080 for a real screen).
+// The shift report tab opened from the page. With BT_GALLERY set it saves the page
+// and the dialog as PNG (run under Xvfb at 1920x1080 for a real screen).
 #include <QCoreApplication>
 #include <QDateTimeEdit>
 #include <QDir>

@@ -1,8 +1,5 @@
-// The screening history window on a real journal: pages newest first, a kind
-// filter, live rows arriving while the operator has scrolled and selected
-// (neither moves), Enter opening the detail dialog, Export handing the filter
-// to the shift report tab. With BT_GALLERY set it saves the window as PNG in
-// both languages (run under Xvfb at 1920x1080 for a real screen).
+// The screening history window on a real journal. With BT_GALLERY set it saves the
+// window as PNG in both languages (run under Xvfb at 1920x1080 for a real screen).
 #include <QAbstractItemModel>
 #include <QCheckBox>
 #include <QComboBox>
