@@ -7,7 +7,7 @@ PKGS=(
   qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
   libboost-thread-dev libsqlite3-dev sqlite3 liblog4cxx-dev libxml2-dev
   libcurl4-openssl-dev libcpp-httplib-dev nlohmann-json3-dev libssl-dev openssl
-  libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev
+  libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libjpeg-dev libjpeg-turbo-progs
   libsndfile1-dev libpulse-dev libgtest-dev valgrind ffmpeg libpq-dev postgresql-15 mpv libxdamage-dev
   libgstrtspserver-1.0-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base
   gstreamer1.0-plugins-good gstreamer1.0-plugins-ugly gstreamer1.0-plugins-bad
