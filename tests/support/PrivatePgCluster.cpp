@@ -1,6 +1,5 @@
 #include "support/PrivatePgCluster.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -31,10 +30,7 @@ void giveToServerUser(const QString& path)
 
 bool processAlive(qint64 pid)
 {
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!stat.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray line = stat.readAll();
+    const QByteArray line = readFile(QStringLiteral("/proc/%1/stat").arg(pid));
     const int close = line.lastIndexOf(')');
     return close > 0 && line.size() > close + 2 && line.at(close + 2) != 'Z';
 }
@@ -57,11 +53,8 @@ QString PrivatePgCluster::Start(const QString& certFile, const QString& keyFile)
     if (isRoot() && ::getpwnam("postgres") == nullptr)
         return QStringLiteral("there is no postgres user to run the server as");
     const QString pwfile = m_dir.filePath(QStringLiteral("pw"));
-    QFile pw(pwfile);
-    if (!pw.open(QIODevice::WriteOnly))
+    if (!writeFile(pwfile, kPassword))
         return QStringLiteral("cannot write %1").arg(pwfile);
-    pw.write(kPassword);
-    pw.close();
     giveToServerUser(pwfile);
     QProcess initdb;
     initdb.setWorkingDirectory(m_dir.path());
@@ -142,16 +135,11 @@ QString PrivatePgCluster::Restart()
         if (::waitpid(pid, &status, WNOHANG) == pid) {
             m_pid = 0;
             m_running = false;
-            QFile text(logPath);
-            text.open(QIODevice::ReadOnly);
-            return QStringLiteral("the server exited: ") + QString::fromLocal8Bit(text.readAll().right(1500));
+            return QStringLiteral("the server exited: ") + QString::fromLocal8Bit(readFile(logPath).right(1500));
         }
-        QFile lock(m_dir.filePath(QStringLiteral("data/postmaster.pid")));
-        if (lock.open(QIODevice::ReadOnly)) {
-            const QList<QByteArray> lines = lock.readAll().split('\n');
-            if (lines.size() > 7 && lines.at(0).trimmed().toLongLong() == pid && lines.at(7).trimmed() == "ready")
-                return QString();
-        }
+        const QList<QByteArray> lines = readFile(m_dir.filePath(QStringLiteral("data/postmaster.pid"))).split('\n');
+        if (lines.size() > 7 && lines.at(0).trimmed().toLongLong() == pid && lines.at(7).trimmed() == "ready")
+            return QString();
         QThread::msleep(10);
     }
     Stop();
@@ -165,19 +153,9 @@ void PrivatePgCluster::KillHard()
         return;
     // The server's own processes first (children of the postmaster), then itself.
     QList<qint64> victims;
-    for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        bool number = false;
-        const qint64 child = entry.toLongLong(&number);
-        if (!number)
-            continue;
-        QFile stat(QStringLiteral("/proc/%1/stat").arg(child));
-        if (!stat.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray line = stat.readAll();
-        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-        if (fields.size() > 1 && fields.at(1).toLongLong() == pid)
-            victims << child;
-    }
+    for (const QByteArray& child : readFile(QStringLiteral("/proc/%1/task/%1/children").arg(pid)).split(' '))
+        if (child.toLongLong() > 0)
+            victims << child.toLongLong();
     ::kill(pid, SIGKILL);
     for (qint64 child : victims)
         ::kill(pid_t(child), SIGKILL);
