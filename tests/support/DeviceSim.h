@@ -5,12 +5,10 @@
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <arpa/inet.h>
 #include <csignal>
+#include <httplib.h>
 #include <memory>
 #include <string>
-#include <sys/socket.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include "clientcommonlogical/CConfigMgr.h"
@@ -103,28 +101,18 @@ public:
         return LoopbackDevice(id, m_port, password);
     }
 
-    // One request to the control API (no authentication); the answer body.
+    // One request to the control API (no authentication); the answer body, empty on failure.
     QByteArray control(const char* method, const char* path, const QByteArray& body = QByteArray()) const
     {
-        const sockaddr_in addr = LoopbackAddress(m_port);
-        const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        QByteArray answer;
-        timeval limit{10, 0};  // a hung emulator fails the test instead of hanging it
-        setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-        if (fd >= 0 && ::connect(fd, reinterpret_cast<const sockaddr*>(&addr), sizeof addr) == 0) {
-            QByteArray req = QByteArray(method) + ' ' + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n"
-                + "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
-                + body;
-            if (::send(fd, req.constData(), size_t(req.size()), MSG_NOSIGNAL) == req.size()) {
-                char buf[65536];
-                ssize_t n;
-                while ((n = ::recv(fd, buf, sizeof buf, 0)) > 0)
-                    answer.append(buf, int(n));
-            }
-        }
-        ::close(fd);
-        const int at = answer.indexOf("\r\n\r\n");
-        return at < 0 ? QByteArray() : answer.mid(at + 4);
+        httplib::Client client("127.0.0.1", m_port);
+        client.set_read_timeout(10);  // a hung emulator fails the test instead of hanging it
+        httplib::Request request;
+        request.method = method;
+        request.path = path;
+        request.body = body.toStdString();
+        request.set_header("Content-Type", "application/json");
+        const httplib::Result answer = client.send(request);
+        return answer ? QByteArray::fromStdString(answer->body) : QByteArray();
     }
 
 private:
