@@ -1,6 +1,6 @@
 #pragma once
 // The host's logic model with the plug-in through which play windows find its
-// cameras, and a whole run of the host program. GUI thread.
+// cameras, a shown play window, and a whole run of the host program. GUI thread.
 #include <QProcess>
 #include <QStringList>
 #include <memory>
@@ -8,6 +8,7 @@
 #include "UiDataController/CLogicModel.h"
 #include "clientcommonlogical/CConfigMgr.h"
 #include "playwindow/CLiveViewControllerPlugin.h"
+#include "playwindow/CStreamPlayWindowWithTask.h"
 #include "support/TestSupport.h"
 
 namespace testsupport {
@@ -21,6 +22,15 @@ public:
 private:
     UiDataController::CLogicModel m_model{UiDataController::StruResouceOfElementParam(),
         std::make_shared<clientcommonlogical::CGroupManagerDeletage>(), nullptr};
+};
+
+// A play window of its own, shown at this size; stopped when destroyed.
+struct ShownWindow : CStreamPlayWindowWithTask {
+    explicit ShownWindow(QSize size = {640, 360}) : CStreamPlayWindowWithTask(0)
+    {
+        resize(size);
+        show();
+    }
 };
 
 struct HostRun {

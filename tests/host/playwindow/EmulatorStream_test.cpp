@@ -7,7 +7,6 @@
 #include "support/DeviceSim.h"
 #include "support/HostRuns.h"
 #include "support/LoopbackStream.h"
-#include "support/TestSupport.h"
 
 namespace {
 
@@ -17,10 +16,8 @@ TEST(EmulatorStream, ChannelPlaysGoesOfflineAndComesBack)
     ASSERT_TRUE(sim.start());
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({sim.device("TEST0001", testsupport::DeviceSim::kPassword)});
     testsupport::LogicModelPlugin plugin;
-    CStreamPlayWindowWithTask w(0);
+    testsupport::ShownWindow w;
     w.SetLiveViewControllerPlugin(&plugin);
-    w.resize(640, 360);
-    w.show();
     std::vector<CLiveViewEvent> events;
     QObject::connect(&w, &CStreamPlayWindowWithTask::SignalLiveViewEvent, &w, [&events](CLiveViewEvent e) { events.push_back(e); });
     const auto nonBlack = [&w] { return testsupport::NonBlack(w.CurrentFrame()); };

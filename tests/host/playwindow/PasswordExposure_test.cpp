@@ -73,10 +73,8 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
         SCOPED_TRACE(r.id);
         const qint64 logStart = testsupport::logText().size();
         {
-            CStreamPlayWindowWithTask w(0);
+            testsupport::ShownWindow w({480, 270});
             w.SetLiveViewControllerPlugin(&plugin);
-            w.resize(480, 270);
-            w.show();
             ASSERT_TRUE(w.StartPreview(std::string(r.id) + "-CH1", 100, 0, 0));
             if (*r.shown == '\0') {
                 EXPECT_TRUE(testsupport::waitUntil([&w] { return testsupport::NonBlack(w.CurrentFrame()); }, 5000));
@@ -87,7 +85,6 @@ TEST(PasswordExposure, VideoAndRequestsNeverHandThePasswordToAnImpostor)
                 EXPECT_TRUE(w.MessageText().startsWith(QLatin1String(r.shown))) << w.MessageText().toStdString();
                 EXPECT_FALSE(w.HasFrame());
             }
-            w.StopPreview();
         }
         std::string answer;
         EXPECT_EQ(testsupport::dvapi(r.id, "GET /DVAPI/System/deviceInfo\r\n", answer), r.requestError == 0);

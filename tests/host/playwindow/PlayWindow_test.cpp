@@ -6,9 +6,9 @@
 #include "playwindow/CPictureFit.h"
 #include "playwindow/CStreamDecoder.h"
 #include "playwindow/CStreamPlayWindowWithTask.h"
+#include "support/HostRuns.h"
 #include "support/LoopbackStream.h"
 #include "support/PrivatePulseServer.h"
-#include "support/TestSupport.h"
 
 namespace {
 
@@ -38,9 +38,7 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
                 QStringList{QStringLiteral("-c:a"), QStringLiteral("mp2")}, QStringLiteral("mp2"));
             url = audio->url;
         }
-        CStreamPlayWindowWithTask w(0);
-        w.resize(320, 180);
-        w.show();
+        testsupport::ShownWindow w({320, 180});
         int ticks = 0;
         QTimer ticker;
         QObject::connect(&ticker, &QTimer::timeout, &ticker, [&ticks] { ++ticks; });
@@ -64,9 +62,7 @@ TEST_F(PlayWindowTest, BadSourcesShowMessageWithoutBlocking)
 TEST_F(PlayWindowTest, PictureSizeFollowsTheWindow)
 {
     testsupport::PartServer server({testsupport::makeJpeg(640, 360)});
-    CStreamPlayWindowWithTask w(0);
-    w.resize(640, 360);
-    w.show();
+    testsupport::ShownWindow w;
     ASSERT_TRUE(w.StartPreviewUrl(server.url, "cam-fit"));
     const struct {
         QSize window;
@@ -92,7 +88,6 @@ TEST_F(PlayWindowTest, PictureSizeFollowsTheWindow)
         EXPECT_EQ(qGray(shown.pixel(0, shown.height() / 2)) < 8, r.leftBar);
         EXPECT_GT(qGray(shown.pixel(shown.width() / 2, shown.height() / 2)), 8);
     }
-    w.StopPreview();
 }
 
 TEST_F(PlayWindowTest, CorruptFramesAreSkippedOthersPlayOn)
@@ -110,8 +105,6 @@ TEST_F(PlayWindowTest, CorruptFramesAreSkippedOthersPlayOn)
     EXPECT_TRUE(testsupport::waitUntil([&b] { return b.DecodedFrames() > 10; }, 3000));
     EXPECT_EQ(b.BadPackets(), 0u);
     EXPECT_TRUE(a.IsPreviewing());
-    a.StopPreview();
-    b.StopPreview();
 }
 
 TEST_F(PlayWindowTest, SoundOfAStreamWithAudioPlaysOnTheSoundServer)
@@ -131,7 +124,6 @@ TEST_F(PlayWindowTest, SoundOfAStreamWithAudioPlaysOnTheSoundServer)
     EXPECT_TRUE(testsupport::waitUntil(&testsupport::PrivatePulseServer::somethingPlays, 3000));
     w.CloseSound();
     EXPECT_TRUE(testsupport::waitUntil([] { return !testsupport::PrivatePulseServer::somethingPlays(); }, 3000));
-    w.StopPreview();
 }
 
 // Grid cells of the page on a 1920x1080 screen, and edges: even sizes,

@@ -182,15 +182,12 @@ TEST_F(RtspStreamTest, LayoutChoosesSubOrMainStreamWithoutBlackFlash)
         }
         EXPECT_EQ(blackTicks, 0);
         EXPECT_FALSE(w.PlayingUrl().contains(QLatin1String(testsupport::DeviceSim::kPassword)));
-        w.StopPreview();
     }
 }
 
 TEST_F(RtspStreamTest, ServerRestartIsReconnectedByItself)
 {
-    CStreamPlayWindowWithTask w(0);
-    w.resize(640, 360);
-    w.show();
+    testsupport::ShownWindow w;
     ASSERT_TRUE(w.StartPreviewUrl(rtspUrl("/ch3/h264/sub", s_rtspPort), "cam-restart"));
     ASSERT_TRUE(plays(w, 3000));
     EXPECT_FALSE(w.PlayingUrl().contains(QLatin1String(testsupport::DeviceSim::kPassword)));
@@ -199,14 +196,11 @@ TEST_F(RtspStreamTest, ServerRestartIsReconnectedByItself)
     EXPECT_TRUE(testsupport::waitUntil([&w] { return w.MessageText().contains(QLatin1String("Retrying")); }, 8000));
     ASSERT_TRUE(s_sim->start(port));
     EXPECT_TRUE(plays(w, 10000));
-    w.StopPreview();
 }
 
 TEST_F(RtspStreamTest, StallShowsNoSignalAndResumes)
 {
-    CStreamPlayWindowWithTask w(0);
-    w.resize(640, 360);
-    w.show();
+    testsupport::ShownWindow w;
     ASSERT_TRUE(w.StartPreviewUrl(rtspUrl("/ch4/h265/sub", s_rtspPort), "cam-stall"));
     ASSERT_TRUE(plays(w, 3000));
     s_sim->freeze(true);
@@ -215,7 +209,6 @@ TEST_F(RtspStreamTest, StallShowsNoSignalAndResumes)
     EXPECT_TRUE(w.HasFrame());  // the last picture stays while waiting
     s_sim->freeze(false);
     EXPECT_TRUE(playsOn(w, 10000)) << w.MessageText().toStdString();
-    w.StopPreview();
 }
 
 // Each shows its state and keeps the GUI turning.
@@ -243,9 +236,7 @@ TEST_F(RtspStreamTest, BadSourcesShowTheirState)
     for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         const int connectionsBefore = rtspConnections();
-        CStreamPlayWindowWithTask w(0);
-        w.resize(320, 180);
-        w.show();
+        testsupport::ShownWindow w({320, 180});
         int ticks = 0;
         QTimer ticker;
         QObject::connect(&ticker, &QTimer::timeout, &ticker, [&ticks] { ++ticks; });
@@ -293,10 +284,8 @@ TEST_F(RtspStreamTest, FaultsShowOnlyWholePictures)
     };
     for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
-        CStreamPlayWindowWithTask w(0);
+        testsupport::ShownWindow w;
         w.SetLiveViewControllerPlugin(&plugin);
-        w.resize(640, 360);
-        w.show();
         PaintedPictures pictures(w);
         nlohmann::json fault = r.fault;
         fault["path"] = r.path;
@@ -348,7 +337,6 @@ TEST_F(RtspStreamTest, FaultsShowOnlyWholePictures)
         // packet for its whole read time-out: one reconnect is allowed there.
         const int maxConnections = r.fault == halfLost ? 2 : 1;
         EXPECT_LE(rtspConnections() - connectionsBefore, maxConnections) << "reconnected instead of waiting";
-        w.StopPreview();
     }
 }
 
@@ -356,9 +344,7 @@ TEST_F(RtspStreamTest, FaultsShowOnlyWholePictures)
 // from the next key frame, with no picture built on the skipped ones.
 TEST_F(RtspStreamTest, UnseenWindowDecodesKeyFramesOnly)
 {
-    CStreamPlayWindowWithTask w(0);
-    w.resize(640, 360);
-    w.show();
+    testsupport::ShownWindow w;
     PaintedPictures pictures(w);
     ASSERT_TRUE(w.StartPreviewUrl(rtspUrl("/ch2/h264/sub", s_rtspPort), "cam-unseen"));
     ASSERT_TRUE(plays(w, 3000));
@@ -373,7 +359,6 @@ TEST_F(RtspStreamTest, UnseenWindowDecodesKeyFramesOnly)
     const std::set<size_t> after = pictures.Collect(100);
     whole.insert(after.begin(), after.end());
     EXPECT_EQ(notWhole(shownAgain, whole), 0u) << "of " << shownAgain.size();
-    w.StopPreview();
 }
 
 // The camera's resolution is changed while it plays: the picture follows
@@ -390,9 +375,7 @@ TEST_F(RtspStreamTest, ResolutionChangeKeepsPlayingAtTheNewSize)
     };
     for (const auto& r : rows) {
         SCOPED_TRACE(r.path);
-        CStreamPlayWindowWithTask w(0);
-        w.resize(640, 360);
-        w.show();
+        testsupport::ShownWindow w;
         const int connectionsBefore = rtspConnections();
         ASSERT_TRUE(w.StartPreviewUrl(rtspUrl(r.path, s_rtspPort), "cam-resize"));
         ASSERT_TRUE(plays(w, 3000));
@@ -404,7 +387,6 @@ TEST_F(RtspStreamTest, ResolutionChangeKeepsPlayingAtTheNewSize)
         EXPECT_TRUE(testsupport::NonBlack(w.CurrentFrame()));
         EXPECT_EQ(w.BadPackets(), 0u);
         EXPECT_EQ(rtspConnections() - connectionsBefore, 1);
-        w.StopPreview();
     }
 }
 
