@@ -1,6 +1,7 @@
 // The live alarm intake against the emulator: events in order and intact, bad
 // parts skipped, the stream back after a drop, availability reported.
 #include <QSignalSpy>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -39,10 +40,8 @@ protected:
     }
     const IntelAlarmEventInfo* find(const std::string& eventID) const
     {
-        for (const auto& e : m_events)
-            if (e.eventID == eventID)
-                return &e;
-        return nullptr;
+        const auto it = std::find_if(m_events.begin(), m_events.end(), [&](const auto& e) { return e.eventID == eventID; });
+        return it == m_events.end() ? nullptr : &*it;
     }
 
     testsupport::DeviceSim m_sim;
