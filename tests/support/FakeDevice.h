@@ -39,7 +39,6 @@ public:
             ::listen(m_fd, 16);
     }
     ~ListeningSocket() { Close(); }
-    ListeningSocket(const ListeningSocket&) = delete;
     // Also wakes a thread blocked in accept(); that thread reads fd() meanwhile.
     void Close()
     {
@@ -99,8 +98,6 @@ public:
         for (auto& t : m_threads)
             t.join();
     }
-    FakeDevice(const FakeDevice&) = delete;
-    FakeDevice& operator=(const FakeDevice&) = delete;
 
     int port() const { return m_socket.port(); }
     bool stopping() const { return m_stop; }
