@@ -103,7 +103,6 @@ TEST_F(JournalTest, EmulatorAlarmsBecomeRowsThroughTheDisplay)
     EXPECT_EQ(std::make_tuple(hot.cameraId, hot.kind, hot.temperatureMeasured, hot.mask, hot.countsAbnormal(), hot.countsNoMask(),
                   hot.shown), std::make_tuple(std::string("TEST0001-CH2"), 4u, true, 1u, true, true, 1));
     EXPECT_NEAR(hot.temperature, 38.4, 1e-6);
-    ASSERT_FALSE(hot.faceJpeg.isEmpty());
     EXPECT_LE(hot.faceJpeg.size(), JournalEvent::kMaxFaceBytes);
     EXPECT_FALSE(QImage::fromData(hot.faceJpeg, "JPEG").isNull());
     const JournalEvent& match = *byCode.at(100103);
@@ -335,8 +334,7 @@ TEST_F(JournalTest, KillNineLosesAtMostTheLastBatch)
     // A prefix without holes, and no more than about a second of rows missing.
     for (size_t i = 0; i < rows.size(); ++i)
         ASSERT_EQ(rows[i].personName, std::to_string(i));
-    EXPECT_GE(int(rows.size()), handedOver - 1000);
-    EXPECT_GT(rows.size(), 0u);
+    EXPECT_GE(int(rows.size()), handedOver - 1000);  // at least 500
     EXPECT_EQ(testsupport::sqlQuery(path.toStdString(), "PRAGMA integrity_check"), "ok");
 }
 

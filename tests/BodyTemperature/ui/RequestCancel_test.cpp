@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -388,35 +387,22 @@ TEST_F(CancelFixture, ChoiceChangedInTheFormThenThePageTornDown)
     clientcommonlogical::CConfigMgr::Instance()->SetDevices({s_sim->device()});
 }
 
-// Events keep arriving while a voice file is refused, device texts carry bidi
-// controls, the journal passes its bound: each row's GUI gap, and what is left.
+// Events keep arriving while a voice file is refused, and while the journal passes
+// its bound (comparisons with pop-ups follow that burst): each row's GUI gap.
 TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
 {
     QTemporaryDir dir;
     const QString quoted = dir.filePath(QStringLiteral("it's mine.wav"));
     ASSERT_TRUE(testsupport::writeFile(quoted, QByteArray()));
-    const QString shownName = QString::fromUtf8("Zo\u00eb Evil Name");
-    // Shown in a label, and no label holds a control.
-    const auto labelsShow = [](const QString& text) {
-        bool shown = false;
-        for (QWidget* w : QApplication::allWidgets())
-            if (auto* label = qobject_cast<QLabel*>(w)) {
-                if (label->text().contains(QRegularExpression(QStringLiteral("[\\x{202a}-\\x{202e}\\x{2066}-\\x{2069}]"))))
-                    return false;
-                shown = shown || label->text() == text;
-            }
-        return shown;
-    };
     const qint64 logFrom = testsupport::logText().size();
     struct Case {
         const char* name;
         int64_t journalBytes;  // the journal's size bound
-        bool bidiNames;        // comparisons whose person's name carries controls follow the burst
         std::function<void(QWidget* page)> act;
         std::function<bool()> seen;
     };
     const Case rows[] = {
-        {"quoted voice file refused", 0, false,
+        {"quoted voice file refused", 0,
             [quoted](QWidget* page) {
                 auto* voices = new CSoundConfigPage(page);
                 AlarmDisplayConfig config;
@@ -433,8 +419,7 @@ TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
                     ->click();
             },
             [] { return CInformationDlg::ShownMessages().contains(QStringLiteral("VoicePathWithQuote")); }},
-        {"device texts with bidirectional controls", 0, true, [](QWidget*) {}, [&] { return labelsShow(shownName); }},
-        {"journal past its size bound", 256 * 1024, false, [](QWidget*) {},
+        {"journal past its size bound", 256 * 1024, [](QWidget*) {},
             [logFrom] { return testsupport::logText(logFrom).contains("oldest row(s) removed to stay within 0.2 MB"); }},
     };
     // Captures with a small scene; the journal row's larger faces pass its bound within one burst.
@@ -445,10 +430,9 @@ TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
     };
     // The process's first file dialog loads Qt's icon theme and file-system model; not the page's time.
     delete new QFileDialog;
-    const QByteArray bidi = QByteArray::fromStdString(nlohmann::json{{"eventCode", 100103}, {"channelID", 1},
+    const QByteArray comparison = QByteArray::fromStdString(nlohmann::json{{"eventCode", 100103}, {"channelID", 1},
         {"faces", {{{"Temperature", 38.6}, {"TemperatureAnomaly", 1}}}},
-        {"comparison", {{"similarity", 0.9},
-            {"person", {{"name", "Zo\u00eb \u202eEvil\u202c \u2067Name\u2069"}, {"FDID", "1"}}}}}}.dump());
+        {"comparison", {{"similarity", 0.9}, {"person", {{"name", "Zo\u00eb"}, {"FDID", "1"}}}}}}.dump());
     commlayer::CAlarmSubscription stream(s_sim->device(), 0);
     stream.Start();
     ASSERT_TRUE(testsupport::waitUntil([] { return Stat("clients") == 1; }));
@@ -463,9 +447,8 @@ TEST_F(CancelFixture, TheGuiRunsOnWhileEventsArrive)
         frame->show();
         // Answered once the burst is on its way; the page takes it while the row runs.
         s_sim->control("POST", "/control/burst", burst(r.journalBytes > 0));
-        // After the burst, whose alarms would push them out of the list.
-        for (int i = 0; r.bidiNames && i < 3; ++i)
-            s_sim->control("POST", "/control/event", bidi);
+        for (int i = 0; r.journalBytes > 0 && i < 3; ++i)
+            s_sim->control("POST", "/control/event", comparison);
         testsupport::GuiGapProbe probe;
         probe.start();
         r.act(page);

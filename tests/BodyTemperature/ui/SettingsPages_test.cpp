@@ -35,7 +35,6 @@ using clientcommonlogical::CConfigMgr;
 
 namespace {
 
-
 using PopConfigPageTest = settingstest::SettingsFileTest;
 
 TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZeroNorPaste)
@@ -216,9 +215,7 @@ TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtO
 TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPathEvenWhenItFails)
 {
     const QString wav = path(QStringLiteral("my voice.wav"));
-    QFile f(wav);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.close();
+    ASSERT_TRUE(testsupport::writeFile(wav, QByteArray()));
     AlarmDisplayConfig expected = withVoices();
     expected.bSoundNormal = false;
     expected.bSoundAbnormal = true;
