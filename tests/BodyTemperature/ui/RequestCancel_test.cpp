@@ -16,6 +16,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
+#include <tuple>
 #include <vector>
 #include <nlohmann/json.hpp>
 
@@ -71,19 +72,19 @@ void ExpectGap(qint64 gap, const std::string& what, qint64 limit = kLongestGapMs
 }
 
 enum class Kind { Search, Poll, Thumb, Picture, Capability, Upload };
-// Unload: the page, its descriptor and then the library go, as the host unloads a module.
-enum class Action { Cancel, Close, LeavePage, TearDown, Unload };
-
-struct Row {
-    Kind kind;
-    Action action;
-};
+// Own: the dialog's own Cancel, or Close for a view. Unload: the page, its descriptor
+// and then the library go, as the host unloads a module.
+enum class Action { Own, LeavePage, TearDown, Unload };
+using Row = std::tuple<Kind, Action>;
 
 std::string rowName(const Row& r)
 {
     static const char* kinds[] = {"Search", "Poll", "Thumbnail", "Picture", "Capability", "Upload"};
-    static const char* actions[] = {"Cancel", "Close", "LeavePage", "TearDown", "Unload"};
-    return std::string(kinds[int(r.kind)]) + "_" + actions[int(r.action)];
+    static const char* actions[] = {"Cancel", "LeavePage", "TearDown", "Unload"};
+    const bool view = std::get<0>(r) == Kind::Thumb || std::get<0>(r) == Kind::Picture;
+    const Action action = std::get<1>(r);
+    return std::string(kinds[int(std::get<0>(r))]) + "_"
+        + (view && action == Action::Own ? "Close" : actions[int(action)]);
 }
 
 // Matched by class name, so that the plug-in's own copies of the classes are found too.
@@ -215,14 +216,15 @@ class RequestCancelTest : public CancelFixture, public ::testing::WithParamInter
 
 TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
 {
-    const Row row = GetParam();
-    const std::string task = "cancel-" + rowName(row);
+    const Kind kind = std::get<0>(GetParam());
+    const Action action = std::get<1>(GetParam());
+    const std::string task = "cancel-" + rowName(GetParam());
     const nlohmann::json held{{"delayMs", kHeldMs}};
     const std::string pictures = "/DVAPI/pictures/hfpd/" + task + "/1.jpg";
     s_sim->control("POST", "/control/hfpd",
-        QByteArray::fromStdString(nlohmann::json{{"taskID", task}, {"polls", row.kind == Kind::Poll ? -1 : 1},
+        QByteArray::fromStdString(nlohmann::json{{"taskID", task}, {"polls", kind == Kind::Poll ? -1 : 1},
             {"count", 3}}.dump()));
-    switch (row.kind) {
+    switch (kind) {
     case Kind::Search: Fault("/DVAPI/SDT/HFPD/searchTask/result/recordData/" + task, held); break;
     case Kind::Poll: break;  // the second poll is held, once the first was answered
     case Kind::Thumb: Fault(pictures + "?face=1", held); break;
@@ -234,20 +236,20 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
     case Kind::Upload: Fault("/DVAPI/SDK/batch", held); break;
     }
     // The waiting dialog of the add-to-library dialog's requests, of its upload.
-    const char* const chaseName = row.kind == Kind::Capability ? "m_pRequestChase" : "m_pChaseDialog";
+    const char* const chaseName = kind == Kind::Capability ? "m_pRequestChase" : "m_pChaseDialog";
     const int goneBefore = Stat("clientsGone");
 
-    const bool unload = row.action == Action::Unload;
+    const bool unload = action == Action::Unload;
     LoadedModule module;
     auto frame = std::make_unique<QWidget>();
     QPointer<QWidget> page;
     QWidget* list = nullptr;
     QWidget* card = nullptr;  // in the loaded module: the card whose request is held
     if (unload) {
-        page = module.Load(row.kind >= Kind::Capability ? std::string() : std::string("TEST0001-CH1"));
+        page = module.Load(kind >= Kind::Capability ? std::string() : std::string("TEST0001-CH1"));
         ASSERT_FALSE(page.isNull()) << qPrintable(module.lib.errorString());
-        Publish(row.kind >= Kind::Capability ? std::string() : task);
-        const char* const cardClass = row.kind >= Kind::Capability ? "BodyTemperature::CSnapUnit"
+        Publish(kind >= Kind::Capability ? std::string() : task);
+        const char* const cardClass = kind >= Kind::Capability ? "BodyTemperature::CSnapUnit"
                                                                    : "BodyTemperature::CFrequenterUnit";
         ASSERT_TRUE(testsupport::waitUntil([&] {
             for (QWidget* w : page->findChildren<QWidget*>())
@@ -267,33 +269,32 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
     bool acted = false;
     bool pollHeld = false;
     WhileModal(&probe, [&] {
-        if (row.kind == Kind::Poll && !pollHeld) {
+        if (kind == Kind::Poll && !pollHeld) {
             if (Polls(task) < 1)
                 return false;
             Fault("/DVAPI/SDT/HFPD/searchTask/result/recordData/" + task, held);
             pollHeld = true;
         }
-        const bool shown = row.kind >= Kind::Capability ? Visible<VantorGUIToolkit::CChaseDialog>(chaseName) != nullptr
-            : row.kind == Kind::Search || row.kind == Kind::Poll
+        const bool shown = kind >= Kind::Capability ? Visible<VantorGUIToolkit::CChaseDialog>(chaseName) != nullptr
+            : kind == Kind::Search || kind == Kind::Poll
             ? Visible<CWaitShowWid>() != nullptr
             : Visible<CHFPDShowDetailWid>("ReCustomerDetailsDlg") != nullptr;
         if (!shown || Stat("delaying") < 1)
             return false;
         probe.start();
         acted = true;
-        switch (row.action) {
-        case Action::Cancel:
-            if (row.kind >= Kind::Capability)
+        switch (action) {
+        case Action::Own:
+            if (kind >= Kind::Capability)
                 Visible<VantorGUIToolkit::CChaseDialog>(chaseName)
                     ->findChild<QPushButton*>(QStringLiteral("m_pCancelBtn"))
                     ->click();
+            else if (kind >= Kind::Thumb)
+                Visible<CHFPDShowDetailWid>("ReCustomerDetailsDlg")
+                    ->findChild<QPushButton*>(QStringLiteral("m_pCloseBtn"))
+                    ->click();
             else
                 QTest::keyClick(Visible<CWaitShowWid>(), Qt::Key_Escape);
-            break;
-        case Action::Close:
-            Visible<CHFPDShowDetailWid>("ReCustomerDetailsDlg")
-                ->findChild<QPushButton*>(QStringLiteral("m_pCloseBtn"))
-                ->click();
             break;
         case Action::LeavePage: static_cast<BodyTemperatureWid*>(page.data())->saveState(); break;
         case Action::TearDown: frame.reset(); break;
@@ -302,13 +303,13 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
         return true;
     });
 
-    if (unload && row.kind >= Kind::Capability) {
+    if (unload && kind >= Kind::Capability) {
         AddFace(QStringLiteral("Held Upload"),
             [card] { card->findChild<QPushButton*>(QStringLiteral("m_pAddToLibBtn"))->click(); });
     } else if (unload) {
         // The plug-in's own ShowDetails, reached through its meta-object.
         QMetaObject::invokeMethod(card, "ShowDetails", Qt::DirectConnection);
-    } else if (row.kind >= Kind::Capability) {
+    } else if (kind >= Kind::Capability) {
         AddFace(list, QStringLiteral("Held Upload"));
     } else {
         ShowReturningDetails(list, task);
@@ -319,11 +320,11 @@ TEST_P(RequestCancelTest, EndsWithin100msOfGuiTimeAndTheDeviceSeesItClosed)
     }
     const qint64 gap = probe.stop();
     ASSERT_TRUE(acted) << "the request was never held";
-    ExpectGap(gap, rowName(row));
+    ExpectGap(gap, rowName(GetParam()));
     EXPECT_TRUE(testsupport::waitUntil([&] { return Stat("clientsGone") > goneBefore; }, 3000))
         << "the device saw the connection closed";
     EXPECT_EQ(Stat("delaying"), 0);
-    EXPECT_EQ(page.isNull(), row.action == Action::TearDown || unload);
+    EXPECT_EQ(page.isNull(), action == Action::TearDown || unload);
     if (unload)  // a stray worker or queued call of the module would run into unmapped code here
         testsupport::pump(300);
 }
@@ -558,17 +559,13 @@ TEST_F(CancelFixture, UnheardUploadIsCheckedAndNeverStoredTwice)
     }
 }
 
+const auto kKinds =
+    ::testing::Values(Kind::Search, Kind::Poll, Kind::Thumb, Kind::Picture, Kind::Capability, Kind::Upload);
+// The unloading rows last: they load and unmap the plug-in.
 INSTANTIATE_TEST_SUITE_P(HeldRequests, RequestCancelTest,
-    ::testing::Values(Row{Kind::Search, Action::Cancel}, Row{Kind::Search, Action::LeavePage},
-        Row{Kind::Search, Action::TearDown}, Row{Kind::Poll, Action::Cancel}, Row{Kind::Poll, Action::LeavePage},
-        Row{Kind::Poll, Action::TearDown}, Row{Kind::Thumb, Action::Close}, Row{Kind::Thumb, Action::LeavePage},
-        Row{Kind::Thumb, Action::TearDown}, Row{Kind::Picture, Action::Close},
-        Row{Kind::Picture, Action::LeavePage}, Row{Kind::Picture, Action::TearDown},
-        Row{Kind::Capability, Action::Cancel}, Row{Kind::Capability, Action::LeavePage},
-        Row{Kind::Capability, Action::TearDown}, Row{Kind::Upload, Action::Cancel}, Row{Kind::Upload, Action::LeavePage},
-        Row{Kind::Upload, Action::TearDown}, Row{Kind::Search, Action::Unload}, Row{Kind::Poll, Action::Unload},
-        Row{Kind::Thumb, Action::Unload}, Row{Kind::Picture, Action::Unload}, Row{Kind::Capability, Action::Unload},
-        Row{Kind::Upload, Action::Unload}),
+    ::testing::Combine(kKinds, ::testing::Values(Action::Own, Action::LeavePage, Action::TearDown)),
+    [](const ::testing::TestParamInfo<Row>& p) { return rowName(p.param); });
+INSTANTIATE_TEST_SUITE_P(Unloaded, RequestCancelTest, ::testing::Combine(kKinds, ::testing::Values(Action::Unload)),
     [](const ::testing::TestParamInfo<Row>& p) { return rowName(p.param); });
 
 } // namespace
