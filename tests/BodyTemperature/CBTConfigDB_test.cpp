@@ -175,10 +175,7 @@ TEST_F(ConfigDBTest, HandMadeRowsLoadAndOutOfRangeDurationsReadAsTheDefault)
 
 TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
 {
-    struct Case {
-        const char* name;
-        std::function<std::string(ConfigDBTest&)> prepare;
-    };
+    struct Case { const char* name; std::function<std::string(ConfigDBTest&)> prepare; };
     const Case cases[] = {
         {"missing table", [](ConfigDBTest& t) {
              const std::string p = t.path(QStringLiteral("notable.db")).toStdString();

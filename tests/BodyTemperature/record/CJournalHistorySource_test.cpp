@@ -82,10 +82,7 @@ protected:
     QString m_path;
 };
 
-struct FilterRow {
-    const char* name;
-    HistoryFilter filter;
-};
+struct FilterRow { const char* name; HistoryFilter filter; };
 
 std::vector<FilterRow> filterRows()
 {

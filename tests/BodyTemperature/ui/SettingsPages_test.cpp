@@ -106,12 +106,8 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
         testsupport::child<QCheckBox>(&p, "m_pAutoCloseCheckBox")->click();
         testsupport::child<QLineEdit>(&p, "m_pDurationEdit")->setText(QStringLiteral("7"));
     };
-    struct Row {
-        const char* name;
-        std::function<void(CPopConfigPage&)> act;
-        const char* message;  // none when closed without saving
-        bool staysOpen;
-    };
+    // No message when closed without saving.
+    struct Row { const char* name; std::function<void(CPopConfigPage&)> act; const char* message; bool staysOpen; };
     const Row rows[] = {
         {"save after toggling a box twice", [](CPopConfigPage& p) {
              testsupport::child<QCheckBox>(&p, "m_pAbnormalCheckBox")->click();

@@ -252,12 +252,10 @@ FileLock lockSettingsFile()
 
 TEST_F(SettingsThroughDisplayTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceFree)
 {
-    struct Case {
-        const char* name;
-        bool userToggles;  // the user unchecks face comparison right after the lock clears
-    };
-    const Case cases[] = {{"nobody touches the settings", false}, {"the user saves a switch", true}};
-    for (const Case& c : cases) {
+    // userToggles: the user unchecks face comparison right after the lock clears.
+    const struct { const char* name; bool userToggles; } cases[] = {
+        {"nobody touches the settings", false}, {"the user saves a switch", true}};
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         settingstest::emptyTable();
         ASSERT_TRUE(store(userRow()));
