@@ -263,12 +263,10 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
     EXPECT_TRUE(list->testAttribute(Qt::WA_OpaquePaintEvent));
     w->OnFullScreenChanged(true);
     EXPECT_FALSE(list->testAttribute(Qt::WA_OpaquePaintEvent)) << "over the video the list lets the panel show through";
-    EXPECT_TRUE(panel->isWindow());
-    EXPECT_TRUE(panel->windowFlags() & Qt::FramelessWindowHint);
-    EXPECT_TRUE(panel->windowFlags() & Qt::WindowStaysOnTopHint);
+    const Qt::WindowFlags onTop = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    EXPECT_EQ(std::make_tuple(panel->isWindow(), panel->windowFlags() & onTop, panel->isVisible(), panel->geometry()),
+        std::make_tuple(true, onTop, true, QRect(1497, 0, 423, 654)));
     EXPECT_TRUE(panel->testAttribute(Qt::WA_TranslucentBackground));
-    EXPECT_EQ(panel->geometry(), QRect(1497, 0, 423, 654));
-    EXPECT_TRUE(panel->isVisible());
 
     w->OnFullScreenChanged(false);
     EXPECT_FALSE(panel->isWindow());
