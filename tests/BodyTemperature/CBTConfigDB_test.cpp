@@ -147,28 +147,35 @@ TEST_F(ConfigDBTest, AFailedSaveEmptiesTheTableOrLeavesItAsItWas)
     }
 }
 
-TEST_F(ConfigDBTest, OutOfRangeDurationsReadAsTheDefault)
+// A hand-made table of thirteen untyped columns holding text loads as the store's own;
+// durations out of range read as the default.
+TEST_F(ConfigDBTest, HandMadeRowsLoadAndOutOfRangeDurationsReadAsTheDefault)
 {
     const std::pair<const char*, int> rows[] = {{"-5", 5}, {"0", 5}, {"3000000", 5}, {"99999999999", 5},
-        {"'abc'", 5}, {"1801", 5}, {"-1", -1}, {"1", 1}, {"1800", 1800}};
-    CBTConfigDB db(dbPath());
+        {"'abc'", 5}, {"1801", 5}, {"-1", -1}, {"'-1'", -1}, {"1", 1}, {"1800", 1800}};
+    const std::string file = path(QStringLiteral("handmade")).toStdString();
+    sqlExec(file,
+        "CREATE TABLE TemperatureConfigure (FaceThermSnap, FaceSnap, FaceContrast, NoMask, TemAbnormal, "
+        "Dispeared, DispearedTime, SaveNoMaskPath, SaveTemNormalPath, SaveTemAbnormalPath, OpenNoMaskSound, "
+        "OpenTempNormal, OpenTempAbnormal);");
+    CBTConfigDB db(file);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.first);
-        sqlExec(dbPath(), std::string("DELETE FROM TemperatureConfigure; INSERT INTO TemperatureConfigure VALUES ")
-                + "(1,1,1,1,1,1," + row.first + ",'a.wav','b.wav','c.wav',1,1,1);");
+        sqlExec(file, std::string("DELETE FROM TemperatureConfigure; INSERT INTO TemperatureConfigure VALUES ")
+                + "('1','0','1','0','1','1'," + row.first + ",'a.wav','b.wav','c.wav','0','1','0');");
         AlarmDisplayConfig c;
         ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
         EXPECT_EQ(c.iPopDuration, row.second);
-        EXPECT_EQ(c.strNormalVoice, QStringLiteral("b.wav"));
+        EXPECT_EQ(std::make_tuple(c.bFaceTemperatureCapture, c.bFaceCapture, c.bFacePictureComparison, c.bPopNoMask,
+                      c.bSoundNoMask, c.bSoundNormal, c.strNoMaskVoice, c.strNormalVoice, c.strAbnormalVoice),
+            std::make_tuple(true, false, true, false, false, true, QStringLiteral("a.wav"), QStringLiteral("b.wav"),
+                QStringLiteral("c.wav")));
     }
 }
 
 TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
 {
-    struct Case {
-        const char* name;
-        std::function<std::string(ConfigDBTest&)> prepare;
-    };
+    struct Case { const char* name; std::function<std::string(ConfigDBTest&)> prepare; };
     const Case cases[] = {
         {"missing table", [](ConfigDBTest& t) {
              const std::string p = t.path(QStringLiteral("notable.db")).toStdString();
@@ -193,28 +200,6 @@ TEST_F(ConfigDBTest, BadFilesReturnFalseWithoutCrashing)
         EXPECT_TRUE(config == AlarmDisplayConfig()) << c.name;
         EXPECT_FALSE(db.SaveAlarmDisplayConfig(sampleConfig())) << c.name;
     }
-}
-
-TEST_F(ConfigDBTest, AHandMadeThirteenColumnTableLoadsTheSame)
-{
-    const std::string file = path(QStringLiteral("handmade")).toStdString();
-    sqlExec(file,
-        "CREATE TABLE TemperatureConfigure (FaceThermSnap, FaceSnap, FaceContrast, NoMask, TemAbnormal, "
-        "Dispeared, DispearedTime, SaveNoMaskPath, SaveTemNormalPath, SaveTemAbnormalPath, OpenNoMaskSound, "
-        "OpenTempNormal, OpenTempAbnormal);"
-        "INSERT INTO TemperatureConfigure VALUES ('1','0','1','0','1','1','-1','a.wav','b.wav','c.wav','0','1','0');");
-    CBTConfigDB db(file);
-    AlarmDisplayConfig c;
-    ASSERT_TRUE(db.LoadAlarmDisplayConfig(c));
-    EXPECT_TRUE(c.bFaceTemperatureCapture);
-    EXPECT_FALSE(c.bFaceCapture);
-    EXPECT_TRUE(c.bFacePictureComparison);
-    EXPECT_FALSE(c.bPopNoMask);
-    EXPECT_EQ(c.iPopDuration, -1);
-    EXPECT_EQ(c.strNoMaskVoice, QStringLiteral("a.wav"));
-    EXPECT_EQ(c.strAbnormalVoice, QStringLiteral("c.wav"));
-    EXPECT_FALSE(c.bSoundNoMask);
-    EXPECT_TRUE(c.bSoundNormal);
 }
 
 TEST_F(ConfigDBTest, ConcurrentSaversNeverLeaveTwoRows)

@@ -48,13 +48,16 @@ protected:
         append(0, kRows);
     }
 
-    void append(int first, int count)
+    // Rows first.. of the synthetic series, under another name when one is given.
+    void append(int first, int count, const std::string& name = std::string())
     {
         CJournalDatabase db;
         ASSERT_TRUE(db.Open(m_path, CJournalDatabase::OpenMode::Write)) << qPrintable(db.error());
         std::vector<JournalEvent> rows;
-        for (int i = first; i < first + count; ++i)
+        for (int i = first; i < first + count; ++i) {
             rows.push_back(synthetic(i));
+            rows.back().personName = name.empty() ? rows.back().personName : name;
+        }
         ASSERT_TRUE(db.Insert(rows));
     }
 
@@ -79,10 +82,7 @@ protected:
     QString m_path;
 };
 
-struct FilterRow {
-    const char* name;
-    HistoryFilter filter;
-};
+struct FilterRow { const char* name; HistoryFilter filter; };
 
 std::vector<FilterRow> filterRows()
 {
@@ -205,13 +205,7 @@ TEST_F(HistorySourceTest, LiveRowsComeAfterTheWatermarkInOrder)
     f.text = "Newcomer";
     ASSERT_EQ(source.Page(f, nullptr, page, error), IHistorySource::Result::Ok);
     EXPECT_TRUE(page.rows.empty());
-    {
-        JournalEvent e = synthetic(0);
-        e.personName = "Newcomer";
-        CJournalDatabase db;
-        ASSERT_TRUE(db.Open(m_path, CJournalDatabase::OpenMode::Write));
-        ASSERT_TRUE(db.Insert({e}));
-    }
+    append(0, 1, "Newcomer");
     ASSERT_EQ(source.Page(f, nullptr, page, error), IHistorySource::Result::Ok);
     ASSERT_EQ(page.rows.size(), 1u);
     EXPECT_EQ(page.rows[0].event.personName, "Newcomer");

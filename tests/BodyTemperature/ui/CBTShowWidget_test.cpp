@@ -237,31 +237,22 @@ TEST_F(ShowWidgetTest, RetractButtonsToggleTheirListsAndNames)
 {
     auto w = makeWidget(voiceConfig(), true);
     auto* bottom = testsupport::child<QToolButton>(w.get(), "m_pRetractBottomBtn");
-    const auto* strip = w->findChild<CBottomWidget*>();
-    bottom->click();
-    EXPECT_EQ(bottom->objectName(), QStringLiteral("m_pSpreadBottomBtn"));
-    EXPECT_FALSE(strip->isVisible());
-    bottom->click();
-    EXPECT_EQ(bottom->objectName(), QStringLiteral("m_pRetractBottomBtn"));
-    EXPECT_TRUE(strip->isVisible());
-
     auto* right = testsupport::child<QToolButton>(w.get(), "m_pRightRetractBtn");
     const auto* frame = testsupport::child<QWidget>(w.get(), "m_pLiveViewFrame");
-    const auto* panel = testsupport::child<QWidget>(w.get(), "m_pRightPanel");
-    const auto expectPlaced = [&](int offset) {
+    // Clicks button; then it bears name, list shows or not, and the right button sits offset from the edge.
+    const auto click = [&](QToolButton* button, const char* name, const QWidget* list, bool shown, int offset) {
+        button->click();
+        EXPECT_EQ(button->objectName(), QString::fromLatin1(name));
+        EXPECT_EQ(list->isVisible(), shown) << name;
         testsupport::pump();
         w->OnLiveViewWidgetResized();
-        EXPECT_EQ(right->pos(), QPoint(frame->width() - offset, (frame->height() - 60) / 2));
+        EXPECT_EQ(right->pos(), QPoint(frame->width() - offset, (frame->height() - 60) / 2)) << name;
     };
-    expectPlaced(13);
-    right->click();
-    EXPECT_EQ(right->objectName(), QStringLiteral("m_pRightSpreadBtn"));
-    EXPECT_FALSE(panel->isVisible());
-    expectPlaced(23);
-    right->click();
-    EXPECT_EQ(right->objectName(), QStringLiteral("m_pRightRetractBtn"));
-    EXPECT_TRUE(panel->isVisible());
-    expectPlaced(13);
+    click(bottom, "m_pSpreadBottomBtn", w->findChild<CBottomWidget*>(), false, 13);
+    click(bottom, "m_pRetractBottomBtn", w->findChild<CBottomWidget*>(), true, 13);
+    const auto* panel = testsupport::child<QWidget>(w.get(), "m_pRightPanel");
+    click(right, "m_pRightSpreadBtn", panel, false, 23);
+    click(right, "m_pRightRetractBtn", panel, true, 13);
 }
 
 TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
@@ -272,12 +263,10 @@ TEST_F(ShowWidgetTest, FullScreenDetachesTheRightPanelAndBringsItBack)
     EXPECT_TRUE(list->testAttribute(Qt::WA_OpaquePaintEvent));
     w->OnFullScreenChanged(true);
     EXPECT_FALSE(list->testAttribute(Qt::WA_OpaquePaintEvent)) << "over the video the list lets the panel show through";
-    EXPECT_TRUE(panel->isWindow());
-    EXPECT_TRUE(panel->windowFlags() & Qt::FramelessWindowHint);
-    EXPECT_TRUE(panel->windowFlags() & Qt::WindowStaysOnTopHint);
+    const Qt::WindowFlags onTop = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    EXPECT_EQ(std::make_tuple(panel->isWindow(), panel->windowFlags() & onTop, panel->isVisible(), panel->geometry()),
+        std::make_tuple(true, onTop, true, QRect(1497, 0, 423, 654)));
     EXPECT_TRUE(panel->testAttribute(Qt::WA_TranslucentBackground));
-    EXPECT_EQ(panel->geometry(), QRect(1497, 0, 423, 654));
-    EXPECT_TRUE(panel->isVisible());
 
     w->OnFullScreenChanged(false);
     EXPECT_FALSE(panel->isWindow());
@@ -418,7 +407,7 @@ TEST_F(ShowWidgetTest, BurstTrimsTheCardWhoseDialogIsOpen)
     EXPECT_EQ(shown, QStringLiteral("Camera 0"));  // the card's own copy of its record
     EXPECT_EQ(cardsDuring, CBTShowWidget::kMaxRightCards);
     EXPECT_TRUE(keptHidden);
-    QTRY_VERIFY(oldest.isNull());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return oldest.isNull(); }));
     EXPECT_EQ(w->findChild<CComparisonDetail*>(), nullptr);
     EXPECT_EQ(rightList(*w)->count() - 1, CBTShowWidget::kMaxRightCards);
 }
@@ -499,11 +488,7 @@ TEST_F(ShowWidgetTest, LeavingOrTearingDownThePageClosesTheDialog)
 // A trimmed card lives while something started from it still runs.
 TEST(CardHold, RetireDeletesOnlyWhenNothingHolds)
 {
-    const struct {
-        const char* name;
-        int holds;  // taken before the card is retired
-        bool retire;
-    } rows[] = {
+    const struct { const char* name; int holds; bool retire; } rows[] = {  // holds taken before the retirement
         {"unheld goes at once", 0, true},
         {"one hold defers", 1, true},
         {"two holds defer", 2, true},
@@ -524,19 +509,13 @@ TEST(CardHold, RetireDeletesOnlyWhenNothingHolds)
         if (card.isNull())
             continue;
         EXPECT_EQ(card->isHidden(), row.retire);
-        while (holds.size() > 1) {
-            holds.pop_back();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            EXPECT_FALSE(card.isNull());
-        }
-        holds.clear();
-        if (row.retire) {
-            QTRY_VERIFY(card.isNull());
-        } else {
+        for (holds.pop_back(); !holds.empty(); holds.pop_back()) {  // all but the last hold let go
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             ASSERT_FALSE(card.isNull());
-            EXPECT_FALSE(IsCardHeld(card.data()));
         }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return card.isNull() == row.retire; }));
+        EXPECT_TRUE(card.isNull() || !IsCardHeld(card.data()));
     }
 }
 

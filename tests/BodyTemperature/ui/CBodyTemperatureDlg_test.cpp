@@ -103,9 +103,8 @@ TEST_F(DashboardDlgTest, EveryEventOfABurstIsCountedAndTheListsEndWithTheNewest)
         << passed << " events reached the page";
     sub.Stop();
     EXPECT_TRUE(testsupport::waitUntil([&] { return shown("labelAllNum") == passed; }));
-    EXPECT_EQ(shown("labelNormal"), normal);
-    EXPECT_EQ(shown("labelNoMask"), noMask);
-    EXPECT_EQ(shown("labelAbnormal"), abnormal);
+    EXPECT_EQ(std::make_tuple(shown("labelNormal"), shown("labelNoMask"), shown("labelAbnormal")),
+        std::make_tuple(normal, noMask, abnormal));
 
     QLayout* list = testsupport::child<QWidget>(m_dlg.get(), "m_pRightListWidget")->layout();
     ASSERT_TRUE(testsupport::waitUntil([&] {

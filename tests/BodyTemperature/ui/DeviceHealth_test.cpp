@@ -40,11 +40,8 @@ TEST(DeviceSilence, KeepsTheFirstLossAndFormatsTheSilence)
     EXPECT_TRUE(s.SetOnline(QStringLiteral("A"), true, 12000));
     EXPECT_TRUE(s.IsEmpty());
 
-    const struct {
-        int64_t ms;
-        const char* text;
-    } rows[] = {{0, "0 s"}, {59999, "59 s"}, {60000, "1 min 00 s"}, {3599000, "59 min 59 s"}, {3600000, "1 h 00 min"},
-        {7620000, "2 h 07 min"}, {-5, "0 s"}};
+    const struct { int64_t ms; const char* text; } rows[] = {{0, "0 s"}, {59999, "59 s"}, {60000, "1 min 00 s"},
+        {3599000, "59 min 59 s"}, {3600000, "1 h 00 min"}, {7620000, "2 h 07 min"}, {-5, "0 s"}};
     for (const auto& r : rows)
         EXPECT_EQ(CDeviceSilence::FormatDuration(r.ms), QString::fromLatin1(r.text)) << r.ms;
 }

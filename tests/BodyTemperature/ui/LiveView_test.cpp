@@ -131,11 +131,7 @@ protected:
 
 TEST_F(LiveViewTest, WindowCountAndDivisionsFollowTheLanguage)
 {
-    const struct {
-        int language;
-        int windows;
-        QList<int> offered;
-    } rows[] = {{1, 9, {1, 4, 9}}, {2, 4, {1, 4}}, {0, 4, {1, 4}}};
+    const struct { int language, windows; QList<int> offered; } rows[] = {{1, 9, {1, 4, 9}}, {2, 4, {1, 4}}, {0, 4, {1, 4}}};
     for (const auto& r : rows) {
         SCOPED_TRACE(r.language);
         Build(r.language);
@@ -286,15 +282,16 @@ TEST_F(LiveViewTest, InsideThePage)
 TEST_F(LiveViewTest, SelectionFrameFollowsItsWindow)
 {
     Build(2);
+    const auto* frame = testsupport::child<CSelectBoder>(view.get(), "m_pSelectBoderWnd");
     QTest::mouseClick(Window(3), Qt::LeftButton);
-    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    EXPECT_EQ(frame->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
     EXPECT_TRUE(Window(3)->IsSelected());
     EXPECT_FALSE(Window(0)->IsSelected());
     Window(3)->setGeometry(50, 60, 200, 100);
-    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), QRect(49, 59, 202, 102));
+    EXPECT_EQ(frame->geometry(), QRect(49, 59, 202, 102));
     view->resize(1200, 800);  // the grid re-lays out; the frame goes along
     testsupport::pump(10);
-    EXPECT_EQ(view->findChild<CSelectBoder*>(QStringLiteral("m_pSelectBoderWnd"))->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
+    EXPECT_EQ(frame->geometry(), Window(3)->geometry().adjusted(-1, -1, 1, 1));
     // Maximising by double click and back.
     QTest::mouseDClick(Window(3), Qt::LeftButton);
     EXPECT_EQ(LayoutMgr()->MaximizedWindow(), Window(3));
@@ -385,11 +382,7 @@ TEST_F(LiveViewTest, StateIconFollowsAvailabilityAndPlaying)
     // Through the host's notifier, as the alarm intake reports availability.
     auto* notifier = commlayer::CDeviceStateNotifier::Instance();
     enum { Idle, Play, Keep };
-    const struct {
-        bool device, channel;
-        int playing;
-        const QString& icon;
-    } rows[] = {
+    const struct { bool device, channel; int playing; const QString& icon; } rows[] = {
         {true, true, Idle, kIdle},
         {true, true, Play, kPlaying},
         {false, true, Keep, kOffline},  // offline but playing: offline wins
@@ -414,10 +407,9 @@ TEST_F(LiveViewTest, StateIconFollowsAvailabilityAndPlaying)
 TEST_F(LiveViewTest, LiveViewEventsSetThePlayingIcon)
 {
     tree = std::make_unique<CBTViewTree>();
-    const struct {
-        int type;
-        const QString& expected;
-    } steps[] = {{0, kPlaying}, {1, kIdle}, {6, kPlaying}, {3, kPlaying} /* other kinds change nothing */, {1, kIdle}};
+    // Kinds other than start (0, 6) and stop (1) change nothing.
+    const struct { int type; const QString& expected; } steps[] = {
+        {0, kPlaying}, {1, kIdle}, {6, kPlaying}, {3, kPlaying}, {1, kIdle}};
     for (const auto& s : steps) {
         tree->UpdateCameraState(CLiveViewEvent(s.type, "CAM1"));
         EXPECT_EQ(IconOf("CAM1"), s.expected) << s.type;

@@ -35,7 +35,6 @@ using clientcommonlogical::CConfigMgr;
 
 namespace {
 
-
 using PopConfigPageTest = settingstest::SettingsFileTest;
 
 TEST_F(PopConfigPageTest, DurationFieldTakesOnlyOneTo1800WithoutLeadingZeroNorPaste)
@@ -107,12 +106,8 @@ TEST_F(PopConfigPageTest, NothingIsWrittenWithoutChangesOrDurationOrWhenClosed)
         testsupport::child<QCheckBox>(&p, "m_pAutoCloseCheckBox")->click();
         testsupport::child<QLineEdit>(&p, "m_pDurationEdit")->setText(QStringLiteral("7"));
     };
-    struct Row {
-        const char* name;
-        std::function<void(CPopConfigPage&)> act;
-        const char* message;  // none when closed without saving
-        bool staysOpen;
-    };
+    // No message when closed without saving.
+    struct Row { const char* name; std::function<void(CPopConfigPage&)> act; const char* message; bool staysOpen; };
     const Row rows[] = {
         {"save after toggling a box twice", [](CPopConfigPage& p) {
              testsupport::child<QCheckBox>(&p, "m_pAbnormalCheckBox")->click();
@@ -216,9 +211,7 @@ TEST_F(SoundConfigPageTest, OpeningWithNoVoiceFilesWritesTheLanguagesDefaultsAtO
 TEST_F(SoundConfigPageTest, SaveTakesABrowsedFileAndKeepsASwitchedOffPromptsPathEvenWhenItFails)
 {
     const QString wav = path(QStringLiteral("my voice.wav"));
-    QFile f(wav);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.close();
+    ASSERT_TRUE(testsupport::writeFile(wav, QByteArray()));
     AlarmDisplayConfig expected = withVoices();
     expected.bSoundNormal = false;
     expected.bSoundAbnormal = true;

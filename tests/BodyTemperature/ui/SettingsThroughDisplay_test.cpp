@@ -239,48 +239,34 @@ AlarmDisplayConfig userRow()
     return c;
 }
 
-class SettingsLoadRetryTest : public SettingsThroughDisplayTest {
-protected:
-    // Another program holds the file exclusively until release().
-    void lock()
-    {
-        ASSERT_EQ(sqlite3_open(BodyTemperature::CBTConfigDB::DatabasePath().c_str(), &m_other), SQLITE_OK);
-        ASSERT_EQ(sqlite3_exec(m_other, "BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr), SQLITE_OK);
-    }
-    void release()
-    {
-        sqlite3_exec(m_other, "ROLLBACK;", nullptr, nullptr, nullptr);
-        sqlite3_close(m_other);
-        m_other = nullptr;
-    }
-    void TearDown() override
-    {
-        if (m_other)
-            release();
-        SettingsThroughDisplayTest::TearDown();
-    }
-    sqlite3* m_other = nullptr;
-};
-
-TEST_F(SettingsLoadRetryTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceFree)
+// Another program that holds the file exclusively until the lock goes.
+using FileLock = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
+FileLock lockSettingsFile()
 {
-    struct Case {
-        const char* name;
-        bool userToggles;  // the user unchecks face comparison right after the lock clears
-    };
-    const Case cases[] = {{"nobody touches the settings", false}, {"the user saves a switch", true}};
-    for (const Case& c : cases) {
+    sqlite3* other = nullptr;
+    sqlite3_open(BodyTemperature::CBTConfigDB::DatabasePath().c_str(), &other);
+    FileLock lock(other, &sqlite3_close);  // closing drops the transaction with its lock
+    EXPECT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE;", nullptr, nullptr, nullptr), SQLITE_OK);
+    return lock;
+}
+
+TEST_F(SettingsThroughDisplayTest, ALockedFileAtStartIsNeverOverwrittenAndIsReadOnceFree)
+{
+    // userToggles: the user unchecks face comparison right after the lock clears.
+    const struct { const char* name; bool userToggles; } cases[] = {
+        {"nobody touches the settings", false}, {"the user saves a switch", true}};
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         settingstest::emptyTable();
         ASSERT_TRUE(store(userRow()));
         const QByteArray before = fileBytes();
-        lock();
+        FileLock lock = lockSettingsFile();
         CBTShowWidget w;
         // The defaults are in use (face captures shown), and written nowhere.
         EXPECT_TRUE(accepted(w, record(100101)));
         testsupport::pump(1500);
         EXPECT_EQ(fileBytes(), before);
-        release();
+        lock.reset();
 
         AlarmDisplayConfig expected = userRow();
         if (c.userToggles) {
