@@ -1,6 +1,5 @@
 // The frequent-person detail view, pictures downloaded from the emulator: pager,
 // picture k of page p, attribute items, person panel, failed downloads.
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -229,9 +228,7 @@ TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
     EXPECT_TRUE(testsupport::waitUntil(
         [&] { return child<QLabel>(&view, "m_pCameraLabel")->text() == QStringLiteral("Camera 4"); }));
     Base::Log::SetDebug(false);
-    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    const QByteArray written = log.readAll();
+    const QByteArray written = testsupport::logText();
     EXPECT_TRUE(written.contains("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: "));
     EXPECT_TRUE(written.contains("Failed to load image"));
 
