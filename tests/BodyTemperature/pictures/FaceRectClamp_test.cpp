@@ -17,12 +17,8 @@ namespace {
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
 
-struct Row {
-    const char* name;
-    PictureRect given;
-    PictureRect clamped;
-    QRect pixels;  // on a 1920 x 1080 picture
-};
+// pixels: on a 1920 x 1080 picture.
+struct Row { const char* name; PictureRect given, clamped; QRect pixels; };
 
 const Row kRows[] = {
     {"inside", {0.25, 0.5, 0.5, 0.25}, {0.25, 0.5, 0.5, 0.25}, {480, 540, 960, 270}},
