@@ -110,13 +110,12 @@ TEST(CBTFaceDataPublic, IDTypesKeepTheDeviceOrder)
     QComboBox combo;
     CBTFaceDataPublic::FillIDTypeCombo(&combo, {"passportID", "ID", "officerID", "other", "unlimited", "bogus"});
     ASSERT_EQ(combo.count(), 5);
-    const char* texts[] = {"Passport", "IDCard", "Vantor-Desk_Client.d481f26a251048d1a6dde197a75a0713.name", "Others",
-        "Unknown"};
-    const char* words[] = {"passportID", "ID", "officerID", "other", "unlimited"};
+    const char* const shown[][2] = {{"passportID", "Passport"}, {"ID", "IDCard"},
+        {"officerID", "Vantor-Desk_Client.d481f26a251048d1a6dde197a75a0713.name"}, {"other", "Others"}, {"unlimited", "Unknown"}};
     for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(combo.itemText(i), QString::fromLatin1(texts[i]));
+        EXPECT_EQ(combo.itemText(i), QString::fromLatin1(shown[i][1]));
         combo.setCurrentIndex(i);
-        EXPECT_EQ(CBTFaceDataPublic::GetIDTypeFromCombo(&combo), words[i]);
+        EXPECT_EQ(CBTFaceDataPublic::GetIDTypeFromCombo(&combo), shown[i][0]);
     }
 }
 

@@ -156,17 +156,21 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     EXPECT_EQ(child<QLabel>(&view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
 }
 
-TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
+// The person panel shows only with a person of a library; gender: as shown there.
+TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItemsAndThePersonPanel)
 {
-    const struct { uint32_t mask; QStringList titles, values; } rows[] = {
+    const struct { uint32_t mask; QStringList titles, values; HFPDPersonInfo person; const char* gender; } rows[] = {
         {CHFPDAttributes::kReturningPersonMask, testsupport::latin1List({"Gender", "AgeGroup", "Glasses", "Mask"}),
-            testsupport::latin1List({"Male", "AgeYoung", "WithSunglasses", "WearingAMask"})},
-        {0x4 | 0x100, testsupport::latin1List({"Glasses", "Hat"}), testsupport::latin1List({"WithSunglasses", "DontWearAHatsatafxnG"})},
-        {0x2000 | 0x800000, {}, {}},
+            testsupport::latin1List({"Male", "AgeYoung", "WithSunglasses", "WearingAMask"}), {true, "Lena Park", 2, "555-0100"},
+            "Female"},
+        {0x4 | 0x100, testsupport::latin1List({"Glasses", "Hat"}), testsupport::latin1List({"WithSunglasses", "DontWearAHatsatafxnG"}),
+            {true, "Wang Lei", 3, ""}, "Unknown"},
+        {0x2000 | 0x800000, {}, {}, {false, "", 3, ""}, nullptr},
     };
     for (const auto& row : rows) {
         CHFPDShowDetailWid view;
-        view.SetHFPDRecords(Records(3), "TEST0001", row.mask, {});
+        view.SetHFPDRecords(Records(3), "TEST0001", row.mask, row.person);
+        view.show();
         auto texts = [&view](const char* label) {
             QStringList shown;
             for (CBTPropItem* item : view.findChildren<CBTPropItem*>())
@@ -177,19 +181,8 @@ TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
         // The values come with the downloaded picture.
         EXPECT_TRUE(testsupport::waitUntil([&] { return texts("m_pLabelTitleSel") == row.values; }))
             << std::hex << row.mask;
-    }
-}
-
-TEST_F(HFPDShowDetailWidTest, PersonPanelOnlyWithALibraryPerson)
-{
-    const struct { HFPDPersonInfo person; bool shown; const char* gender; } rows[] = {{{true, "Lena Park", 2, "555-0100"}, true, "Female"}, {{true, "Wang Lei", 3, ""}, true, "Unknown"},
-        {{false, "", 3, ""}, false, ""}};
-    for (const auto& row : rows) {
-        CHFPDShowDetailWid view;
-        view.SetHFPDRecords(Records(1), "TEST0001", 0, row.person);
-        view.show();
-        EXPECT_EQ(child<QWidget>(&view, "m_pPersonPanel")->isVisible(), row.shown);
-        if (row.shown) {
+        EXPECT_EQ(child<QWidget>(&view, "m_pPersonPanel")->isVisible(), row.gender != nullptr);
+        if (row.gender != nullptr) {
             EXPECT_EQ(child<QLabel>(&view, "m_pPersonName")->text().toStdString(), row.person.name);
             EXPECT_EQ(child<QLabel>(&view, "m_pPersonGender")->text(), QLatin1String(row.gender));
         }
