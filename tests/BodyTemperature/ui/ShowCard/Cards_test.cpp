@@ -324,18 +324,14 @@ TEST(PopUpUnit, KindsVariantsAndRefilling)
         }
         // A capture pop-up shows one picture and no similarity; mask state 3 hides the big mask icon.
         const bool capture = r.kind >= 3;
-        int bigPictures = 0, titles = 0, maskIcons = 0;
-        bool similarityShown = false;
-        for (QLabel* l : pop.findChildren<QLabel*>()) {
-            bigPictures += l->size() == QSize(182, 242) && l->isVisible();
-            maskIcons += l->size() == QSize(32, 32) && l->isVisible();
-            titles += l->objectName().startsWith(QLatin1String("m_pStaPopUpName"));
-            similarityShown |= l->isVisible() && l->text() == QStringLiteral("90%");
-        }
-        EXPECT_EQ(bigPictures, capture ? 1 : 2);
-        EXPECT_EQ(maskIcons, r.mask == 3 ? 0 : 1);
-        EXPECT_EQ(titles, colour.isEmpty() ? 0 : 1);
-        EXPECT_EQ(similarityShown, !capture);
+        const auto shown = [&pop](bool (*pred)(const QLabel*)) {
+            return Labels(&pop, [pred](const QLabel* l) { return l->isVisible() && pred(l); }).size();
+        };
+        EXPECT_EQ(shown([](const QLabel* l) { return l->size() == QSize(182, 242); }), capture ? 1 : 2);
+        EXPECT_EQ(shown([](const QLabel* l) { return l->size() == QSize(32, 32); }), r.mask == 3 ? 0 : 1);
+        EXPECT_EQ(shown([](const QLabel* l) { return l->text() == QStringLiteral("90%"); }), capture ? 0 : 1);
+        const auto titles = Labels(&pop, [](const QLabel* l) { return l->objectName().startsWith(QLatin1String("m_pStaPopUpName")); });
+        EXPECT_EQ(titles.size(), colour.isEmpty() ? 0 : 1);
         QLabel* badge = Badge(&pop, true);
         ASSERT_NE(badge, nullptr);
         EXPECT_TRUE(badge->isVisible());
