@@ -77,20 +77,32 @@ protected:
     }
 };
 
+// In English: previous and next name themselves, first and last show icons,
+// and the page count stays next to its slash.
 TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
 {
-    const struct { int records; const char* pages; int onFirst, onLast; } rows[] = {{0, "/1Page", 0, 0}, {1, "/1Page", 1, 1}, {20, "/1Page", 20, 20}, {21, "/2Page", 20, 1},
-        {40, "/2Page", 20, 20}, {41, "/3Page", 20, 1}};
+    QTranslator english;  // leaves the application with the test
+    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
+    QCoreApplication::installTranslator(&english);
+    const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
+        {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
+    const struct { int records; const char* pages; int onFirst, onLast; } rows[] = {{0, "/1 pages", 0, 0},
+        {1, "/1 pages", 1, 1}, {20, "/1 pages", 20, 20}, {21, "/2 pages", 20, 1}, {40, "/2 pages", 20, 20},
+        {41, "/3 pages", 20, 1}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.records);
         CHFPDShowDetailWid view;
         EXPECT_EQ(view.objectName(), QStringLiteral("ReCustomerDetailWid"));
         ASSERT_TRUE(view.SetHFPDRecords(Records(row.records), "TEST0001", CHFPDAttributes::kReturningPersonMask, {}));
         view.show();
-        EXPECT_EQ(child<QLabel>(&view, "m_pCountLabel")->text(), QStringLiteral("AllIn %1 Records").arg(row.records));
+        EXPECT_EQ(child<QLabel>(&view, "m_pCountLabel")->text(), QStringLiteral("Total %1 records").arg(row.records));
         EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QLatin1String(row.pages));
         EXPECT_EQ(child<QLineEdit>(&view, "m_pPageEdit")->text(), QString());
         EXPECT_EQ(child<QLabel>(&view, "m_pNoDetails")->isVisible(), row.records == 0);
+        for (const auto& t : texts) {
+            EXPECT_EQ(child<QPushButton>(&view, t[0])->text(), QLatin1String(t[1])) << t[0];
+            EXPECT_EQ(child<QPushButton>(&view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
+        }
         EXPECT_EQ(thumbs(view).size(), row.onFirst);
         const bool several = row.records > 20;
         EXPECT_EQ(buttons(view), (std::vector<bool>{false, false, several, several}));
@@ -99,23 +111,6 @@ TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
         EXPECT_EQ(buttons(view), (std::vector<bool>{several, several, false, false}));
         EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     }
-
-    // Translated: previous and next name themselves, first and last show icons,
-    // and the page count stays next to its slash.
-    QTranslator english;
-    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
-    QCoreApplication::installTranslator(&english);
-    CHFPDShowDetailWid view;
-    view.SetHFPDRecords(Records(41), "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
-    EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QStringLiteral("/3 pages"));
-    const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
-        {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
-    for (const auto& t : texts) {
-        EXPECT_EQ(child<QPushButton>(&view, t[0])->text(), QLatin1String(t[1])) << t[0];
-        EXPECT_EQ(child<QPushButton>(&view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
-    }
-    QCoreApplication::removeTranslator(&english);
-    EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
 }
 
 TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
