@@ -17,9 +17,10 @@ std::vector<std::pair<QString, int>> items(const QComboBox& c)
     return out;
 }
 
-// Every province's combo: "Unknown" first, then its cities in code order; a
-// few rows where the table's order or codes are easy to get wrong.
-TEST(CBTFaceDataPublic, EveryProvinceHasItsCitiesInCodeOrder)
+// The province combo ends with "Unknown"; every province's city combo starts
+// with it, then its cities in code order; a few rows where the table's order or
+// codes are easy to get wrong.
+TEST(CBTFaceDataPublic, BuiltInProvincesAndTheirCitiesInCodeOrder)
 {
     const auto& provinces = CBTFaceDataPublic::Provinces();
     ASSERT_EQ(provinces.size(), 34u);
@@ -45,11 +46,7 @@ TEST(CBTFaceDataPublic, EveryProvinceHasItsCitiesInCodeOrder)
     const auto inner = CBTFaceDataPublic::CitiesOf(15);
     EXPECT_STREQ(inner[inner.size() - 3].key, "Xinganmen");
     EXPECT_STREQ(inner[inner.size() - 2].key, "Xilinguolemen");
-}
 
-TEST(CBTFaceDataPublic, ProvinceComboEndsWithUnknown)
-{
-    QComboBox combo;
     CBTFaceDataPublic::FillProvinceCombo(&combo);
     ASSERT_EQ(combo.count(), 35);
     EXPECT_EQ(items(combo)[0], std::make_pair(QStringLiteral("Beijingshi"), 11));
