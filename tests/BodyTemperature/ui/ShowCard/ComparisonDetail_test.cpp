@@ -144,10 +144,10 @@ TEST(ComparisonDetail, PersonTextsAndExtensionPairs)
         const char* const texts[][2] = {{"m_pPersonNameValue", "Lena Park"}, {"m_pContactValue", "/"},
             {"m_pIDNoValue", "ID7"}, {"m_pPersonGenderValue", "Male"}, {"m_pPersonMaskValue", "/"}};
         for (const auto& t : texts)
-            EXPECT_EQ(Text(dialog, t[0]), QLatin1String(t[1]));
+            EXPECT_EQ(Text(dialog, t[0]), QLatin1String(t[1])) << t[0];
         for (int i = 0; i < 8; ++i) {  // name and value of each pair in turn
             const QString name = QString::fromLatin1(i % 2 ? "m_pExtendValue%1" : "m_pExtendName%1").arg(i / 2);
-            EXPECT_EQ(Text(dialog, qPrintable(name)), QLatin1String(r.expected[i]));
+            EXPECT_EQ(Text(dialog, qPrintable(name)), QLatin1String(r.expected[i])) << qPrintable(name);
         }
     }
 }
