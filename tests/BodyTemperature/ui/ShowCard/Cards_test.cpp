@@ -446,16 +446,12 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
 TEST(MarkupFromTheWire, MessagesAtTheBottomRightAreShownAsTyped)
 {
     VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(kMarkup[0]);
-    bool seen = false;
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-        for (QLabel* l : top->findChildren<QLabel*>(QStringLiteral("InformationText"))) {
-            if (l->text() != kMarkup[0])
-                continue;
-            seen = true;
-            EXPECT_EQ(l->textFormat(), Qt::PlainText);
-        }
-    }
-    EXPECT_TRUE(seen);
+    QList<QLabel*> shown;
+    for (QWidget* top : QApplication::topLevelWidgets())
+        shown += Labels(top, [](const QLabel* l) { return l->text() == kMarkup[0]; });
+    EXPECT_FALSE(shown.isEmpty());
+    for (const QLabel* l : shown)
+        EXPECT_EQ(l->textFormat(), Qt::PlainText) << qPrintable(l->objectName());
 }
 
 } // namespace
