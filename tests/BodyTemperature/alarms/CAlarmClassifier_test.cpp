@@ -47,12 +47,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, FaceClassification, ::testing::ValuesIn(testsuppo
 
 TEST(AlarmClassifier, EachEventCodeHasItsKindSwitchAndFaceBlock)
 {
-    const struct {
-        uint32_t eventType;
-        Action action;
-        uint32_t kind;  // the number the journal stores
-        bool AlarmDisplayConfig::*switchField;
-    } rows[] = {
+    // kind: the number the journal stores.
+    const struct { uint32_t eventType; Action action; uint32_t kind; bool AlarmDisplayConfig::*switchField; } rows[] = {
         {100103, Action::ShowFace, 0, &AlarmDisplayConfig::bFacePictureComparison},
         {100506, Action::ShowFace, 1, &AlarmDisplayConfig::bFacePictureComparison},
         {100114, Action::ShowFace, 2, &AlarmDisplayConfig::bFacePictureComparison},

@@ -10,38 +10,22 @@
 using BodyTemperature::AlarmShowInfo;
 using BodyTemperature::CCardBacklog;
 
-namespace {
-
-struct Built {
-    std::string id;
-    bool list;
-    bool strip;
-};
-
-} // namespace
-
 TEST(CardBacklog, OnlyTheRecordsThatStayVisibleGetCards)
 {
-    struct Row {
-        const char* name;
-        int records;
-        int buildMs;     // clock advance per card built
-        int gapMs;       // clock advance between records (0: all in one turn of the event loop)
-        int immediate;   // built inside Add()
-        int skipped;     // never built
-        int listFrom;    // first record (1-based) that gets a list card
-        int stripFrom;   // first record that gets a strip card
-    };
-    const Row rows[] = {
+    // buildMs: clock advance per card built; gapMs: between records (0: all in one turn of the event loop);
+    // immediate: built inside Add(); skipped: never built; listFrom, stripFrom: the first record (1-based)
+    // that gets a list card, a strip card.
+    const struct { const char* name; int records, buildMs, gapMs, immediate, skipped, listFrom, stripFrom; } rows[] = {
         {"a trickle: every record at once", 30, 5, 100, 30, 0, 1, 1},
         {"cheap cards: the slice never runs out", 25, 0, 0, 25, 0, 1, 1},
         {"a burst of 3000", 3000, 5, 0, 5, 2974, 2981, 2980},
         {"a burst just over the lists", 40, 10, 0, 3, 16, 21, 20},
         {"a burst smaller than the lists", 12, 10, 0, 3, 0, 1, 1},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         qint64 clock = 1000;
+        struct Built { std::string id; bool list, strip; };
         std::vector<Built> built;
         CCardBacklog backlog(
             20, 21,

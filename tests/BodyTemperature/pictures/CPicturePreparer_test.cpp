@@ -37,20 +37,15 @@ AlarmShowInfo Record(const std::string& id, bool withPicture)
     return info;
 }
 
-struct Delivered {
-    std::string id;
-    bool decodedBefore;  // the face was decoded when the card could be built
-};
+// decodedBefore: the face was decoded when the card could be built.
+struct Delivered { std::string id; bool decodedBefore; };
 
 } // namespace
 
 TEST(PicturePreparer, RecordsComeOutInOrderWithTheirPicturesDecoded)
 {
-    const struct {
-        const char* name;
-        std::vector<bool> pictures;  // per record, in arrival order
-        int handedOnAtOnce;          // delivered inside Submit()
-    } rows[] = {
+    // pictures: per record, in arrival order; handedOnAtOnce: delivered inside Submit().
+    const struct { const char* name; std::vector<bool> pictures; int handedOnAtOnce; } rows[] = {
         {"no pictures: straight through", {false, false, false}, 3},
         {"pictures only", {true, true, true}, 0},
         {"a record without pictures waits for the one before", {true, false, true, false}, 0},

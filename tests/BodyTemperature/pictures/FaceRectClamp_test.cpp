@@ -17,16 +17,13 @@ namespace {
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
 
-struct Row {
-    const char* name;
-    PictureRect given;
-    PictureRect clamped;
-    QRect pixels;  // on a 1920 x 1080 picture
-};
+// pixels: on a 1920 x 1080 picture.
+struct Row { const char* name; PictureRect given, clamped; QRect pixels; };
 
 const Row kRows[] = {
     {"inside", {0.25, 0.5, 0.5, 0.25}, {0.25, 0.5, 0.5, 0.25}, {480, 540, 960, 270}},
     {"whole", {0, 0, 1, 1}, {0, 0, 1, 1}, {0, 0, 1920, 1080}},
+    {"fractions truncate", {0.3333, 0.6666, 0.1003, 0.1005}, {0.3333, 0.6666, 0.1003, 0.1005}, {639, 719, 192, 108}},
     {"ten times the picture", {0, 0, 10, 10}, {0, 0, 1, 1}, {0, 0, 1920, 1080}},
     {"1e300 wide", {0.5, 0.5, 1e300, 1e300}, {0.5, 0.5, 0.5, 0.5}, {960, 540, 960, 540}},
     {"largest doubles", {1.7e308, 1.7e308, 1.7e308, 1.7e308}, {}, {}},

@@ -99,17 +99,7 @@ TEST(PictureDecoder, CorruptPicturesDecodeOrFailCleanly)
     }
 }
 
-TEST(PictureDecoder, CropRectTruncatesFractions)
-{
-    const struct { QSize size; protocol::PictureRect rect; QRect expected; } rows[] = {
-        {{400, 200}, {0.25, 0.5, 0.5, 0.25}, QRect(100, 100, 200, 50)},
-        {{400, 200}, {0, 0, 1, 1}, QRect(0, 0, 400, 200)},
-        {{1920, 1080}, {0.3333, 0.6666, 0.1, 0.1}, QRect(639, 719, 192, 108)},
-        {{333, 251}, {0.999, 0.999, 0.001, 0.001}, QRect(332, 250, 0, 0)},
-    };
-    for (const auto& r : rows)
-        EXPECT_EQ(PictureDecoder::CropRectFor(r.size, r.rect), r.expected);
-}
+// The cut of a face rectangle: FaceRectClamp_test, through the cards' pictures.
 
 // Turns the size fields of the first SOFn segment into w x h.
 QByteArray WithDeclaredSize(QByteArray jpeg, int w, int h)

@@ -53,8 +53,10 @@ protected:
         ASSERT_TRUE(journal.Flush());
     }
 
+    // The folder is made first.
     ShiftReportRequest request(int language, const QString& folder) const
     {
+        QDir().mkpath(folder);
         ShiftReportRequest r;
         r.journalPath = m_journal;
         r.from = m_from;
@@ -63,6 +65,15 @@ protected:
         r.language = language;
         return r;
     }
+    // A finished report has reported all its progress.
+    static CShiftReportExporter::Result exportReport(const ShiftReportRequest& request, bool cancelled = false)
+    {
+        std::atomic<bool> cancel{cancelled};
+        std::atomic<int> progress{0};
+        const auto result = CShiftReportExporter::Run(request, cancel, progress);
+        EXPECT_EQ(progress.load() == 1000, result.outcome == CShiftReportExporter::Outcome::Written);
+        return result;
+    }
 
     QString m_journal;
     QDateTime m_from;
@@ -70,26 +81,16 @@ protected:
 
 TEST_F(ShiftReportTest, CsvAndPdfInBothLanguages)
 {
-    struct Row {
-        int language;
-        const char* timeColumn;
-        const char* title;
-        const char* page;
-        const char* abnormal;
-    } const rows[] = {
+    const struct { int language; const char *timeColumn, *title, *page, *abnormal; } rows[] = {
         {2, "Time", "Shift report", "Page 1 of ", "Abnormal"},
         {1, "时间", "班次报告", "第 1 页", "异常"},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.language);
         const QString folder = path(QStringLiteral("out-%1").arg(r.language));
-        QDir().mkpath(folder);
-        std::atomic<bool> cancel{false};
-        std::atomic<int> progress{0};
-        const auto result = CShiftReportExporter::Run(request(r.language, folder), cancel, progress);
+        const auto result = exportReport(request(r.language, folder));
         ASSERT_EQ(result.outcome, CShiftReportExporter::Outcome::Written) << qPrintable(result.error);
         ASSERT_EQ(result.files.size(), 2);
-        EXPECT_EQ(progress.load(), 1000);
         EXPECT_EQ(QDir(folder).entryList(QDir::Files).size(), 2);  // no temporary files left
 
         QFile csv(result.files[0]);
@@ -125,12 +126,9 @@ TEST_F(ShiftReportTest, TheHistoryFilterKeepsOnlyItsRows)
     HistoryFilter filter;
     filter.kinds = HistoryFilter::KindAbnormal;
     filter.text = "王小明";
-    QDir().mkpath(path(QStringLiteral("filtered")));
     ShiftReportRequest r = request(2, path(QStringLiteral("filtered")));
     r.filter = std::make_shared<const HistoryFilter>(filter);
-    std::atomic<bool> cancel{false};
-    std::atomic<int> progress{0};
-    const auto result = CShiftReportExporter::Run(r, cancel, progress);
+    const auto result = exportReport(r);
     ASSERT_EQ(result.outcome, CShiftReportExporter::Outcome::Written) << qPrintable(result.error);
     QFile csv(result.files.value(0));
     ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
@@ -142,18 +140,15 @@ TEST_F(ShiftReportTest, TheHistoryFilterKeepsOnlyItsRows)
 TEST_F(ShiftReportTest, NothingIsLeftUnderTheFinalNameWhenWritingFails)
 {
     // (A folder that does not exist: ShiftReportDialog_test.)
-    struct Row {
-        const char* name;
-        bool cancelled;  // else the disk is full
-        CShiftReportExporter::Outcome outcome;
-    } const rows[] = {
+    // Not cancelled: the disk is full.
+    const struct { const char* name; bool cancelled; CShiftReportExporter::Outcome outcome; } rows[] = {
         {"full disk", false, CShiftReportExporter::Outcome::Failed},
         {"cancelled", true, CShiftReportExporter::Outcome::Cancelled},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         const QString folder = path(QString::fromLatin1(r.name).replace(QLatin1Char(' '), QLatin1Char('_')));
-        QDir().mkpath(folder);
+        const ShiftReportRequest req = request(2, folder);
         std::unique_ptr<testsupport::SmallDisk> disk;
         if (!r.cancelled) {
             disk = std::make_unique<testsupport::SmallDisk>(folder, "4k");
@@ -162,9 +157,7 @@ TEST_F(ShiftReportTest, NothingIsLeftUnderTheFinalNameWhenWritingFails)
                 continue;
             }
         }
-        std::atomic<bool> cancel{r.cancelled};
-        std::atomic<int> progress{0};
-        const auto result = CShiftReportExporter::Run(request(2, folder), cancel, progress);
+        const auto result = exportReport(req, r.cancelled);
         EXPECT_EQ(result.outcome, r.outcome);
         if (r.outcome == CShiftReportExporter::Outcome::Failed) {
             EXPECT_TRUE(result.error.contains(QDir::toNativeSeparators(folder))) << qPrintable(result.error);

@@ -17,9 +17,10 @@ std::vector<std::pair<QString, int>> items(const QComboBox& c)
     return out;
 }
 
-// Every province's combo: "Unknown" first, then its cities in code order; a
-// few rows where the table's order or codes are easy to get wrong.
-TEST(CBTFaceDataPublic, EveryProvinceHasItsCitiesInCodeOrder)
+// The province combo ends with "Unknown"; every province's city combo starts
+// with it, then its cities in code order; a few rows where the table's order or
+// codes are easy to get wrong.
+TEST(CBTFaceDataPublic, BuiltInProvincesAndTheirCitiesInCodeOrder)
 {
     const auto& provinces = CBTFaceDataPublic::Provinces();
     ASSERT_EQ(provinces.size(), 34u);
@@ -45,11 +46,7 @@ TEST(CBTFaceDataPublic, EveryProvinceHasItsCitiesInCodeOrder)
     const auto inner = CBTFaceDataPublic::CitiesOf(15);
     EXPECT_STREQ(inner[inner.size() - 3].key, "Xinganmen");
     EXPECT_STREQ(inner[inner.size() - 2].key, "Xilinguolemen");
-}
 
-TEST(CBTFaceDataPublic, ProvinceComboEndsWithUnknown)
-{
-    QComboBox combo;
     CBTFaceDataPublic::FillProvinceCombo(&combo);
     ASSERT_EQ(combo.count(), 35);
     EXPECT_EQ(items(combo)[0], std::make_pair(QStringLiteral("Beijingshi"), 11));
@@ -110,13 +107,12 @@ TEST(CBTFaceDataPublic, IDTypesKeepTheDeviceOrder)
     QComboBox combo;
     CBTFaceDataPublic::FillIDTypeCombo(&combo, {"passportID", "ID", "officerID", "other", "unlimited", "bogus"});
     ASSERT_EQ(combo.count(), 5);
-    const char* texts[] = {"Passport", "IDCard", "Vantor-Desk_Client.d481f26a251048d1a6dde197a75a0713.name", "Others",
-        "Unknown"};
-    const char* words[] = {"passportID", "ID", "officerID", "other", "unlimited"};
+    const char* const shown[][2] = {{"passportID", "Passport"}, {"ID", "IDCard"},
+        {"officerID", "Vantor-Desk_Client.d481f26a251048d1a6dde197a75a0713.name"}, {"other", "Others"}, {"unlimited", "Unknown"}};
     for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(combo.itemText(i), QString::fromLatin1(texts[i]));
+        EXPECT_EQ(combo.itemText(i), QString::fromLatin1(shown[i][1]));
         combo.setCurrentIndex(i);
-        EXPECT_EQ(CBTFaceDataPublic::GetIDTypeFromCombo(&combo), words[i]);
+        EXPECT_EQ(CBTFaceDataPublic::GetIDTypeFromCombo(&combo), shown[i][0]);
     }
 }
 

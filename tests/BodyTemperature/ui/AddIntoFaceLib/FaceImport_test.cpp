@@ -194,13 +194,12 @@ TEST_F(FaceLibRequestsTest, RequestsTheDialogDoesNotShowGetTheirAnswers)
 
 TEST_F(FaceLibRequestsTest, FailuresClearTheOutputAndSetTheCode)
 {
-    struct Row { const char* name; const char* device; const char* fault; std::pair<int, int> pair; };
-    const Row rows[] = {
+    const struct { const char *name, *device, *fault; std::pair<int, int> pair; } rows[] = {
         {"unknown device", "NOSUCH", "", {commlayer::kErrNoDevice, 0}},
         {"device error", "TEST0001", R"({"path":"/DVAPI","status":500,"subStatus":870})", {commlayer::kErrDeviceStatus, 870}},
         {"malformed answer", "TEST0001", R"({"path":"/DVAPI","malformed":true})", {commlayer::kErrBadAnswer, 0}},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         if (*r.fault)
             s_sim->control("POST", "/control/fault", r.fault);

@@ -49,11 +49,11 @@ protected:
         clientcommonlogical::CConfigMgr::Instance()->SetLanguage(2);
     }
 
-    // Event i: 20 s apart going back from now; every fourth abnormal.
-    void append(int first, int count, int64_t newest = 0)
+    // Event i: 20 s apart going back from now; every fourth abnormal. Into this test's journal, or another.
+    void append(int first, int count, int64_t newest = 0, const QString& journal = QString())
     {
         CJournalDatabase db;
-        ASSERT_TRUE(db.Open(m_journal, CJournalDatabase::OpenMode::Write));
+        ASSERT_TRUE(db.Open(journal.isEmpty() ? m_journal : journal, CJournalDatabase::OpenMode::Write));
         std::vector<JournalEvent> rows;
         for (int i = first; i < first + count; ++i) {
             JournalEvent e;
@@ -188,11 +188,8 @@ TEST_P(HistoryWindowTest, TheSiteScopeShowsOnlyWithASiteSourceAndAddsTheStationC
     EXPECT_EQ(m_model->columnCount(), int(CHistoryTableModel::ColStation));
 
     // Another journal stands in for the site's record.
-    const QString mine = m_journal;
     const QString site = m_dir.filePath(QStringLiteral("site.db"));
-    m_journal = site;
-    append(0, 7);
-    m_journal = mine;
+    append(0, 7, 0, site);
     open(std::make_unique<CJournalHistorySource>(site));
     auto* scope = testsupport::child<QComboBox>(m_window, "m_pHistoryScope");
     EXPECT_TRUE(scope->isVisible());

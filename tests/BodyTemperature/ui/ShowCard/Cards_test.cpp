@@ -25,12 +25,19 @@ namespace {
 const protocol::PictureRect kWhole{0, 0, 1, 1};
 
 
+// The labels of w that pred accepts, in creation order.
+QList<QLabel*> Labels(const QWidget* w, const std::function<bool(const QLabel*)>& pred)
+{
+    QList<QLabel*> out;
+    for (QLabel* l : w->findChildren<QLabel*>())
+        if (pred(l))
+            out.append(l);
+    return out;
+}
+
 bool ShowsPicture(QWidget* card, const QImage& picture, const QSize& size)
 {
-    for (QLabel* l : card->findChildren<QLabel*>())
-        if (cardtest::ShowsAt(l, picture, size))
-            return true;
-    return false;
+    return !Labels(card, [&](const QLabel* l) { return cardtest::ShowsAt(l, picture, size); }).isEmpty();
 }
 
 // A record whose face block (the list for capture kinds) carries the scene
@@ -60,10 +67,8 @@ protocol::IntelAlarmFaceInfo& Face(AlarmShowInfo& info)
 // The badge of a card: the label whose style uses one of the badge pictures.
 QLabel* Badge(QWidget* card, bool big)
 {
-    for (QLabel* l : card->findChildren<QLabel*>())
-        if (l->styleSheet().contains(big ? QLatin1String("temp1.png") : QLatin1String("temp.png")))
-            return l;
-    return nullptr;
+    const QLatin1String picture = big ? QLatin1String("temp1.png") : QLatin1String("temp.png");
+    return Labels(card, [&](const QLabel* l) { return l->styleSheet().contains(picture); }).value(0);
 }
 
 // Badge: one decimal, a space, the unit key of the code, no conversion; 65535
@@ -113,10 +118,8 @@ TEST(AlarmUnit, SmallCardBadgeSimilarityMaskAndPictures)
         EXPECT_EQ(similarity->isVisible(), *r.percent != 0);
         EXPECT_EQ(similarity->text(), QString::fromLatin1(r.percent));
         EXPECT_EQ(child<QLabel>(&card, "m_pFacelibNameBlue")->text(), QString::fromLatin1(r.maskText));
-        QList<QLabel*> pictures;  // in creation order: the face (pinned by EventPictures), then the second picture
-        for (QLabel* l : card.findChildren<QLabel*>())
-            if (l->pixmap() && !l->pixmap()->isNull())
-                pictures.append(l);
+        // The face (pinned by EventPictures), then the second picture.
+        const auto pictures = Labels(&card, [](const QLabel* l) { return l->pixmap() && !l->pixmap()->isNull(); });
         ASSERT_EQ(pictures.size(), 2);
         EXPECT_EQ(pictures.at(0)->size(), QSize(120, 160));
         EXPECT_TRUE(cardtest::ShowsAt(pictures.at(1), r.withLibrary ? QImage::fromData(library) : defaultFace, QSize(120, 160)));
@@ -146,10 +149,7 @@ TEST(CardColours, LevelNamesCardButtonAndLabels)
             page.show();
             card->SetAlarmInfo(info, false);
             const QString colour = QString::fromLatin1(r.colour);
-            bool nameShown = false;
-            for (QLabel* l : card->findChildren<QLabel*>())
-                nameShown |= l->text() == QStringLiteral("Ann");
-            EXPECT_TRUE(nameShown) << r.level;
+            EXPECT_FALSE(Labels(card, [](const QLabel* l) { return l->text() == QStringLiteral("Ann"); }).isEmpty()) << r.level;
             if (colour.isEmpty()) {
                 EXPECT_TRUE(card->objectName().isEmpty());
                 for (QWidget* w : card->findChildren<QWidget*>())
@@ -273,9 +273,7 @@ TEST(AlarmUnit, MaskIconSmallCardLeavesState3Untouched)
     for (const auto& s : steps) {
         info.maskType = static_cast<MaskState>(s.state);
         card.SetAlarmInfo(info, false);
-        QLabel* icon = nullptr;
-        for (QLabel* l : card.findChildren<QLabel*>())
-            icon = l->size() == QSize(16, 16) ? l : icon;
+        QLabel* icon = Labels(&card, [](const QLabel* l) { return l->size() == QSize(16, 16); }).value(0);
         ASSERT_NE(icon, nullptr);
         EXPECT_EQ(icon->isVisible(), s.visible) << s.state;
         EXPECT_TRUE(icon->styleSheet().contains(QLatin1String(s.picture))) << s.state;
@@ -326,18 +324,14 @@ TEST(PopUpUnit, KindsVariantsAndRefilling)
         }
         // A capture pop-up shows one picture and no similarity; mask state 3 hides the big mask icon.
         const bool capture = r.kind >= 3;
-        int bigPictures = 0, titles = 0, maskIcons = 0;
-        bool similarityShown = false;
-        for (QLabel* l : pop.findChildren<QLabel*>()) {
-            bigPictures += l->size() == QSize(182, 242) && l->isVisible();
-            maskIcons += l->size() == QSize(32, 32) && l->isVisible();
-            titles += l->objectName().startsWith(QLatin1String("m_pStaPopUpName"));
-            similarityShown |= l->isVisible() && l->text() == QStringLiteral("90%");
-        }
-        EXPECT_EQ(bigPictures, capture ? 1 : 2);
-        EXPECT_EQ(maskIcons, r.mask == 3 ? 0 : 1);
-        EXPECT_EQ(titles, colour.isEmpty() ? 0 : 1);
-        EXPECT_EQ(similarityShown, !capture);
+        const auto shown = [&pop](bool (*pred)(const QLabel*)) {
+            return Labels(&pop, [pred](const QLabel* l) { return l->isVisible() && pred(l); }).size();
+        };
+        EXPECT_EQ(shown([](const QLabel* l) { return l->size() == QSize(182, 242); }), capture ? 1 : 2);
+        EXPECT_EQ(shown([](const QLabel* l) { return l->size() == QSize(32, 32); }), r.mask == 3 ? 0 : 1);
+        EXPECT_EQ(shown([](const QLabel* l) { return l->text() == QStringLiteral("90%"); }), capture ? 0 : 1);
+        const auto titles = Labels(&pop, [](const QLabel* l) { return l->objectName().startsWith(QLatin1String("m_pStaPopUpName")); });
+        EXPECT_EQ(titles.size(), colour.isEmpty() ? 0 : 1);
         QLabel* badge = Badge(&pop, true);
         ASSERT_NE(badge, nullptr);
         EXPECT_TRUE(badge->isVisible());
@@ -409,14 +403,10 @@ const QString kMarkup[] = {
 // Every label of w that holds the text shows it verbatim, as plain text.
 void expectShownAsTyped(QWidget* w, const QString& text)
 {
-    int holders = 0;
-    for (QLabel* l : w->findChildren<QLabel*>()) {
-        if (!l->text().contains(text))
-            continue;
-        ++holders;
+    const auto holders = Labels(w, [&](const QLabel* l) { return l->text().contains(text); });
+    EXPECT_FALSE(holders.isEmpty());
+    for (const QLabel* l : holders)
         EXPECT_EQ(l->textFormat(), Qt::PlainText) << qPrintable(l->objectName());
-    }
-    EXPECT_GE(holders, 1);
 }
 
 TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
@@ -456,16 +446,12 @@ TEST(MarkupFromTheWire, CardsShowDeviceTextsAsTyped)
 TEST(MarkupFromTheWire, MessagesAtTheBottomRightAreShownAsTyped)
 {
     VantorGUIToolkit::CInformationDlg::ShowInformationAtScreenRightBottom(kMarkup[0]);
-    bool seen = false;
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-        for (QLabel* l : top->findChildren<QLabel*>(QStringLiteral("InformationText"))) {
-            if (l->text() != kMarkup[0])
-                continue;
-            seen = true;
-            EXPECT_EQ(l->textFormat(), Qt::PlainText);
-        }
-    }
-    EXPECT_TRUE(seen);
+    QList<QLabel*> shown;
+    for (QWidget* top : QApplication::topLevelWidgets())
+        shown += Labels(top, [](const QLabel* l) { return l->text() == kMarkup[0]; });
+    EXPECT_FALSE(shown.isEmpty());
+    for (const QLabel* l : shown)
+        EXPECT_EQ(l->textFormat(), Qt::PlainText) << qPrintable(l->objectName());
 }
 
 } // namespace

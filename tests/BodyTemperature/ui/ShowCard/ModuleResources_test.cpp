@@ -19,21 +19,15 @@ QString ModuleDir()
     return testsupport::sourceDir() + QStringLiteral("/BodyTemperature");
 }
 
-QStringList ModuleFiles(const QStringList& patterns)
-{
-    QStringList files;
-    QDirIterator it(ModuleDir(), patterns, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files << it.next();
-    return files;
-}
-
 TEST(ModuleResources, EveryNamedResourceExists)
 {
     const QRegularExpression path(QStringLiteral("(?:\"|url\\()(:/[A-Za-z0-9_/%.\\-]+\\.(?:png|svg|gif|qss|qm|sql))"));
     std::set<QString> missing;
     int checked = 0;
-    for (const QString& file : ModuleFiles({QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.qss")})) {
+    QDirIterator files(ModuleDir(), {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.qss")}, QDir::Files,
+        QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString file = files.next();
         QFile f(file);
         ASSERT_TRUE(f.open(QIODevice::ReadOnly));
         const QString text = QString::fromUtf8(f.readAll());

@@ -216,39 +216,33 @@ TEST_F(FrequenterDetailsTest, CardOutlivesItsSearchAndViewWhileAlarmsTrimTheList
 }
 
 // The waiting dialog alone: it closes only at its timer tick after the owner
-// reports the end of the request, and reports a cancel through SignalCancel.
+// reports the end of the request (at once when told to stop immediately), and
+// reports a cancel through SignalCancel. Escape: the tests above.
 const QString kLoading = QStringLiteral(":/VantorDesk/Dialog/Images/Public/Control/Dialog/Loading.gif");
 
 TEST(WaitShowWid, ModalRunClosesAtTheTickAfterTheOwnerReportsTheEnd)
 {
-    for (bool accept : {true, false}) {
+    enum class End { Accept, Reject, Immediately };
+    for (const End end : {End::Accept, End::Reject, End::Immediately}) {
+        SCOPED_TRACE(int(end));
         CWaitShowWid dlg(nullptr, kLoading);
         QSignalSpy cancelled(&dlg, &CWaitShowWid::SignalCancel);
         bool openWhileWorking = false, openRightAfterTheReport = false;
         // Two ticks pass with nothing reported, then the request ends between ticks.
         QTimer::singleShot(CWaitShowWid::kTickMs * 5 / 2, &dlg, [&] {
             openWhileWorking = dlg.isVisible();
-            accept ? dlg.OnStopChaseByAccept() : dlg.OnStopChaseByReject();
+            if (end == End::Immediately)
+                dlg.OnImmediatelyStopChase();
+            else
+                end == End::Accept ? dlg.OnStopChaseByAccept() : dlg.OnStopChaseByReject();
             openRightAfterTheReport = dlg.isVisible();
         });
-        EXPECT_EQ(dlg.exec(), accept ? QDialog::Accepted : QDialog::Rejected);
-        EXPECT_TRUE(openWhileWorking) << accept;
-        EXPECT_TRUE(openRightAfterTheReport) << accept;
-        EXPECT_EQ(cancelled.count(), accept ? 0 : 1);
+        EXPECT_EQ(dlg.exec(), end == End::Reject ? QDialog::Rejected : QDialog::Accepted);
+        EXPECT_TRUE(openWhileWorking);
+        EXPECT_EQ(openRightAfterTheReport, end != End::Immediately);
+        EXPECT_EQ(cancelled.count(), end == End::Reject ? 1 : 0);
         EXPECT_EQ(dlg.ChaseState(), 2);  // a reused dialog waits again
     }
-}
-
-// Escape cancels the search it waits for: FrequenterDetails_test.
-TEST(WaitShowWid, ImmediateStop)
-{
-    CWaitShowWid dlg(nullptr, kLoading);
-    QSignalSpy accepted(&dlg, &QDialog::accepted);
-    dlg.show();
-    dlg.OnImmediatelyStopChase();
-    EXPECT_EQ(accepted.count(), 1);
-    EXPECT_FALSE(dlg.isVisible());
-    EXPECT_EQ(dlg.ChaseState(), 2);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 // The frequent-person detail view, pictures downloaded from the emulator: pager,
 // picture k of page p, attribute items, person panel, failed downloads.
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -78,20 +77,32 @@ protected:
     }
 };
 
+// In English: previous and next name themselves, first and last show icons,
+// and the page count stays next to its slash.
 TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
 {
-    const struct { int records; const char* pages; int onFirst, onLast; } rows[] = {{0, "/1Page", 0, 0}, {1, "/1Page", 1, 1}, {20, "/1Page", 20, 20}, {21, "/2Page", 20, 1},
-        {40, "/2Page", 20, 20}, {41, "/3Page", 20, 1}};
+    QTranslator english;  // leaves the application with the test
+    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
+    QCoreApplication::installTranslator(&english);
+    const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
+        {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
+    const struct { int records; const char* pages; int onFirst, onLast; } rows[] = {{0, "/1 pages", 0, 0},
+        {1, "/1 pages", 1, 1}, {20, "/1 pages", 20, 20}, {21, "/2 pages", 20, 1}, {40, "/2 pages", 20, 20},
+        {41, "/3 pages", 20, 1}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.records);
         CHFPDShowDetailWid view;
         EXPECT_EQ(view.objectName(), QStringLiteral("ReCustomerDetailWid"));
         ASSERT_TRUE(view.SetHFPDRecords(Records(row.records), "TEST0001", CHFPDAttributes::kReturningPersonMask, {}));
         view.show();
-        EXPECT_EQ(child<QLabel>(&view, "m_pCountLabel")->text(), QStringLiteral("AllIn %1 Records").arg(row.records));
+        EXPECT_EQ(child<QLabel>(&view, "m_pCountLabel")->text(), QStringLiteral("Total %1 records").arg(row.records));
         EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QLatin1String(row.pages));
         EXPECT_EQ(child<QLineEdit>(&view, "m_pPageEdit")->text(), QString());
         EXPECT_EQ(child<QLabel>(&view, "m_pNoDetails")->isVisible(), row.records == 0);
+        for (const auto& t : texts) {
+            EXPECT_EQ(child<QPushButton>(&view, t[0])->text(), QLatin1String(t[1])) << t[0];
+            EXPECT_EQ(child<QPushButton>(&view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
+        }
         EXPECT_EQ(thumbs(view).size(), row.onFirst);
         const bool several = row.records > 20;
         EXPECT_EQ(buttons(view), (std::vector<bool>{false, false, several, several}));
@@ -100,23 +111,6 @@ TEST_F(HFPDShowDetailWidTest, PagesOfTwentyWithTheirPager)
         EXPECT_EQ(buttons(view), (std::vector<bool>{several, several, false, false}));
         EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
     }
-
-    // Translated: previous and next name themselves, first and last show icons,
-    // and the page count stays next to its slash.
-    QTranslator english;
-    ASSERT_TRUE(english.load(QStringLiteral(":/BodyTemperature/i18n/BodyTemperature_en.qm")));
-    QCoreApplication::installTranslator(&english);
-    CHFPDShowDetailWid view;
-    view.SetHFPDRecords(Records(41), "TEST0001", CHFPDAttributes::kReturningPersonMask, {});
-    EXPECT_EQ(child<QLabel>(&view, "m_pPageLabel")->text(), QStringLiteral("/3 pages"));
-    const char* const texts[][2] = {{"pHomePageBtn", ""}, {"pPreviousBtn", "Previous page"},
-        {"pNextBtn", "Next page"}, {"pLastPageBtn", ""}};
-    for (const auto& t : texts) {
-        EXPECT_EQ(child<QPushButton>(&view, t[0])->text(), QLatin1String(t[1])) << t[0];
-        EXPECT_EQ(child<QPushButton>(&view, t[0])->icon().isNull(), *t[1] != '\0') << t[0];
-    }
-    QCoreApplication::removeTranslator(&english);
-    EXPECT_TRUE(testsupport::waitUntil([&] { return loaded(view); }));
 }
 
 TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
@@ -157,17 +151,21 @@ TEST_F(HFPDShowDetailWidTest, JumpsAndPictureKOfPageP)
     EXPECT_EQ(child<QLabel>(&view, "m_pCameraLabel")->text(), QStringLiteral("Camera 25"));
 }
 
-TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
+// The person panel shows only with a person of a library; gender: as shown there.
+TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItemsAndThePersonPanel)
 {
-    const struct { uint32_t mask; QStringList titles, values; } rows[] = {
+    const struct { uint32_t mask; QStringList titles, values; HFPDPersonInfo person; const char* gender; } rows[] = {
         {CHFPDAttributes::kReturningPersonMask, testsupport::latin1List({"Gender", "AgeGroup", "Glasses", "Mask"}),
-            testsupport::latin1List({"Male", "AgeYoung", "WithSunglasses", "WearingAMask"})},
-        {0x4 | 0x100, testsupport::latin1List({"Glasses", "Hat"}), testsupport::latin1List({"WithSunglasses", "DontWearAHatsatafxnG"})},
-        {0x2000 | 0x800000, {}, {}},
+            testsupport::latin1List({"Male", "AgeYoung", "WithSunglasses", "WearingAMask"}), {true, "Lena Park", 2, "555-0100"},
+            "Female"},
+        {0x4 | 0x100, testsupport::latin1List({"Glasses", "Hat"}), testsupport::latin1List({"WithSunglasses", "DontWearAHatsatafxnG"}),
+            {true, "Wang Lei", 3, ""}, "Unknown"},
+        {0x2000 | 0x800000, {}, {}, {false, "", 3, ""}, nullptr},
     };
     for (const auto& row : rows) {
         CHFPDShowDetailWid view;
-        view.SetHFPDRecords(Records(3), "TEST0001", row.mask, {});
+        view.SetHFPDRecords(Records(3), "TEST0001", row.mask, row.person);
+        view.show();
         auto texts = [&view](const char* label) {
             QStringList shown;
             for (CBTPropItem* item : view.findChildren<CBTPropItem*>())
@@ -178,19 +176,8 @@ TEST_F(HFPDShowDetailWidTest, MaskBitsChooseTheAttributeItems)
         // The values come with the downloaded picture.
         EXPECT_TRUE(testsupport::waitUntil([&] { return texts("m_pLabelTitleSel") == row.values; }))
             << std::hex << row.mask;
-    }
-}
-
-TEST_F(HFPDShowDetailWidTest, PersonPanelOnlyWithALibraryPerson)
-{
-    const struct { HFPDPersonInfo person; bool shown; const char* gender; } rows[] = {{{true, "Lena Park", 2, "555-0100"}, true, "Female"}, {{true, "Wang Lei", 3, ""}, true, "Unknown"},
-        {{false, "", 3, ""}, false, ""}};
-    for (const auto& row : rows) {
-        CHFPDShowDetailWid view;
-        view.SetHFPDRecords(Records(1), "TEST0001", 0, row.person);
-        view.show();
-        EXPECT_EQ(child<QWidget>(&view, "m_pPersonPanel")->isVisible(), row.shown);
-        if (row.shown) {
+        EXPECT_EQ(child<QWidget>(&view, "m_pPersonPanel")->isVisible(), row.gender != nullptr);
+        if (row.gender != nullptr) {
             EXPECT_EQ(child<QLabel>(&view, "m_pPersonName")->text().toStdString(), row.person.name);
             EXPECT_EQ(child<QLabel>(&view, "m_pPersonGender")->text(), QLatin1String(row.gender));
         }
@@ -229,9 +216,7 @@ TEST_F(HFPDShowDetailWidTest, FailedDownloadsShowOnlyWhereTheyHappened)
     EXPECT_TRUE(testsupport::waitUntil(
         [&] { return child<QLabel>(&view, "m_pCameraLabel")->text() == QStringLiteral("Camera 4"); }));
     Base::Log::SetDebug(false);
-    QFile log(QString::fromStdString(Base::Log::CurrentFile()));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    const QByteArray written = log.readAll();
+    const QByteArray written = testsupport::logText();
     EXPECT_TRUE(written.contains("CPictureWidget::ShowPictureByBuffer: Load Image data failed.dwLength: "));
     EXPECT_TRUE(written.contains("Failed to load image"));
 
